@@ -1,0 +1,11 @@
+/// Marks what the shared library exports; everything else is hidden. May be included from C.
+#ifndef VLVK_BASE_EXPORT_H
+#define VLVK_BASE_EXPORT_H
+
+#if defined(__GNUC__)
+#define VLVK_API __attribute__((visibility("default")))
+#else
+#define VLVK_API
+#endif
+
+#endif

@@ -1,0 +1,138 @@
+/// See yuv_to_rgb.h.
+#include "convert/yuv_to_rgb.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include "convert/bt601.h"
+#include "convert/pixel_orders.h"
+#include "targets/row_loops.h"
+
+namespace {
+
+using vlvk::ChromaOrder;
+using vlvk::PixelOrder;
+
+constexpr unsigned char kOpaque = 255;
+
+unsigned char clampedChannel(int sum) {
+  constexpr int kHalf = 1 << (vlvk::kYuvToRgbBits - 1);
+  return static_cast<unsigned char>(std::clamp((sum + kHalf) >> vlvk::kYuvToRgbBits, 0, 255));
+}
+
+/// How the blue sum is kept.
+enum BlueSum { kExact, kWrapTo16Bits };
+
+/// One pixel, for the columns that no row loop covers.
+template <PixelOrder kPixels, BlueSum kBlue>
+void writePixel(unsigned char* pixel, int y, int u, int v) {
+  constexpr vlvk::YuvToRgb k = vlvk::kYuvToRgb;
+  const int luma = k.luma * (y - vlvk::kLumaOffset);
+  const int cb = u - vlvk::kChromaOffset;
+  const int cr = v - vlvk::kChromaOffset;
+  const int blueSum = luma + k.blueU * cb;
+  const unsigned char red = clampedChannel(luma + k.redV * cr);
+  const unsigned char blue = clampedChannel(kBlue == kExact ? blueSum : static_cast<std::int16_t>(blueSum));
+  pixel[0] = kPixels == vlvk::kRgba ? red : blue;
+  pixel[1] = clampedChannel(luma + k.greenU * cb + k.greenV * cr);
+  pixel[2] = kPixels == vlvk::kRgba ? blue : red;
+  pixel[3] = kOpaque;
+}
+
+/// The planes and strides of one call.
+struct Planes {
+  const unsigned char* luma;
+  std::ptrdiff_t lumaStride;
+  const unsigned char* chroma;
+  std::ptrdiff_t chromaStride;
+  unsigned char* pixels;
+  std::ptrdiff_t pixelStride;
+
+  void nextRowPair() {
+    luma += 2 * lumaStride;
+    chroma += chromaStride;
+    pixels += 2 * pixelStride;
+  }
+};
+
+template <ChromaOrder kChroma, PixelOrder kPixels, BlueSum kBlue>
+void convertTailRow(const unsigned char* luma, const unsigned char* chroma, unsigned char* pixels, int begin, int end) {
+  for (int c = begin; c < end; ++c) {
+    const unsigned char first = chroma[c & ~1];
+    const unsigned char second = chroma[c | 1];
+    writePixel<kPixels, kBlue>(pixels + 4 * static_cast<std::ptrdiff_t>(c), luma[c],
+                               kChroma == vlvk::kVThenU ? second : first, kChroma == vlvk::kVThenU ? first : second);
+  }
+}
+
+/// Converts row pairs of an even number of columns: blocks of 16 by the row loops, the rest pixel by pixel.
+template <ChromaOrder kChroma, PixelOrder kPixels, BlueSum kTailBlue>
+void convertRowPairs(Planes planes, int columns, int rowPairs) {
+  const auto rowLoop = vlvk::rowLoops().yuvToPixels[kChroma][kPixels];
+  const int blocks = columns & ~15;
+  for (int pair = 0; pair < rowPairs; ++pair) {
+    const unsigned char* luma1 = planes.luma + planes.lumaStride;
+    unsigned char* pixels1 = planes.pixels + planes.pixelStride;
+    rowLoop(planes.luma, luma1, planes.chroma, planes.pixels, pixels1, blocks);
+    convertTailRow<kChroma, kPixels, kTailBlue>(planes.luma, planes.chroma, planes.pixels, blocks, columns);
+    convertTailRow<kChroma, kPixels, kTailBlue>(luma1, planes.chroma, pixels1, blocks, columns);
+    planes.nextRowPair();
+  }
+}
+
+/// First generation: nothing below one row pair, exact tail.
+template <ChromaOrder kChroma, PixelOrder kPixels>
+void convertFrame(const Planes& planes, int width, int height) {
+  convertRowPairs<kChroma, kPixels, kExact>(planes, std::max(width, 0) & ~1, std::max(height, 0) / 2);
+}
+
+/// Second generation: at least one row pair and one block of 8, wrapping everywhere.
+template <ChromaOrder kChroma, PixelOrder kPixels>
+void convertFrameV2(const Planes& planes, int width, int height) {
+  convertRowPairs<kChroma, kPixels, kWrapTo16Bits>(planes, std::max(width & ~1, 8), std::max(height / 2, 1));
+}
+
+}  // namespace
+
+void VKNV21ToRGBA_NeonCall(const unsigned char* yPlane, int yStride, const unsigned char* uvPlane, int uvStride,
+                           unsigned char* dst, int dstStride, int width, int height) {
+  convertFrame<vlvk::kVThenU, vlvk::kRgba>({yPlane, yStride, uvPlane, uvStride, dst, dstStride}, width, height);
+}
+
+void VKNV21ToBGRA_NeonCall(const unsigned char* yPlane, int yStride, const unsigned char* uvPlane, int uvStride,
+                           unsigned char* dst, int dstStride, int width, int height) {
+  convertFrame<vlvk::kVThenU, vlvk::kBgra>({yPlane, yStride, uvPlane, uvStride, dst, dstStride}, width, height);
+}
+
+void VKNV12ToBGRA_NeonCall(const unsigned char* yPlane, int yStride, const unsigned char* uvPlane, int uvStride,
+                           unsigned char* dst, int dstStride, int width, int height) {
+  convertFrame<vlvk::kUThenV, vlvk::kBgra>({yPlane, yStride, uvPlane, uvStride, dst, dstStride}, width, height);
+}
+
+void VKNV21ToRGBA_V2_NeonCall(const unsigned char* yPlane, const unsigned char* uvPlane, unsigned char* dst,
+                              int dstStride, int width, int height, int yStride, int uvStride) {
+  convertFrameV2<vlvk::kVThenU, vlvk::kRgba>({yPlane, yStride, uvPlane, uvStride, dst, dstStride}, width, height);
+}
+
+void VKNV12ToBGRA_V2_NeonCall(const unsigned char* yPlane, const unsigned char* uvPlane, unsigned char* dst,
+                              int dstStride, int width, int height, int yStride, int uvStride) {
+  convertFrameV2<vlvk::kUThenV, vlvk::kBgra>({yPlane, yStride, uvPlane, uvStride, dst, dstStride}, width, height);
+}
+
+void NV212RGB_V2_NEON(const unsigned char* yPlane, const unsigned char* uvPlane, unsigned char* dst, int dstStride,
+                      int width, int height, int yStride, int uvStride) {
+  Planes planes{yPlane, yStride, uvPlane, uvStride, dst, dstStride};
+  const int columns = std::max(width & ~7, 8);
+  for (int pair = 0; pair < std::max(height / 2, 1); ++pair) {
+    for (int row = 0; row < 2; ++row) {
+      const unsigned char* luma = planes.luma + row * planes.lumaStride;
+      unsigned char* pixels = planes.pixels + row * planes.pixelStride;
+      for (int c = 0; c < columns; ++c) {
+        const unsigned char* chroma = planes.chroma + (c & ~7) + 2 * (c % 4);
+        writePixel<vlvk::kBgra, kExact>(pixels + 4 * static_cast<std::ptrdiff_t>(c), luma[c], chroma[0], chroma[1]);
+      }
+    }
+    planes.nextRowPair();
+  }
+}

@@ -1,0 +1,42 @@
+/// Row loop of the conversion from semi-planar YUV to pixels. Included by targets/all_rows.h.
+
+#include <cstdint>
+
+#include "convert/bt601.h"
+#include "convert/pixel_orders.h"
+
+namespace vlvk::VLVK_TARGET {
+
+/// One channel of two rows: luma term plus chroma term, in 16-bit lanes that wrap.
+inline U8x16x2 channelOfRows(I16x8x2 lumaLow, I16x8x2 lumaHigh, I16x8 chromaTerm) {
+  return roundShiftNarrowSat<kYuvToRgbBits>(add(lumaLow, bothRows(duplicateLow(chromaTerm))),
+                                            add(lumaHigh, bothRows(duplicateHigh(chromaTerm))));
+}
+
+/// See RowLoops::yuvToPixels.
+template <ChromaOrder kChroma, PixelOrder kPixels>
+inline void yuvToPixels(const std::uint8_t* luma0, const std::uint8_t* luma1, const std::uint8_t* chroma,
+                        std::uint8_t* pixels0, std::uint8_t* pixels1, int columns) {
+  constexpr YuvToRgb k = kYuvToRgb;
+  // The offsets of luma and chroma are folded into one constant for each channel.
+  const I16x8 redOffset = splatI16(-k.luma * kLumaOffset - k.redV * kChromaOffset);
+  const I16x8 greenOffset = splatI16(-k.luma * kLumaOffset - (k.greenU + k.greenV) * kChromaOffset);
+  const I16x8 blueOffset = splatI16(-k.luma * kLumaOffset - k.blueU * kChromaOffset);
+  const U8x16x2 opaque = splatRows(255);
+
+  for (int c = 0; c < columns; c += 16) {
+    const U8x16 pairs = loadU8x16(chroma + c);
+    const I16x8 u = kChroma == kVThenU ? secondOfPairs(pairs) : firstOfPairs(pairs);
+    const I16x8 v = kChroma == kVThenU ? firstOfPairs(pairs) : secondOfPairs(pairs);
+    const U8x16x2 luma = loadRows(luma0 + c, luma1 + c);
+    const I16x8x2 lumaLow = mulWidenLow(luma, k.luma);
+    const I16x8x2 lumaHigh = mulWidenHigh(luma, k.luma);
+    const U8x16x2 red = channelOfRows(lumaLow, lumaHigh, add(mul(v, k.redV), redOffset));
+    const U8x16x2 green = channelOfRows(lumaLow, lumaHigh, add(add(mul(u, k.greenU), mul(v, k.greenV)), greenOffset));
+    const U8x16x2 blue = channelOfRows(lumaLow, lumaHigh, add(mul(u, k.blueU), blueOffset));
+    storePixels(pixels0 + 4 * c, pixels1 + 4 * c, kPixels == kRgba ? red : blue, green, kPixels == kRgba ? blue : red,
+                opaque);
+  }
+}
+
+}  // namespace vlvk::VLVK_TARGET

@@ -1,0 +1,186 @@
+/// The beauty filter: settings, lookup tables, buffers and the per-frame pipeline.
+///
+///     frame (NV21 / NV12) -> smooth luma -> blend by skin weight -> RGBA / BGRA -> colour table
+///                                                                   -> caller's pixels, or back into the frame
+///
+/// A frame is cut into `threadCount` horizontal bands, each run by a thread of its own.
+#ifndef VLVK_FILTER_CFASTEDGEPRESERVED_H
+#define VLVK_FILTER_CFASTEDGEPRESERVED_H
+
+#include <pthread.h>
+
+#include <cstddef>
+
+#include "base/export.h"
+#include "bindings/IBeautyResourceLoader.h"
+
+struct timeb;  // <sys/timeb.h>, or filter/timeb.h where the platform has none
+
+namespace vlvk {
+struct FramePlan;
+}
+
+/// Beautifies frames. One object serves one stream of frames; frames handed to it from several threads take turns.
+///
+/// Fields and virtual slots stand in the order that native callers rely on. Settings may be changed from any thread,
+/// also while a frame runs: a frame reads each of them once, so a change lands at the next frame.
+class VLVK_API CFastEdgePreserved {
+ public:
+  /// The work order of one band. All planes start at the band's first row; strides are bytes.
+  struct MakeupParam {
+    int variant;               ///< 0 from the pipeline; otherwise plain kernels and no conversion back to YUV
+    bool rgbOrder;             ///< true: NV21 and RGBA; false: NV12 and BGRA
+    bool inPlace;              ///< the band is written back into its own Y and UV rows
+    unsigned char* yPlane;     ///< luma
+    int yStride;               ///< of yPlane, meanPlane and edgeRows
+    unsigned char* uvPlane;    ///< chroma pairs, one row for two luma rows
+    int uvStride;              ///< of uvPlane
+    unsigned char* dstPlane;   ///< pixels, separate-destination form of the colour adjustment only
+    int dstStride;             ///< of dstPlane
+    unsigned char* outPlane;   ///< 4-byte pixels
+    int outStride;             ///< of outPlane
+    int width;                 ///< pixels of a row
+    int rows;                  ///< luma rows of the band
+    int radius;                ///< rounded radius minus one
+    int whitenIntensity;       ///< the filter's settings as the frame found them
+    int softenLevel;           ///< (600 * softenSkinIntensity) / 1000
+    int colorAdjustIntensity;  ///<
+    const int* skinCentre;     ///< skin chroma: first and second byte of a pair
+    unsigned char* meanPlane;  ///< smoothed luma
+    unsigned char* scratchA;   ///< 16 bytes for each group of 8 columns
+    unsigned char* scratchB;   ///< 32 bytes for each group of 8 columns
+    unsigned char* lineSums;   ///< unsmoothed luma rows that the sliding box still needs (in place)
+    unsigned char* edgeRows;   ///< unsmoothed neighbour rows (in place)
+  };
+
+  /// A smoothing stage: smooths the band of `p` into `mean`, which has the stride of the luma plane.
+  using Stage = void (CFastEdgePreserved::*)(MakeupParam* p, unsigned char* mean);
+
+  /// What a worker thread is started with.
+  struct BandTask {
+    CFastEdgePreserved* owner;
+    Stage stage;    ///< one of FastEdgePreservedTop, Mid, Bottom
+    int bandIndex;  ///< from the top, 0-based
+    MakeupParam param;
+    const vlvk::FramePlan* frame;  ///< the frame around the band; null for a band that stands alone
+  };
+
+  /// @param threadCount  bands and worker threads of a frame, 1 or more
+  /// @param loader       source of "adjust.vlk"; not owned, may be null (no colour table then)
+  CFastEdgePreserved(int threadCount, IBeautyResourceLoader* loader);
+  CFastEdgePreserved(const CFastEdgePreserved&) = delete;
+  CFastEdgePreserved& operator=(const CFastEdgePreserved&) = delete;
+
+  /// Releases every buffer but nv12Scratch, which stays allocated. No frame may be running.
+  virtual ~CFastEdgePreserved();
+
+  /// Whitening in percent. Rebuilds the tables at the next frame if the value changed. Any thread.
+  void put_whitenIntensity(int v);
+  /// Smoothing strength, 1000 = full. Any thread.
+  void put_softenSkinIntensity(int v);
+  /// Above 0: colours go through the table. 0 or below: through the tone curves only. Any thread.
+  void put_colorAdjustIntensity(int v);
+
+  /// Does nothing; returns -1.
+  int setOutputSize(int width, int height);
+
+  /// Milliseconds of wall clock since `start`.
+  int diffTime(const timeb* start);
+
+  /// Processes one semi-planar frame.
+  ///
+  /// @param y          luma plane, height rows of `width` bytes, without padding; written when `out` is null
+  /// @param yStride    ignored
+  /// @param uv         chroma plane, (height + 1) / 2 rows of `width` bytes; written when `out` is null
+  /// @param uvStride   ignored
+  /// @param width      pixels, 0 or more; an odd last column is neither converted nor smoothed
+  /// @param height     rows, 0 or more; an odd last row is not converted
+  /// @param out        4-byte pixels, or null to write the result back into the frame
+  /// @param outStride  bytes between rows of `out`
+  /// @param rgbOrder   true: NV21 in, RGBA out; false: NV12 in, BGRA out
+  /// @return 0, or -1 with frame and output untouched: null plane, negative size, threadCount below 1, no memory
+  ///
+  /// With `out`, pixels of an odd last column or row are colour-adjusted where they stand. A frame whose "adjust.vlk"
+  /// could not be opened is not colour-adjusted.
+  int processVideo(unsigned char* y, int yStride, unsigned char* uv, int uvStride, int width, int height,
+                   unsigned char* out, int outStride, bool rgbOrder);
+
+  /// Processes one BGRA picture through an NV12 copy.
+  ///
+  /// @param bgra    source pixels, rows `stride` bytes apart; not written unless `out` is the same picture
+  /// @param out     BGRA result, rows `outStride` bytes apart; may be `bgra` itself; null: nothing is delivered
+  /// @return as processVideo
+  int processBGRAVideo(unsigned char* bgra, int width, int height, int stride, unsigned char* out, int outStride);
+
+  /// processVideo with strides of the caller's and without the lock: the caller keeps frames apart.
+  int processVideoInternal(unsigned char* y, int yStride, unsigned char* uv, int uvStride, int width, int height,
+                           unsigned char* out, int outStride, bool rgbOrder);
+
+  /// Makes tables and buffers ready for a frame. Caller holds the lock.
+  ///
+  /// @param stride   luma stride in bytes
+  /// @param r        rounded radius minus one, -1 for no smoothing
+  /// @param inPlace  the frame is written back into its own planes
+  /// @return 0, or -1 when memory ran out; the filter stays usable
+  int calcCharacteristic(int width, int height, int stride, int r, bool inPlace);
+
+  /// Builds tone curves and colour table from the current settings. Caller holds the lock; the tables must exist.
+  ///
+  /// @param src  512 x 512 pixels of 4 bytes, 8 x 8 tiles of 64 x 64
+  void buildLookup(const unsigned char* src);
+
+  /// Passes a band of pixels through colour table or tone curves; does nothing while there is no table. With
+  /// `inPlace` set and `variant` 1 the result goes to dstPlane instead.
+  void colorAdjustRGBA(MakeupParam* p);
+  void colorAdjustBGRA(MakeupParam* p);
+
+  /// Body of a worker thread: runs one BandTask, returns null.
+  static void* thread_softskin_call(void* task);
+
+  /// Smoothing stages; see Stage.
+  void FastEdgePreservedTop(MakeupParam* p, unsigned char* mean);
+  void FastEdgePreservedMid(MakeupParam* p, unsigned char* mean);
+  void FastEdgePreservedBottom(MakeupParam* p, unsigned char* mean);
+
+  int whitenIntensity = 50;
+  int radius = 20;  ///< rounded up to a multiple of 8 by each frame; 0 or less: no smoothing
+  int softenSkinIntensity = 1000;
+  int colorAdjustIntensity = 100;
+  unsigned char* toneCurve0 = nullptr;  ///< 256 bytes each
+  unsigned char* toneCurve1 = nullptr;
+  unsigned char* toneCurve2 = nullptr;
+  int threadCount;
+  unsigned char* colorTable = nullptr;  ///< 64 x 64 x 64 entries of 4 bytes; null: no adjustment
+  bool lookupDirty = true;              ///< the tables no longer match the settings
+  bool rgbOrder = false;                ///< pixel order of the previous frame
+  int skinCentre[3] = {110, 155, 110};  ///< NV12 frames use the first two, NV21 frames the last two
+  unsigned char skinTable[48];
+  pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+  unsigned char* meanBuffer = nullptr;
+  unsigned char* scratchA = nullptr;
+  unsigned char* scratchB = nullptr;
+  unsigned char* lineSums = nullptr;
+  unsigned char* nv12Scratch = nullptr;  ///< NV12 copy of a BGRA picture
+  unsigned char* rgbaBuffer = nullptr;   ///< pixels of an in-place frame
+  int hasEdgeRows = 0;
+  unsigned char* edgeRows = nullptr;
+  int cachedWidth = 0;
+  int cachedHeight = 0;
+  int cachedStride = 0;
+  int cachedRadius = 0;
+  int cachedThreads = 0;
+  IBeautyResourceLoader* loader;
+
+  // Behind the fields that native callers know: the size of each buffer in bytes, and the tasks of a frame.
+  std::size_t meanBufferSize = 0;
+  std::size_t scratchASize = 0;
+  std::size_t scratchBSize = 0;
+  std::size_t lineSumsSize = 0;
+  std::size_t nv12ScratchSize = 0;
+  std::size_t rgbaBufferSize = 0;
+  std::size_t edgeRowsSize = 0;
+  unsigned char* taskBuffer = nullptr;
+  std::size_t taskBufferSize = 0;
+};
+
+#endif

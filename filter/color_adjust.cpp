@@ -1,0 +1,124 @@
+/// Colour adjustment of a band: colour table, tone curves, or the green curve alone.
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "convert/pixel_orders.h"
+#include "filter/CFastEdgePreserved.h"
+
+namespace {
+
+using MakeupParam = CFastEdgePreserved::MakeupParam;
+
+/// A pixel as a little-endian word: the first byte in memory is the lowest.
+std::uint32_t loadPixel(const unsigned char* from) {
+  std::uint32_t pixel = 0;
+  std::memcpy(&pixel, from, sizeof pixel);
+  return pixel;
+}
+
+void storePixel(unsigned char* to, std::uint32_t pixel) {
+  std::memcpy(to, &pixel, sizeof pixel);
+}
+
+/// The colour table, indexed by the 6 upper bits of each channel.
+template <vlvk::PixelOrder kOrder>
+struct TableMapping {
+  const unsigned char* table;
+
+  std::uint32_t operator()(std::uint32_t p) const {
+    const std::uint32_t row = (p >> 2U) & 0x3F00U;
+    if constexpr (kOrder == vlvk::kRgba) {
+      return loadPixel(table + (((p >> 4U) & 0xFC000U) | row | (p & 0xFCU)));
+    } else {
+      return loadPixel(table + (((p & 0xFCU) << 12U) | row | ((p >> 16U) & 0xFCU)));
+    }
+  }
+};
+
+/// One curve for each channel; alpha becomes opaque.
+struct CurveMapping {
+  const unsigned char* first;
+  const unsigned char* second;
+  const unsigned char* third;
+
+  std::uint32_t operator()(std::uint32_t p) const {
+    return first[p & 0xFFU] | std::uint32_t{second[(p >> 8U) & 0xFFU]} << 8U |
+           std::uint32_t{third[(p >> 16U) & 0xFFU]} << 16U | 0xFF000000U;
+  }
+};
+
+/// The middle channel alone.
+struct GreenMapping {
+  const unsigned char* curve;
+
+  std::uint32_t operator()(std::uint32_t p) const {
+    return (p & 0xFFFF00FFU) | std::uint32_t{curve[(p >> 8U) & 0xFFU]} << 8U;
+  }
+};
+
+/// Where a band's pixels come from and go to; both may be the same.
+struct PixelRows {
+  unsigned char* source;
+  std::ptrdiff_t sourceStride;
+  unsigned char* destination;
+  std::ptrdiff_t destinationStride;
+  int width;
+  int rows;
+
+  template <class RowFunction>
+  void forEachRow(RowFunction rowFunction) const {
+    for (std::ptrdiff_t y = 0; y < rows; ++y) {
+      rowFunction(source + y * sourceStride, destination + y * destinationStride);
+    }
+  }
+};
+
+template <class Mapping>
+void mapPixels(const PixelRows& band, Mapping mapping) {
+  band.forEachRow([&](const unsigned char* source, unsigned char* destination) {
+    for (std::ptrdiff_t i = 0; i < 4 * static_cast<std::ptrdiff_t>(band.width); i += 4) {
+      storePixel(destination + i, mapping(loadPixel(source + i)));
+    }
+  });
+}
+
+/// Green curve into a separate destination: the curve value goes to the source, the outer channels to the destination.
+void mapGreenApart(const PixelRows& band, const unsigned char* curve) {
+  band.forEachRow([&](unsigned char* source, unsigned char* destination) {
+    for (std::ptrdiff_t i = 0; i < 4 * static_cast<std::ptrdiff_t>(band.width); i += 4) {
+      destination[i] = source[i];
+      destination[i + 2] = source[i + 2];
+      source[i + 1] = curve[source[i + 1]];
+    }
+  });
+}
+
+template <vlvk::PixelOrder kOrder>
+void adjustBand(const CFastEdgePreserved& filter, const MakeupParam& p) {
+  if (filter.colorTable == nullptr) return;
+  const bool apart = p.inPlace && p.variant == 1;
+  const PixelRows band{p.outPlane, p.outStride, apart ? p.dstPlane : p.outPlane, apart ? p.dstStride : p.outStride,
+                       p.width,    p.rows};
+  if (p.colorAdjustIntensity > 0) {
+    mapPixels(band, TableMapping<kOrder>{filter.colorTable});
+  } else if (p.whitenIntensity > 0) {
+    const bool rgba = kOrder == vlvk::kRgba;
+    mapPixels(band, CurveMapping{rgba ? filter.toneCurve0 : filter.toneCurve2, filter.toneCurve1,
+                                 rgba ? filter.toneCurve2 : filter.toneCurve0});
+  } else if (apart) {
+    mapGreenApart(band, filter.toneCurve1);
+  } else {
+    mapPixels(band, GreenMapping{filter.toneCurve1});
+  }
+}
+
+}  // namespace
+
+void CFastEdgePreserved::colorAdjustRGBA(MakeupParam* p) {
+  adjustBand<vlvk::kRgba>(*this, *p);
+}
+
+void CFastEdgePreserved::colorAdjustBGRA(MakeupParam* p) {
+  adjustBand<vlvk::kBgra>(*this, *p);
+}

@@ -1,0 +1,186 @@
+/// The road of a frame: lock, get ready, cut into bands, run the bands on threads, join them.
+#include <pthread.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <new>
+
+#include "base/arm_math.h"
+#include "base/checked_size.h"
+#include "base/shared_field.h"
+#include "convert/rgb_to_yuv.h"
+#include "filter/CFastEdgePreserved.h"
+#include "filter/band_worker.h"
+#include "filter/frame_buffers.h"
+#include "filter/frame_plan.h"
+
+namespace {
+
+using vlvk::BandWork;
+using vlvk::CheckedSize;
+using vlvk::FramePlan;
+
+class FrameLock {
+ public:
+  explicit FrameLock(pthread_mutex_t& mutex) : mutex_(mutex) { pthread_mutex_lock(&mutex_); }
+  FrameLock(const FrameLock&) = delete;
+  FrameLock& operator=(const FrameLock&) = delete;
+  ~FrameLock() { pthread_mutex_unlock(&mutex_); }
+
+ private:
+  pthread_mutex_t& mutex_;
+};
+
+/// A caller's frame, and where its pixels go.
+struct Frame {
+  unsigned char* luma;
+  unsigned char* chroma;
+  std::ptrdiff_t chromaStride;
+  unsigned char* out;
+  std::ptrdiff_t outStride;
+  bool rgbOrder;
+};
+
+/// The settings that workers need, as the frame found them.
+struct Settings {
+  int whitenIntensity;
+  int softenLevel;
+  int colorAdjustIntensity;
+
+  explicit Settings(const CFastEdgePreserved& filter)
+      : whitenIntensity(vlvk::loadShared(filter.whitenIntensity)),
+        softenLevel(vlvk::wrapMul(600, vlvk::loadShared(filter.softenSkinIntensity)) / 1000),
+        colorAdjustIntensity(vlvk::loadShared(filter.colorAdjustIntensity)) {}
+};
+
+/// The work order of one band.
+CFastEdgePreserved::MakeupParam bandParam(const CFastEdgePreserved& filter, const FramePlan& plan, const Frame& frame,
+                                          const Settings& settings, int band) {
+  const auto begin = static_cast<std::ptrdiff_t>(plan.bandBegin(band));
+  const auto groups = static_cast<std::ptrdiff_t>((plan.width + std::int64_t{7}) / 8);
+  CFastEdgePreserved::MakeupParam p{};
+  p.rgbOrder = frame.rgbOrder;
+  p.inPlace = plan.inPlace;
+  p.yPlane = frame.luma + begin * plan.stride;
+  p.yStride = plan.stride;
+  p.uvPlane = frame.chroma + begin / 2 * frame.chromaStride;
+  p.uvStride = static_cast<int>(frame.chromaStride);
+  p.outPlane = frame.out + begin * frame.outStride;
+  p.outStride = static_cast<int>(frame.outStride);
+  p.width = plan.width;
+  p.rows = static_cast<int>(plan.bandEnd(band) - begin);
+  p.radius = plan.reach - 1;
+  p.whitenIntensity = settings.whitenIntensity;
+  p.softenLevel = settings.softenLevel;
+  p.colorAdjustIntensity = settings.colorAdjustIntensity;
+  p.skinCentre = filter.skinCentre + (frame.rgbOrder ? 1 : 0);
+  p.meanPlane = filter.meanBuffer + begin * plan.stride;
+  p.scratchA = filter.scratchA + band * 16 * groups;
+  p.scratchB = filter.scratchB + band * 32 * groups;
+  if (filter.lineSums != nullptr) {
+    p.lineSums = filter.lineSums + band * static_cast<std::ptrdiff_t>(filter.lineSumsSize / plan.bands);
+  }
+  if (filter.edgeRows != nullptr) {
+    p.edgeRows = filter.edgeRows + static_cast<std::ptrdiff_t>(plan.savedRowsBegin(band)) * plan.stride;
+  }
+  return p;
+}
+
+CFastEdgePreserved::Stage bandStage(const FramePlan& plan, int band) {
+  if (band == plan.bands - 1) return &CFastEdgePreserved::FastEdgePreservedBottom;
+  if (band == 0) return &CFastEdgePreserved::FastEdgePreservedTop;
+  return &CFastEdgePreserved::FastEdgePreservedMid;
+}
+
+/// Runs every band on a thread of its own, or here where no thread can be had.
+void runBands(BandWork* work, int count) {
+  for (int i = 0; i < count; ++i) {
+    work[i].started =
+        pthread_create(&work[i].thread, nullptr, CFastEdgePreserved::thread_softskin_call, &work[i].task) == 0;
+  }
+  for (int i = 0; i < count; ++i) {
+    if (!work[i].started) vlvk::runBand(work[i].task);
+  }
+  for (int i = 0; i < count; ++i) {
+    if (work[i].started) pthread_join(work[i].thread, nullptr);
+  }
+}
+
+/// Writes the orders of all bands that have rows, then runs them.
+void processBands(CFastEdgePreserved& filter, const FramePlan& plan, const Frame& frame, const Settings& settings) {
+  auto* work = static_cast<BandWork*>(static_cast<void*>(filter.taskBuffer));
+  const bool savesRows = plan.inPlace && plan.reach > 0 && settings.softenLevel > 0;
+  int count = 0;
+  for (int band = 0; band < plan.bands; ++band) {
+    if (plan.width == 0 || plan.bandBegin(band) >= plan.bandEnd(band)) continue;
+    const auto param = bandParam(filter, plan, frame, settings, band);
+    if (savesRows) vlvk::saveNeighbourRows(plan, frame.luma, band, param.edgeRows);
+    new (&work[count]) BandWork{{&filter, bandStage(plan, band), band, param, &plan}, {}, false};
+    ++count;
+  }
+  runBands(work, count);
+}
+
+/// Repeats the last converted luma column and row where an odd size left one unconverted.
+void repeatOddEdge(unsigned char* luma, std::ptrdiff_t stride, int width, int height) {
+  if (width % 2 != 0 && width > 1) {
+    for (std::ptrdiff_t y = 0; y < height; ++y)
+      luma[y * stride + width - 1] = luma[y * stride + width - 2];
+  }
+  if (height % 2 != 0 && height > 1) {
+    unsigned char* last = luma + (height - 1) * stride;
+    std::memcpy(last, last - stride, static_cast<std::size_t>(width));
+  }
+}
+
+}  // namespace
+
+int CFastEdgePreserved::processVideo(unsigned char* y, int /*yStride*/, unsigned char* uv, int /*uvStride*/, int width,
+                                     int height, unsigned char* out, int outStride, bool order) {
+  const FrameLock lock(mutex);
+  return processVideoInternal(y, width, uv, width, width, height, out, outStride, order);
+}
+
+int CFastEdgePreserved::processVideoInternal(unsigned char* y, int yStride, unsigned char* uv, int uvStride, int width,
+                                             int height, unsigned char* out, int outStride, bool order) {
+  const int bands = vlvk::loadShared(threadCount);
+  if (y == nullptr || uv == nullptr || width < 0 || height < 0 || yStride < width || bands < 1) return -1;
+  if (order != rgbOrder) {
+    rgbOrder = order;
+    vlvk::storeShared(lookupDirty, true);
+  }
+  // Before the settings: a change that comes in between marks the tables again.
+  const bool settingsChanged = vlvk::exchangeShared(lookupDirty, false);
+  const Settings settings(*this);
+  const int reach = std::max(vlvk::roundUpTo8(vlvk::loadShared(radius)), 0);
+  const FramePlan plan{width, height, yStride, reach, bands, out == nullptr};
+
+  const CheckedSize pixelBytes = plan.inPlace ? CheckedSize(width) * 4 * height : CheckedSize(0);
+  if (!vlvk::resizeBuffer(rgbaBuffer, rgbaBufferSize, pixelBytes) ||
+      !vlvk::prepareFrame(*this, plan, settingsChanged, settings.whitenIntensity)) {
+    if (settingsChanged) vlvk::storeShared(lookupDirty, true);
+    return -1;
+  }
+  const Frame frame{
+      y, uv, uvStride, plan.inPlace ? rgbaBuffer : out, plan.inPlace ? std::ptrdiff_t{4} * width : outStride, order};
+  processBands(*this, plan, frame, settings);
+  return 0;
+}
+
+int CFastEdgePreserved::processBGRAVideo(unsigned char* bgra, int width, int height, int stride, unsigned char* out,
+                                         int outStride) {
+  const FrameLock lock(mutex);
+  if (bgra == nullptr || width < 0 || height < 0 || vlvk::loadShared(threadCount) < 1) return -1;
+  const int aligned = vlvk::roundUpTo8(width);
+  const CheckedSize scratchBytes = CheckedSize(aligned) * height + CheckedSize(aligned) * ((height + 1LL) / 2);
+  if (aligned < width || !vlvk::resizeBuffer(nv12Scratch, nv12ScratchSize, scratchBytes)) return -1;
+  // An empty picture still needs planes that are there.
+  unsigned char none = 0;
+  unsigned char* luma = nv12Scratch != nullptr ? nv12Scratch : &none;
+  unsigned char* chroma = luma + static_cast<std::ptrdiff_t>(aligned) * height;
+  VKBGRAToNV12_NeonCall(bgra, stride, luma, aligned, chroma, aligned, width, height);
+  repeatOddEdge(luma, aligned, width, height);
+  return processVideoInternal(luma, aligned, chroma, aligned, width, height, out, outStride, false);
+}

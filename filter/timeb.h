@@ -1,0 +1,18 @@
+/// `struct timeb`, also where the platform no longer has it.
+#ifndef VLVK_FILTER_TIMEB_H
+#define VLVK_FILTER_TIMEB_H
+
+#if __has_include(<sys/timeb.h>)
+#include <sys/timeb.h>
+#else
+#include <ctime>
+
+struct timeb {
+  std::time_t time;        ///< seconds since the epoch
+  unsigned short millitm;  ///< and milliseconds
+  short timezone;
+  short dstflag;
+};
+#endif
+
+#endif

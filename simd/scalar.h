@@ -1,0 +1,344 @@
+/// The vector vocabulary in plain C++: the exact meaning of every operation, and the target of processors without a
+/// header of their own.
+///
+/// Names say what an operation does to lanes: `Widen` results have twice the bits, plain `add`, `sub`, `mul` wrap,
+/// `Sat` saturates, `Narrow` halves the bits. Types are unsigned (U), signed (I) or float (F), named bits x lanes; a
+/// trailing x2 means two picture rows, handled alike.
+///
+/// Lane order is memory order. Loads and stores need no alignment.
+#ifndef VLVK_SIMD_SCALAR_H
+#define VLVK_SIMD_SCALAR_H
+
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+#include "base/arm_math.h"
+#include "simd/reciprocal_estimate.h"
+
+#ifndef VLVK_TARGET
+#define VLVK_TARGET scalar
+#endif
+
+namespace vlvk::VLVK_TARGET {
+
+template <class T, int kLanes>
+struct Lanes {
+  T lane[kLanes];
+};
+
+using U8x8 = Lanes<std::uint8_t, 8>;
+using U8x16 = Lanes<std::uint8_t, 16>;
+using U16x8 = Lanes<std::uint16_t, 8>;
+using I16x8 = Lanes<std::int16_t, 8>;
+using U32x8 = Lanes<std::uint32_t, 8>;
+using F32x8 = Lanes<float, 8>;
+
+/// The same columns of two rows.
+template <class T>
+struct TwoRows {
+  T row[2];
+};
+using U8x16x2 = TwoRows<U8x16>;
+using I16x8x2 = TwoRows<I16x8>;
+
+/// 16 or 8 pixels of 4 bytes, channels still interleaved.
+using Pixels16 = Lanes<std::uint8_t, 64>;
+using Pixels8 = Lanes<std::uint8_t, 32>;
+
+/// Applies `f` to each lane number.
+template <class Result, int kLanes = static_cast<int>(sizeof(Result::lane) / sizeof(Result{}.lane[0])), class F>
+inline Result forLanes(F f) {
+  using T = std::remove_cvref_t<decltype(Result{}.lane[0])>;
+  Result result;
+  for (int i = 0; i < kLanes; ++i)
+    result.lane[i] = static_cast<T>(f(i));
+  return result;
+}
+
+// Memory.
+
+template <class V, class T>
+inline V loadLanes(const T* from) {
+  V v;
+  std::memcpy(v.lane, from, sizeof v.lane);
+  return v;
+}
+template <class V, class T>
+inline void storeLanes(T* to, const V& v) {
+  std::memcpy(to, v.lane, sizeof v.lane);
+}
+
+inline U8x8 loadU8x8(const std::uint8_t* from) {
+  return loadLanes<U8x8>(from);
+}
+inline U8x16 loadU8x16(const std::uint8_t* from) {
+  return loadLanes<U8x16>(from);
+}
+inline U16x8 load8(const std::uint16_t* from) {
+  return loadLanes<U16x8>(from);
+}
+inline U32x8 load8(const std::uint32_t* from) {
+  return loadLanes<U32x8>(from);
+}
+inline void store(std::uint8_t* to, U8x8 v) {
+  storeLanes(to, v);
+}
+inline void store(std::uint8_t* to, U8x16 v) {
+  storeLanes(to, v);
+}
+inline void store(std::uint16_t* to, U16x8 v) {
+  storeLanes(to, v);
+}
+inline void store(std::uint32_t* to, U32x8 v) {
+  storeLanes(to, v);
+}
+
+inline U16x8 splat8(std::uint16_t value) {
+  return forLanes<U16x8>([&](int) { return value; });
+}
+inline U32x8 splat8(std::uint32_t value) {
+  return forLanes<U32x8>([&](int) { return value; });
+}
+inline F32x8 splat8(float value) {
+  return forLanes<F32x8>([&](int) { return value; });
+}
+
+// Running sums.
+
+/// sums + v.
+inline U16x8 addWiden(U16x8 sums, U8x8 v) {
+  return forLanes<U16x8>([&](int i) { return sums.lane[i] + v.lane[i]; });
+}
+inline U32x8 addWiden(U32x8 sums, U16x8 v) {
+  return forLanes<U32x8>([&](int i) { return sums.lane[i] + v.lane[i]; });
+}
+/// sums - v.
+inline U16x8 subWiden(U16x8 sums, U8x8 v) {
+  return forLanes<U16x8>([&](int i) { return sums.lane[i] - v.lane[i]; });
+}
+inline U32x8 subWiden(U32x8 sums, U16x8 v) {
+  return forLanes<U32x8>([&](int i) { return sums.lane[i] - v.lane[i]; });
+}
+/// v * v; 255 * 255 fits 16 bits.
+inline U16x8 squareWiden(U8x8 v) {
+  return forLanes<U16x8>([&](int i) { return v.lane[i] * v.lane[i]; });
+}
+
+/// a - b, sign-extended to 32 bits.
+inline U32x8 differenceWiden(U16x8 a, U16x8 b) {
+  return forLanes<U32x8>([&](int i) { return a.lane[i] - b.lane[i]; });
+}
+inline U32x8 add(U32x8 a, U32x8 b) {
+  return forLanes<U32x8>([&](int i) { return a.lane[i] + b.lane[i]; });
+}
+inline U32x8 sub(U32x8 a, U32x8 b) {
+  return forLanes<U32x8>([&](int i) { return a.lane[i] - b.lane[i]; });
+}
+/// Lane i becomes the sum of lanes 0 .. i.
+inline U32x8 prefixSum(U32x8 v) {
+  for (int i = 1; i < 8; ++i)
+    v.lane[i] += v.lane[i - 1];
+  return v;
+}
+/// The last lane, in every lane.
+inline U32x8 splatLast(U32x8 v) {
+  return splat8(v.lane[7]);
+}
+
+// Single precision. Every operation rounds by itself.
+
+/// Any 32-bit value, rounded to nearest.
+inline F32x8 toFloat(U32x8 v) {
+  return forLanes<F32x8>([&](int i) { return static_cast<float>(v.lane[i]); });
+}
+/// Values below 2^31 only.
+inline F32x8 toFloatBelow2To31(U32x8 v) {
+  return forLanes<F32x8>([&](int i) { return static_cast<float>(static_cast<std::int32_t>(v.lane[i])); });
+}
+inline F32x8 toFloat(U8x8 v) {
+  return forLanes<F32x8>([&](int i) { return static_cast<float>(v.lane[i]); });
+}
+inline F32x8 add(F32x8 a, F32x8 b) {
+  return forLanes<F32x8>([&](int i) { return a.lane[i] + b.lane[i]; });
+}
+inline F32x8 sub(F32x8 a, F32x8 b) {
+  return forLanes<F32x8>([&](int i) { return a.lane[i] - b.lane[i]; });
+}
+inline F32x8 mul(F32x8 a, F32x8 b) {
+  return forLanes<F32x8>([&](int i) { return a.lane[i] * b.lane[i]; });
+}
+/// The ARM reciprocal estimate, for every input.
+inline F32x8 reciprocalEstimate(F32x8 v) {
+  return forLanes<F32x8>([&](int i) { return vlvk::reciprocalEstimate(v.lane[i]); });
+}
+/// The same for zeros and for normal numbers below 2^126 in magnitude, which may be cheaper.
+inline F32x8 reciprocalEstimateOfModest(F32x8 v) {
+  return reciprocalEstimate(v);
+}
+/// Truncates to unsigned 32-bit integers (negative and NaN: 0, too large: 2^32 - 1) and keeps their low 8 bits.
+inline U8x8 truncToLowBytes(F32x8 v) {
+  return forLanes<U8x8>([&](int i) { return truncSaturate<std::uint32_t>(v.lane[i]); });
+}
+
+// Skin weights. Byte pairs are chroma pairs.
+
+inline U8x16 sub(U8x16 a, U8x16 b) {
+  return forLanes<U8x16>([&](int i) { return a.lane[i] - b.lane[i]; });
+}
+inline U8x16 splat16(std::uint8_t value) {
+  return forLanes<U8x16>([&](int) { return value; });
+}
+/// first, second, first, second ...
+inline U8x16 splatPair16(std::uint8_t first, std::uint8_t second) {
+  return forLanes<U8x16>([&](int i) { return i % 2 == 0 ? first : second; });
+}
+inline U8x16 absDifference(U8x16 a, U8x16 b) {
+  return forLanes<U8x16>([&](int i) { return a.lane[i] > b.lane[i] ? a.lane[i] - b.lane[i] : b.lane[i] - a.lane[i]; });
+}
+
+/// A lookup table of 64 bytes.
+struct Table64 {
+  std::uint8_t entry[64];
+};
+inline Table64 loadTable64(const std::uint8_t* from) {
+  Table64 table;
+  std::memcpy(table.entry, from, sizeof table.entry);
+  return table;
+}
+/// table[index], 0 for an index of 64 and more.
+inline U8x16 lookup(const Table64& table, U8x16 index) {
+  return forLanes<U8x16>([&](int i) { return index.lane[i] < 64 ? table.entry[index.lane[i]] : 0; });
+}
+/// (first * second) >> 6 of each byte pair, put back into both bytes of the pair. Both are at most 64.
+inline U8x16 mulPairsShift6(U8x16 v) {
+  return forLanes<U8x16>([&](int i) { return (v.lane[i & ~1] * v.lane[i | 1]) >> 6; });
+}
+/// (a * (64 - weight) + b * weight) >> 6, weight at most 64, the same for both rows.
+inline U8x16x2 mixBy64ths(U8x16x2 a, U8x16x2 b, U8x16 weight) {
+  U8x16x2 result;
+  for (int r = 0; r < 2; ++r) {
+    result.row[r] = forLanes<U8x16>(
+        [&](int i) { return (a.row[r].lane[i] * (64 - weight.lane[i]) + b.row[r].lane[i] * weight.lane[i]) >> 6; });
+  }
+  return result;
+}
+
+// Row pairs.
+
+inline U8x16x2 loadRows(const std::uint8_t* from0, const std::uint8_t* from1) {
+  return {{loadU8x16(from0), loadU8x16(from1)}};
+}
+inline void storeRows(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 v) {
+  store(to0, v.row[0]);
+  store(to1, v.row[1]);
+}
+inline U8x16x2 splatRows(std::uint8_t value) {
+  return {{splat16(value), splat16(value)}};
+}
+/// The same values in both rows.
+inline I16x8x2 bothRows(I16x8 v) {
+  return {{v, v}};
+}
+
+// Chroma terms: one 16-bit lane for each of 8 byte pairs.
+
+inline I16x8 splatI16(std::int16_t value) {
+  return forLanes<I16x8>([&](int) { return value; });
+}
+/// The first (even) byte of each pair, zero-extended.
+inline I16x8 firstOfPairs(U8x16 v) {
+  return forLanes<I16x8>([&](int i) { return v.lane[2 * i]; });
+}
+/// The second (odd) byte of each pair, zero-extended.
+inline I16x8 secondOfPairs(U8x16 v) {
+  return forLanes<I16x8>([&](int i) { return v.lane[2 * i + 1]; });
+}
+inline I16x8 add(I16x8 a, I16x8 b) {
+  return forLanes<I16x8>([&](int i) { return a.lane[i] + b.lane[i]; });
+}
+inline I16x8 mul(I16x8 v, std::int16_t factor) {
+  return forLanes<I16x8>([&](int i) { return v.lane[i] * factor; });
+}
+/// Lanes 0, 0, 1, 1, 2, 2, 3, 3.
+inline I16x8 duplicateLow(I16x8 v) {
+  return forLanes<I16x8>([&](int i) { return v.lane[i / 2]; });
+}
+/// Lanes 4, 4, 5, 5, 6, 6, 7, 7.
+inline I16x8 duplicateHigh(I16x8 v) {
+  return forLanes<I16x8>([&](int i) { return v.lane[4 + i / 2]; });
+}
+
+// Luma of two rows to pixels.
+
+/// The first 8 columns times `factor`.
+inline I16x8x2 mulWidenLow(U8x16x2 v, std::uint8_t factor) {
+  return {{forLanes<I16x8>([&](int i) { return v.row[0].lane[i] * factor; }),
+           forLanes<I16x8>([&](int i) { return v.row[1].lane[i] * factor; })}};
+}
+/// The last 8 columns times `factor`.
+inline I16x8x2 mulWidenHigh(U8x16x2 v, std::uint8_t factor) {
+  return {{forLanes<I16x8>([&](int i) { return v.row[0].lane[8 + i] * factor; }),
+           forLanes<I16x8>([&](int i) { return v.row[1].lane[8 + i] * factor; })}};
+}
+inline I16x8x2 add(I16x8x2 a, I16x8x2 b) {
+  return {{add(a.row[0], b.row[0]), add(a.row[1], b.row[1])}};
+}
+/// (v + 2^(kBits - 1)) >> kBits without overflow, clamped to 0 .. 255; `low` gives the first 8 columns, `high` the
+/// last.
+template <int kBits>
+inline U8x16x2 roundShiftNarrowSat(I16x8x2 low, I16x8x2 high) {
+  U8x16x2 result;
+  for (int r = 0; r < 2; ++r) {
+    result.row[r] = forLanes<U8x16>([&](int i) {
+      const int sum = i < 8 ? low.row[r].lane[i] : high.row[r].lane[i - 8];
+      const int value = (sum + (1 << (kBits - 1))) >> kBits;
+      return value < 0 ? 0 : value > 255 ? 255 : value;
+    });
+  }
+  return result;
+}
+/// Writes 16 pixels of each of two rows, channel c0 in the lowest byte.
+inline void storePixels(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 c0, U8x16x2 c1, U8x16x2 c2, U8x16x2 c3) {
+  for (int r = 0; r < 2; ++r) {
+    std::uint8_t* to = r == 0 ? to0 : to1;
+    for (int i = 0; i < 16; ++i) {
+      to[4 * i] = c0.row[r].lane[i];
+      to[4 * i + 1] = c1.row[r].lane[i];
+      to[4 * i + 2] = c2.row[r].lane[i];
+      to[4 * i + 3] = c3.row[r].lane[i];
+    }
+  }
+}
+
+// Pixels to luma and chroma.
+
+inline Pixels16 loadPixels16(const std::uint8_t* from) {
+  return loadLanes<Pixels16>(from);
+}
+/// Pixels 0, 2, 4 ... 14.
+inline Pixels8 evenPixels(const Pixels16& v) {
+  return forLanes<Pixels8>([&](int i) { return v.lane[8 * (i / 4) + i % 4]; });
+}
+/// (k0 * c0 + k1 * c1 + k2 * c2 + kBias) >> 8 of every pixel's channels, the sum within 0 .. 65535.
+template <int k0, int k1, int k2, int kBias>
+inline U8x16 weighChannels(const Pixels16& v) {
+  return forLanes<U8x16>(
+      [&](int i) { return (k0 * v.lane[4 * i] + k1 * v.lane[4 * i + 1] + k2 * v.lane[4 * i + 2] + kBias) >> 8; });
+}
+template <int k0, int k1, int k2, int kBias>
+inline U8x8 weighChannels(const Pixels8& v) {
+  return forLanes<U8x8>(
+      [&](int i) { return (k0 * v.lane[4 * i] + k1 * v.lane[4 * i + 1] + k2 * v.lane[4 * i + 2] + kBias) >> 8; });
+}
+/// Writes first, second, first, second ...
+inline void storePairs(std::uint8_t* to, U8x8 first, U8x8 second) {
+  for (int i = 0; i < 8; ++i) {
+    to[2 * i] = first.lane[i];
+    to[2 * i + 1] = second.lane[i];
+  }
+}
+
+}  // namespace vlvk::VLVK_TARGET
+
+#endif

@@ -1,0 +1,31 @@
+/// Every row loop, and the table that names them, for the target that the including file has set up.
+///
+/// Included once by each row_loops_*.cpp, behind `VLVK_TARGET` (the namespace) and that target's vocabulary. All code
+/// lies in the target's namespace: an inline function shared between targets could be emitted with instructions that an
+/// older processor lacks, and then be used everywhere.
+
+#include "convert/rgb_to_yuv_rows.h"
+#include "convert/yuv_to_rgb_rows.h"
+#include "kernels/blend_rows.h"
+#include "kernels/smooth_rows.h"
+#include "targets/target_sets.h"
+
+#define VLVK_STRING_OF(x) #x
+#define VLVK_NAME_OF(x) VLVK_STRING_OF(x)
+
+namespace vlvk::VLVK_TARGET {
+
+const RowLoops kRowLoops = {
+    .name = VLVK_NAME_OF(VLVK_TARGET),
+    .addRow = addRow,
+    .slideColumnSums = slideColumnSums,
+    .smoothRow = smoothRow<false>,
+    .smoothRowAnySums = smoothRow<true>,
+    .blendRowPair = blendRowPair,
+    .yuvToPixels = {{yuvToPixels<kVThenU, kRgba>, yuvToPixels<kVThenU, kBgra>},
+                    {yuvToPixels<kUThenV, kRgba>, yuvToPixels<kUThenV, kBgra>}},
+    .pixelsToYuv = {{pixelsToYuv<kVThenU, kRgba>, pixelsToYuv<kVThenU, kBgra>},
+                    {pixelsToYuv<kUThenV, kRgba>, pixelsToYuv<kUThenV, kBgra>}},
+};
+
+}  // namespace vlvk::VLVK_TARGET

@@ -1,0 +1,15 @@
+/// The compiled sets of row loops, one for each file row_loops_*.cpp that this build has.
+#ifndef VLVK_TARGETS_TARGET_SETS_H
+#define VLVK_TARGETS_TARGET_SETS_H
+
+#include "targets/row_loops.h"
+
+namespace vlvk {
+
+namespace scalar {
+extern const RowLoops kRowLoops;
+}
+
+}  // namespace vlvk
+
+#endif
