@@ -42,6 +42,7 @@ set(VLVK_LIBRARY_SOURCES
   kernels/skin_tables.cpp
   kernels/skin_tables.h
   kernels/smooth_rows.h
+  simd/inline.h
   simd/reciprocal_estimate.h
   simd/scalar.h
   targets/all_rows.h
@@ -50,6 +51,33 @@ set(VLVK_LIBRARY_SOURCES
   targets/row_loops_scalar.cpp
   targets/target_sets.h
 )
+
+# The processor that the compiler makes code for, which need not be the one that CMake names: a cross-compiler may come
+# without a toolchain file.
+include(CheckCXXSourceCompiles)
+set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
+check_cxx_source_compiles("#ifndef __x86_64__\n#error\n#endif" VLVK_PROCESSOR_X86_64)
+check_cxx_source_compiles("#ifndef __aarch64__\n#error\n#endif" VLVK_PROCESSOR_AARCH64)
+check_cxx_source_compiles("#ifndef __arm__\n#error\n#endif" VLVK_PROCESSOR_ARM)
+unset(CMAKE_TRY_COMPILE_TARGET_TYPE)
+
+if(VLVK_PROCESSOR_X86_64)
+  list(APPEND VLVK_LIBRARY_SOURCES
+    simd/avx2.h
+    simd/sse2.h
+    simd/x86_128.h
+    targets/row_loops_avx2.cpp
+    targets/row_loops_sse2.cpp)
+  # Chosen at run time. Only this file may contain such instructions.
+  set_source_files_properties(targets/row_loops_avx2.cpp PROPERTIES COMPILE_OPTIONS -mavx2)
+elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
+  list(APPEND VLVK_LIBRARY_SOURCES
+    simd/neon.h
+    targets/row_loops_neon.cpp)
+  if(VLVK_PROCESSOR_ARM)
+    set_source_files_properties(targets/row_loops.cpp targets/row_loops_neon.cpp PROPERTIES COMPILE_OPTIONS -mfpu=neon)
+  endif()
+endif()
 
 add_library(vlvk_objects OBJECT ${VLVK_LIBRARY_SOURCES})
 target_include_directories(vlvk_objects PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)

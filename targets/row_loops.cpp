@@ -16,9 +16,18 @@ const RowLoops* chosen = nullptr;
 }  // namespace
 
 const RowLoops* const* availableRowLoops(int& count) {
+#if defined(__x86_64__)
+  static constexpr const RowLoops* kSets[] = {&avx2::kRowLoops, &sse2::kRowLoops, &scalar::kRowLoops};
+  const int missing = __builtin_cpu_supports("avx2") ? 0 : 1;
+#elif defined(__ARM_NEON)
+  static constexpr const RowLoops* kSets[] = {&neon::kRowLoops, &scalar::kRowLoops};
+  constexpr int missing = 0;
+#else
   static constexpr const RowLoops* kSets[] = {&scalar::kRowLoops};
-  count = 1;
-  return kSets;
+  constexpr int missing = 0;
+#endif
+  count = static_cast<int>(sizeof kSets / sizeof kSets[0]) - missing;
+  return kSets + missing;
 }
 
 const RowLoops& rowLoops() {

@@ -6,6 +6,18 @@
 
 namespace vlvk {
 
+#if defined(__x86_64__)
+namespace avx2 {
+extern const RowLoops kRowLoops;
+}
+namespace sse2 {
+extern const RowLoops kRowLoops;
+}
+#elif defined(__ARM_NEON)
+namespace neon {
+extern const RowLoops kRowLoops;
+}
+#endif
 namespace scalar {
 extern const RowLoops kRowLoops;
 }

@@ -1,0 +1,252 @@
+/// The vector vocabulary on x86-64 processors with AVX2. scalar.h tells what each operation means.
+///
+/// A row pair lives in one register, a row in each 128-bit half, so that operations which stay inside the halves stay
+/// inside the rows.
+#ifndef VLVK_SIMD_AVX2_H
+#define VLVK_SIMD_AVX2_H
+
+#include <immintrin.h>
+
+#include "simd/x86_128.h"
+
+namespace vlvk::VLVK_TARGET {
+
+struct U32x8 {
+  __m256i v;
+};
+struct F32x8 {
+  __m256 v;
+};
+struct U8x16x2 {
+  __m256i v;
+};
+struct I16x8x2 {
+  __m256i v;
+};
+struct Pixels16 {
+  __m256i eight[2];
+};
+struct Pixels8 {
+  __m256i v;
+};
+
+VLVK_INLINE __m256i loadUnaligned256(const void* from) {
+  return _mm256_loadu_si256(static_cast<const __m256i*>(from));
+}
+
+// Memory.
+
+VLVK_INLINE U32x8 load8(const std::uint32_t* from) {
+  return {loadUnaligned256(from)};
+}
+VLVK_INLINE void store(std::uint32_t* to, U32x8 v) {
+  _mm256_storeu_si256(static_cast<__m256i*>(static_cast<void*>(to)), v.v);
+}
+VLVK_INLINE U32x8 splat8(std::uint32_t value) {
+  return {_mm256_set1_epi32(static_cast<std::int32_t>(value))};
+}
+VLVK_INLINE F32x8 splat8(float value) {
+  return {_mm256_set1_ps(value)};
+}
+
+// Running sums.
+
+VLVK_INLINE U32x8 add(U32x8 a, U32x8 b) {
+  return {_mm256_add_epi32(a.v, b.v)};
+}
+VLVK_INLINE U32x8 sub(U32x8 a, U32x8 b) {
+  return {_mm256_sub_epi32(a.v, b.v)};
+}
+VLVK_INLINE U32x8 widen(U16x8 v) {
+  return {_mm256_cvtepu16_epi32(v.v)};
+}
+VLVK_INLINE U32x8 addWiden(U32x8 sums, U16x8 v) {
+  return add(sums, widen(v));
+}
+VLVK_INLINE U32x8 subWiden(U32x8 sums, U16x8 v) {
+  return sub(sums, widen(v));
+}
+VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
+  return sub(widen(a), widen(b));
+}
+
+VLVK_INLINE U32x8 prefixSum(U32x8 v) {
+  __m256i sum = _mm256_add_epi32(v.v, _mm256_slli_si256(v.v, 4));
+  sum = _mm256_add_epi32(sum, _mm256_slli_si256(sum, 8));
+  // The lower half's total goes to every lane of the upper half, zero to the lower half.
+  const __m256i lowerSums = _mm256_permute2x128_si256(sum, sum, 0x08);
+  return {_mm256_add_epi32(sum, _mm256_shuffle_epi32(lowerSums, 0xFF))};
+}
+VLVK_INLINE U32x8 splatLast(U32x8 v) {
+  return {_mm256_permutevar8x32_epi32(v.v, _mm256_set1_epi32(7))};
+}
+
+// Single precision.
+
+VLVK_INLINE F32x8 add(F32x8 a, F32x8 b) {
+  return {_mm256_add_ps(a.v, b.v)};
+}
+VLVK_INLINE F32x8 sub(F32x8 a, F32x8 b) {
+  return {_mm256_sub_ps(a.v, b.v)};
+}
+VLVK_INLINE F32x8 mul(F32x8 a, F32x8 b) {
+  return {_mm256_mul_ps(a.v, b.v)};
+}
+
+/// Both 16-bit halves convert exactly, so only the last addition rounds.
+VLVK_INLINE F32x8 toFloat(U32x8 v) {
+  const __m256 upper = _mm256_cvtepi32_ps(_mm256_srli_epi32(v.v, 16));
+  const __m256 lower = _mm256_cvtepi32_ps(_mm256_and_si256(v.v, _mm256_set1_epi32(0xFFFF)));
+  return {_mm256_add_ps(_mm256_mul_ps(upper, _mm256_set1_ps(65536.0F)), lower)};
+}
+VLVK_INLINE F32x8 toFloatBelow2To31(U32x8 v) {
+  return {_mm256_cvtepi32_ps(v.v)};
+}
+VLVK_INLINE F32x8 toFloat(U8x8 v) {
+  return {_mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(v.v))};
+}
+
+/// One division gives the estimate: the reciprocal of the middle of the input's fraction class, rounded to 8 fraction
+/// bits.
+VLVK_INLINE F32x8 reciprocalEstimateOfModest(F32x8 v) {
+  const __m256i classBits = _mm256_set1_epi32(~0x7FFF);
+  const __m256i half = _mm256_set1_epi32(0x4000);
+  const __m256i middle = _mm256_or_si256(_mm256_and_si256(_mm256_castps_si256(v.v), classBits), half);
+  const __m256i exact = _mm256_castps_si256(_mm256_div_ps(_mm256_set1_ps(1.0F), _mm256_castsi256_ps(middle)));
+  return {_mm256_castsi256_ps(_mm256_and_si256(_mm256_add_epi32(exact, half), classBits))};
+}
+VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
+  const __m256i infinity = _mm256_set1_epi32(0x7F800000);
+  const __m256i bits = _mm256_castps_si256(v.v);
+  const __m256i magnitude = _mm256_and_si256(bits, _mm256_set1_epi32(0x7FFFFFFF));
+  const __m256i sign = _mm256_xor_si256(bits, magnitude);
+  const __m256i tiny = _mm256_cmpgt_epi32(_mm256_set1_epi32(1 << 23), magnitude);
+  const __m256i large = _mm256_cmpgt_epi32(magnitude, _mm256_set1_epi32((253 << 23) - 1));
+  const __m256i notANumber = _mm256_cmpgt_epi32(magnitude, infinity);
+  __m256i result = _mm256_castps_si256(reciprocalEstimateOfModest(v).v);
+  result = _mm256_blendv_epi8(result, _mm256_or_si256(sign, infinity), tiny);
+  result = _mm256_blendv_epi8(result, sign, large);
+  return {_mm256_castsi256_ps(_mm256_blendv_epi8(result, _mm256_set1_epi32(0x7FC00000), notANumber))};
+}
+
+/// From 2^31 on a float is a multiple of 256, and the conversion's overflow value has the same low bits; what saturates
+/// has them all set.
+VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
+  const __m256 positive = _mm256_max_ps(v.v, _mm256_setzero_ps());  // the second operand where v is NaN
+  const __m256i saturated = _mm256_castps_si256(_mm256_cmp_ps(positive, _mm256_set1_ps(4294967296.0F), _CMP_GE_OQ));
+  const __m256i integers = _mm256_or_si256(_mm256_cvttps_epi32(positive), saturated);
+  // The low byte of each lane to the start of its half, then both halves side by side.
+  const __m256i lowBytes = _mm256_shuffle_epi8(integers, _mm256_set1_epi32(0x0C080400));
+  return {_mm_unpacklo_epi32(_mm256_castsi256_si128(lowBytes), _mm256_extracti128_si256(lowBytes, 1))};
+}
+
+// Skin weights.
+
+struct Table64 {
+  __m128i quarter[4];
+};
+VLVK_INLINE Table64 loadTable64(const std::uint8_t* from) {
+  return {{loadUnaligned(from), loadUnaligned(from + 16), loadUnaligned(from + 32), loadUnaligned(from + 48)}};
+}
+/// A byte shuffle gives 0 for an index with its top bit set: each quarter sees its own indices below 16, others above
+/// 127.
+VLVK_INLINE U8x16 lookup(const Table64& table, U8x16 index) {
+  const __m128i top = _mm_set1_epi8(0x70);
+  __m128i result = zero128();
+  for (int q = 0; q < 4; ++q) {
+    const __m128i local = _mm_sub_epi8(index.v, _mm_set1_epi8(static_cast<char>(16 * q)));
+    result = _mm_or_si128(result, _mm_shuffle_epi8(table.quarter[q], _mm_adds_epu8(local, top)));
+  }
+  return {result};
+}
+
+VLVK_INLINE U8x16x2 mixBy64ths(U8x16x2 a, U8x16x2 b, U8x16 weight) {
+  const __m128i rest = _mm_sub_epi8(_mm_set1_epi8(64), weight.v);
+  const __m256i weightsLow = _mm256_broadcastsi128_si256(_mm_unpacklo_epi8(rest, weight.v));
+  const __m256i weightsHigh = _mm256_broadcastsi128_si256(_mm_unpackhi_epi8(rest, weight.v));
+  const __m256i low = _mm256_maddubs_epi16(_mm256_unpacklo_epi8(a.v, b.v), weightsLow);
+  const __m256i high = _mm256_maddubs_epi16(_mm256_unpackhi_epi8(a.v, b.v), weightsHigh);
+  return {_mm256_packus_epi16(_mm256_srli_epi16(low, 6), _mm256_srli_epi16(high, 6))};
+}
+
+// Row pairs.
+
+VLVK_INLINE U8x16x2 loadRows(const std::uint8_t* from0, const std::uint8_t* from1) {
+  return {_mm256_inserti128_si256(_mm256_castsi128_si256(loadUnaligned(from0)), loadUnaligned(from1), 1)};
+}
+VLVK_INLINE void storeHalves(std::uint8_t* to0, std::uint8_t* to1, __m256i v) {
+  storeUnaligned(to0, _mm256_castsi256_si128(v));
+  storeUnaligned(to1, _mm256_extracti128_si256(v, 1));
+}
+VLVK_INLINE void storeRows(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 v) {
+  storeHalves(to0, to1, v.v);
+}
+VLVK_INLINE U8x16x2 splatRows(std::uint8_t value) {
+  return {_mm256_set1_epi8(static_cast<char>(value))};
+}
+VLVK_INLINE I16x8x2 bothRows(I16x8 v) {
+  return {_mm256_broadcastsi128_si256(v.v)};
+}
+VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
+  return {_mm256_add_epi16(a.v, b.v)};
+}
+VLVK_INLINE I16x8x2 mulWidenLow(U8x16x2 v, std::uint8_t factor) {
+  return {_mm256_mullo_epi16(_mm256_unpacklo_epi8(v.v, _mm256_setzero_si256()), _mm256_set1_epi16(factor))};
+}
+VLVK_INLINE I16x8x2 mulWidenHigh(U8x16x2 v, std::uint8_t factor) {
+  return {_mm256_mullo_epi16(_mm256_unpackhi_epi8(v.v, _mm256_setzero_si256()), _mm256_set1_epi16(factor))};
+}
+/// The saturating addition cannot change a sum that matters: 32767 stays far above 255.
+template <int kBits>
+VLVK_INLINE U8x16x2 roundShiftNarrowSat(I16x8x2 low, I16x8x2 high) {
+  const __m256i half = _mm256_set1_epi16(1 << (kBits - 1));
+  return {_mm256_packus_epi16(_mm256_srai_epi16(_mm256_adds_epi16(low.v, half), kBits),
+                              _mm256_srai_epi16(_mm256_adds_epi16(high.v, half), kBits))};
+}
+VLVK_INLINE void storePixels(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 c0, U8x16x2 c1, U8x16x2 c2, U8x16x2 c3) {
+  const __m256i low01 = _mm256_unpacklo_epi8(c0.v, c1.v);
+  const __m256i low23 = _mm256_unpacklo_epi8(c2.v, c3.v);
+  const __m256i high01 = _mm256_unpackhi_epi8(c0.v, c1.v);
+  const __m256i high23 = _mm256_unpackhi_epi8(c2.v, c3.v);
+  storeHalves(to0, to1, _mm256_unpacklo_epi16(low01, low23));
+  storeHalves(to0 + 16, to1 + 16, _mm256_unpackhi_epi16(low01, low23));
+  storeHalves(to0 + 32, to1 + 32, _mm256_unpacklo_epi16(high01, high23));
+  storeHalves(to0 + 48, to1 + 48, _mm256_unpackhi_epi16(high01, high23));
+}
+
+// Pixels to luma and chroma.
+
+VLVK_INLINE Pixels16 loadPixels16(const std::uint8_t* from) {
+  return {{loadUnaligned256(from), loadUnaligned256(from + 32)}};
+}
+VLVK_INLINE Pixels8 evenPixels(const Pixels16& v) {
+  const __m256 even = _mm256_shuffle_ps(_mm256_castsi256_ps(v.eight[0]), _mm256_castsi256_ps(v.eight[1]), 0x88);
+  return {_mm256_permute4x64_epi64(_mm256_castps_si256(even), 0xD8)};  // quarters 0, 2, 1, 3
+}
+/// Eight pixels in 32-bit lanes: channels 0 and 2, then 1 and alpha, as pairs of 16 bits for the multiply-add.
+template <int k0, int k1, int k2, int kBias>
+VLVK_INLINE __m256i weigh8(__m256i pixels) {
+  const __m256i outer = _mm256_and_si256(pixels, _mm256_set1_epi32(0x00FF00FF));
+  const __m256i inner = _mm256_srli_epi16(pixels, 8);
+  const __m256i sum = _mm256_add_epi32(_mm256_madd_epi16(outer, _mm256_set1_epi32((k2 * 65536) | (k0 & 0xFFFF))),
+                                       _mm256_madd_epi16(inner, _mm256_set1_epi32(k1 & 0xFFFF)));
+  return _mm256_srli_epi32(_mm256_add_epi32(sum, _mm256_set1_epi32(kBias)), 8);
+}
+template <int k0, int k1, int k2, int kBias>
+VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
+  // Packing works inside the halves: pixels 0-3 8-11 | 4-7 12-15, as words, then as bytes.
+  const __m256i words =
+      _mm256_packs_epi32(weigh8<k0, k1, k2, kBias>(v.eight[0]), weigh8<k0, k1, k2, kBias>(v.eight[1]));
+  const __m128i bytes = _mm_packus_epi16(_mm256_castsi256_si128(words), _mm256_extracti128_si256(words, 1));
+  return {_mm_shuffle_epi32(bytes, 0xD8)};  // quarters 0, 2, 1, 3
+}
+template <int k0, int k1, int k2, int kBias>
+VLVK_INLINE U8x8 weighChannels(const Pixels8& v) {
+  const __m256i sums = weigh8<k0, k1, k2, kBias>(v.v);
+  const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1));
+  return {_mm_packus_epi16(words, words)};
+}
+
+}  // namespace vlvk::VLVK_TARGET
+
+#endif

@@ -1,0 +1,351 @@
+/// The vector vocabulary on ARMv7 with NEON and on AArch64. scalar.h tells what each operation means.
+#ifndef VLVK_SIMD_NEON_H
+#define VLVK_SIMD_NEON_H
+
+#include <arm_neon.h>
+
+#include <cstdint>
+
+#include "simd/inline.h"
+
+namespace vlvk::VLVK_TARGET {
+
+struct U8x8 {
+  uint8x8_t v;
+};
+struct U8x16 {
+  uint8x16_t v;
+};
+struct U16x8 {
+  uint16x8_t v;
+};
+struct I16x8 {
+  int16x8_t v;
+};
+/// Lanes 0 .. 3 and 4 .. 7.
+struct U32x8 {
+  uint32x4_t low;
+  uint32x4_t high;
+};
+struct F32x8 {
+  float32x4_t low;
+  float32x4_t high;
+};
+struct U8x16x2 {
+  uint8x16_t row[2];
+};
+struct I16x8x2 {
+  int16x8_t row[2];
+};
+/// Pixels are kept with their channels apart, as the structure loads deliver them.
+struct Pixels16 {
+  uint8x16x4_t channels;
+};
+struct Pixels8 {
+  uint8x8x4_t channels;
+};
+
+// Memory.
+
+VLVK_INLINE U8x8 loadU8x8(const std::uint8_t* from) {
+  return {vld1_u8(from)};
+}
+VLVK_INLINE U8x16 loadU8x16(const std::uint8_t* from) {
+  return {vld1q_u8(from)};
+}
+VLVK_INLINE U16x8 load8(const std::uint16_t* from) {
+  return {vld1q_u16(from)};
+}
+VLVK_INLINE U32x8 load8(const std::uint32_t* from) {
+  return {vld1q_u32(from), vld1q_u32(from + 4)};
+}
+VLVK_INLINE void store(std::uint8_t* to, U8x8 v) {
+  vst1_u8(to, v.v);
+}
+VLVK_INLINE void store(std::uint8_t* to, U8x16 v) {
+  vst1q_u8(to, v.v);
+}
+VLVK_INLINE void store(std::uint16_t* to, U16x8 v) {
+  vst1q_u16(to, v.v);
+}
+VLVK_INLINE void store(std::uint32_t* to, U32x8 v) {
+  vst1q_u32(to, v.low);
+  vst1q_u32(to + 4, v.high);
+}
+VLVK_INLINE U16x8 splat8(std::uint16_t value) {
+  return {vdupq_n_u16(value)};
+}
+VLVK_INLINE U32x8 splat8(std::uint32_t value) {
+  return {vdupq_n_u32(value), vdupq_n_u32(value)};
+}
+VLVK_INLINE F32x8 splat8(float value) {
+  return {vdupq_n_f32(value), vdupq_n_f32(value)};
+}
+
+// Running sums.
+
+VLVK_INLINE U16x8 addWiden(U16x8 sums, U8x8 v) {
+  return {vaddw_u8(sums.v, v.v)};
+}
+VLVK_INLINE U16x8 subWiden(U16x8 sums, U8x8 v) {
+  return {vsubw_u8(sums.v, v.v)};
+}
+VLVK_INLINE U16x8 squareWiden(U8x8 v) {
+  return {vmull_u8(v.v, v.v)};
+}
+VLVK_INLINE U32x8 addWiden(U32x8 sums, U16x8 v) {
+  return {vaddw_u16(sums.low, vget_low_u16(v.v)), vaddw_u16(sums.high, vget_high_u16(v.v))};
+}
+VLVK_INLINE U32x8 subWiden(U32x8 sums, U16x8 v) {
+  return {vsubw_u16(sums.low, vget_low_u16(v.v)), vsubw_u16(sums.high, vget_high_u16(v.v))};
+}
+VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
+  return {vsubl_u16(vget_low_u16(a.v), vget_low_u16(b.v)), vsubl_u16(vget_high_u16(a.v), vget_high_u16(b.v))};
+}
+VLVK_INLINE U32x8 add(U32x8 a, U32x8 b) {
+  return {vaddq_u32(a.low, b.low), vaddq_u32(a.high, b.high)};
+}
+VLVK_INLINE U32x8 sub(U32x8 a, U32x8 b) {
+  return {vsubq_u32(a.low, b.low), vsubq_u32(a.high, b.high)};
+}
+
+VLVK_INLINE uint32x4_t prefixSum4(uint32x4_t v) {
+  const uint32x4_t zero = vdupq_n_u32(0);
+  v = vaddq_u32(v, vextq_u32(zero, v, 3));
+  return vaddq_u32(v, vextq_u32(zero, v, 2));
+}
+VLVK_INLINE uint32x4_t splatLast4(uint32x4_t v) {
+  return vdupq_lane_u32(vget_high_u32(v), 1);
+}
+VLVK_INLINE U32x8 prefixSum(U32x8 v) {
+  const uint32x4_t low = prefixSum4(v.low);
+  return {low, vaddq_u32(prefixSum4(v.high), splatLast4(low))};
+}
+VLVK_INLINE U32x8 splatLast(U32x8 v) {
+  const uint32x4_t last = splatLast4(v.high);
+  return {last, last};
+}
+
+// Single precision. ARMv7 flushes denormals to zero here.
+
+VLVK_INLINE F32x8 toFloat(U32x8 v) {
+  return {vcvtq_f32_u32(v.low), vcvtq_f32_u32(v.high)};
+}
+VLVK_INLINE F32x8 toFloatBelow2To31(U32x8 v) {
+  return toFloat(v);
+}
+VLVK_INLINE F32x8 toFloat(U8x8 v) {
+  const uint16x8_t wide = vmovl_u8(v.v);
+  return {vcvtq_f32_u32(vmovl_u16(vget_low_u16(wide))), vcvtq_f32_u32(vmovl_u16(vget_high_u16(wide)))};
+}
+VLVK_INLINE F32x8 add(F32x8 a, F32x8 b) {
+  return {vaddq_f32(a.low, b.low), vaddq_f32(a.high, b.high)};
+}
+VLVK_INLINE F32x8 sub(F32x8 a, F32x8 b) {
+  return {vsubq_f32(a.low, b.low), vsubq_f32(a.high, b.high)};
+}
+VLVK_INLINE F32x8 mul(F32x8 a, F32x8 b) {
+  return {vmulq_f32(a.low, b.low), vmulq_f32(a.high, b.high)};
+}
+VLVK_INLINE F32x8 reciprocalEstimateOfModest(F32x8 v) {
+  return {vrecpeq_f32(v.low), vrecpeq_f32(v.high)};
+}
+
+#if defined(__aarch64__)
+/// AArch64 answers denormals and the two largest exponents with what ARMv7 flushes.
+VLVK_INLINE float32x4_t estimate4(float32x4_t v) {
+  const uint32x4_t infinity = vdupq_n_u32(0x7F800000U);
+  const uint32x4_t bits = vreinterpretq_u32_f32(v);
+  const uint32x4_t magnitude = vandq_u32(bits, vdupq_n_u32(0x7FFFFFFFU));
+  const uint32x4_t sign = veorq_u32(bits, magnitude);
+  uint32x4_t result = vreinterpretq_u32_f32(vrecpeq_f32(v));
+  result = vbslq_u32(vcltq_u32(magnitude, vdupq_n_u32(1U << 23U)), vorrq_u32(sign, infinity), result);
+  result = vbslq_u32(vcgeq_u32(magnitude, vdupq_n_u32(253U << 23U)), sign, result);
+  return vreinterpretq_f32_u32(vbslq_u32(vcgtq_u32(magnitude, infinity), vdupq_n_u32(0x7FC00000U), result));
+}
+VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
+  return {estimate4(v.low), estimate4(v.high)};
+}
+#else
+VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
+  return reciprocalEstimateOfModest(v);
+}
+#endif
+
+VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
+  return {vmovn_u16(vcombine_u16(vmovn_u32(vcvtq_u32_f32(v.low)), vmovn_u32(vcvtq_u32_f32(v.high))))};
+}
+
+// Skin weights.
+
+VLVK_INLINE U8x16 splat16(std::uint8_t value) {
+  return {vdupq_n_u8(value)};
+}
+VLVK_INLINE U8x16 splatPair16(std::uint8_t first, std::uint8_t second) {
+  return {vreinterpretq_u8_u16(vdupq_n_u16(static_cast<std::uint16_t>(first | second << 8)))};
+}
+VLVK_INLINE U8x16 sub(U8x16 a, U8x16 b) {
+  return {vsubq_u8(a.v, b.v)};
+}
+VLVK_INLINE U8x16 absDifference(U8x16 a, U8x16 b) {
+  return {vabdq_u8(a.v, b.v)};
+}
+
+#if defined(__aarch64__)
+struct Table64 {
+  uint8x16x4_t entries;
+};
+VLVK_INLINE Table64 loadTable64(const std::uint8_t* from) {
+  return {vld1q_u8_x4(from)};
+}
+VLVK_INLINE U8x16 lookup(const Table64& table, U8x16 index) {
+  return {vqtbl4q_u8(table.entries, index.v)};
+}
+#else
+struct Table64 {
+  uint8x8x4_t low;
+  uint8x8x4_t high;
+};
+VLVK_INLINE uint8x8x4_t loadTable32(const std::uint8_t* from) {
+  return {{vld1_u8(from), vld1_u8(from + 8), vld1_u8(from + 16), vld1_u8(from + 24)}};
+}
+VLVK_INLINE Table64 loadTable64(const std::uint8_t* from) {
+  return {loadTable32(from), loadTable32(from + 32)};
+}
+/// A lookup gives 0 outside its 32 entries; the extending one keeps what is there.
+VLVK_INLINE uint8x8_t lookup8(const Table64& table, uint8x8_t index) {
+  return vtbx4_u8(vtbl4_u8(table.low, index), table.high, vsub_u8(index, vdup_n_u8(32)));
+}
+VLVK_INLINE U8x16 lookup(const Table64& table, U8x16 index) {
+  return {vcombine_u8(lookup8(table, vget_low_u8(index.v)), lookup8(table, vget_high_u8(index.v)))};
+}
+#endif
+
+VLVK_INLINE U8x16 mulPairsShift6(U8x16 v) {
+  const uint16x8_t pairs = vreinterpretq_u16_u8(v.v);
+  const uint16x8_t product = vmull_u8(vmovn_u16(pairs), vshrn_n_u16(pairs, 8));
+  const uint8x8_t weight = vshrn_n_u16(product, 6);
+  const uint8x8x2_t both = vzip_u8(weight, weight);
+  return {vcombine_u8(both.val[0], both.val[1])};
+}
+VLVK_INLINE U8x16x2 mixBy64ths(U8x16x2 a, U8x16x2 b, U8x16 weight) {
+  const uint8x16_t rest = vsubq_u8(vdupq_n_u8(64), weight.v);
+  U8x16x2 result;
+  for (int r = 0; r < 2; ++r) {
+    uint16x8_t low = vmull_u8(vget_low_u8(a.row[r]), vget_low_u8(rest));
+    uint16x8_t high = vmull_u8(vget_high_u8(a.row[r]), vget_high_u8(rest));
+    low = vmlal_u8(low, vget_low_u8(b.row[r]), vget_low_u8(weight.v));
+    high = vmlal_u8(high, vget_high_u8(b.row[r]), vget_high_u8(weight.v));
+    result.row[r] = vcombine_u8(vshrn_n_u16(low, 6), vshrn_n_u16(high, 6));
+  }
+  return result;
+}
+
+// Row pairs.
+
+VLVK_INLINE U8x16x2 loadRows(const std::uint8_t* from0, const std::uint8_t* from1) {
+  return {{vld1q_u8(from0), vld1q_u8(from1)}};
+}
+VLVK_INLINE void storeRows(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 v) {
+  vst1q_u8(to0, v.row[0]);
+  vst1q_u8(to1, v.row[1]);
+}
+VLVK_INLINE U8x16x2 splatRows(std::uint8_t value) {
+  return {{vdupq_n_u8(value), vdupq_n_u8(value)}};
+}
+VLVK_INLINE I16x8x2 bothRows(I16x8 v) {
+  return {{v.v, v.v}};
+}
+
+// Chroma terms.
+
+VLVK_INLINE I16x8 splatI16(std::int16_t value) {
+  return {vdupq_n_s16(value)};
+}
+VLVK_INLINE I16x8 firstOfPairs(U8x16 v) {
+  return {vreinterpretq_s16_u16(vandq_u16(vreinterpretq_u16_u8(v.v), vdupq_n_u16(0xFF)))};
+}
+VLVK_INLINE I16x8 secondOfPairs(U8x16 v) {
+  return {vreinterpretq_s16_u16(vshrq_n_u16(vreinterpretq_u16_u8(v.v), 8))};
+}
+VLVK_INLINE I16x8 add(I16x8 a, I16x8 b) {
+  return {vaddq_s16(a.v, b.v)};
+}
+VLVK_INLINE I16x8 mul(I16x8 v, std::int16_t factor) {
+  return {vmulq_n_s16(v.v, factor)};
+}
+VLVK_INLINE I16x8 duplicateLow(I16x8 v) {
+  const int16x4x2_t both = vzip_s16(vget_low_s16(v.v), vget_low_s16(v.v));
+  return {vcombine_s16(both.val[0], both.val[1])};
+}
+VLVK_INLINE I16x8 duplicateHigh(I16x8 v) {
+  const int16x4x2_t both = vzip_s16(vget_high_s16(v.v), vget_high_s16(v.v));
+  return {vcombine_s16(both.val[0], both.val[1])};
+}
+
+// Luma of two rows to pixels.
+
+VLVK_INLINE int16x8_t mulWiden8(uint8x8_t v, std::uint8_t factor) {
+  return vreinterpretq_s16_u16(vmull_u8(v, vdup_n_u8(factor)));
+}
+VLVK_INLINE I16x8x2 mulWidenLow(U8x16x2 v, std::uint8_t factor) {
+  return {{mulWiden8(vget_low_u8(v.row[0]), factor), mulWiden8(vget_low_u8(v.row[1]), factor)}};
+}
+VLVK_INLINE I16x8x2 mulWidenHigh(U8x16x2 v, std::uint8_t factor) {
+  return {{mulWiden8(vget_high_u8(v.row[0]), factor), mulWiden8(vget_high_u8(v.row[1]), factor)}};
+}
+VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
+  return {{vaddq_s16(a.row[0], b.row[0]), vaddq_s16(a.row[1], b.row[1])}};
+}
+template <int kBits>
+VLVK_INLINE U8x16x2 roundShiftNarrowSat(I16x8x2 low, I16x8x2 high) {
+  return {{vcombine_u8(vqrshrun_n_s16(low.row[0], kBits), vqrshrun_n_s16(high.row[0], kBits)),
+           vcombine_u8(vqrshrun_n_s16(low.row[1], kBits), vqrshrun_n_s16(high.row[1], kBits))}};
+}
+VLVK_INLINE void storePixels(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 c0, U8x16x2 c1, U8x16x2 c2, U8x16x2 c3) {
+  vst4q_u8(to0, {{c0.row[0], c1.row[0], c2.row[0], c3.row[0]}});
+  vst4q_u8(to1, {{c0.row[1], c1.row[1], c2.row[1], c3.row[1]}});
+}
+
+// Pixels to luma and chroma.
+
+VLVK_INLINE Pixels16 loadPixels16(const std::uint8_t* from) {
+  return {vld4q_u8(from)};
+}
+VLVK_INLINE Pixels8 evenPixels(const Pixels16& v) {
+  Pixels8 even;
+  for (int c = 0; c < 4; ++c)
+    even.channels.val[c] = vmovn_u16(vreinterpretq_u16_u8(v.channels.val[c]));
+  return even;
+}
+/// sum + factor * v; the sign of the factor picks the instruction.
+template <int kFactor>
+VLVK_INLINE uint16x8_t mulAccumulate(uint16x8_t sum, uint8x8_t v) {
+  if constexpr (kFactor < 0) return vmlsl_u8(sum, v, vdup_n_u8(static_cast<std::uint8_t>(-kFactor)));
+  return vmlal_u8(sum, v, vdup_n_u8(static_cast<std::uint8_t>(kFactor)));
+}
+template <int k0, int k1, int k2, int kBias>
+VLVK_INLINE uint8x8_t weigh8(uint8x8_t c0, uint8x8_t c1, uint8x8_t c2) {
+  uint16x8_t sum = vdupq_n_u16(static_cast<std::uint16_t>(kBias));
+  sum = mulAccumulate<k0>(sum, c0);
+  sum = mulAccumulate<k1>(sum, c1);
+  return vshrn_n_u16(mulAccumulate<k2>(sum, c2), 8);
+}
+template <int k0, int k1, int k2, int kBias>
+VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
+  const uint8x16x4_t& c = v.channels;
+  return {
+      vcombine_u8(weigh8<k0, k1, k2, kBias>(vget_low_u8(c.val[0]), vget_low_u8(c.val[1]), vget_low_u8(c.val[2])),
+                  weigh8<k0, k1, k2, kBias>(vget_high_u8(c.val[0]), vget_high_u8(c.val[1]), vget_high_u8(c.val[2])))};
+}
+template <int k0, int k1, int k2, int kBias>
+VLVK_INLINE U8x8 weighChannels(const Pixels8& v) {
+  return {weigh8<k0, k1, k2, kBias>(v.channels.val[0], v.channels.val[1], v.channels.val[2])};
+}
+VLVK_INLINE void storePairs(std::uint8_t* to, U8x8 first, U8x8 second) {
+  vst2_u8(to, {{first.v, second.v}});
+}
+
+}  // namespace vlvk::VLVK_TARGET
+
+#endif

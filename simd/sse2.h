@@ -1,0 +1,281 @@
+/// The vector vocabulary on every x86-64 processor. scalar.h tells what each operation means.
+#ifndef VLVK_SIMD_SSE2_H
+#define VLVK_SIMD_SSE2_H
+
+#include "simd/x86_128.h"
+
+namespace vlvk::VLVK_TARGET {
+
+/// Lanes 0 .. 3 and 4 .. 7.
+struct U32x8 {
+  __m128i low;
+  __m128i high;
+};
+struct F32x8 {
+  __m128 low;
+  __m128 high;
+};
+struct U8x16x2 {
+  __m128i row[2];
+};
+struct I16x8x2 {
+  __m128i row[2];
+};
+struct Pixels16 {
+  __m128i four[4];
+};
+struct Pixels8 {
+  __m128i four[2];
+};
+
+// Memory.
+
+VLVK_INLINE U32x8 load8(const std::uint32_t* from) {
+  return {loadUnaligned(from), loadUnaligned(from + 4)};
+}
+VLVK_INLINE void store(std::uint32_t* to, U32x8 v) {
+  storeUnaligned(to, v.low);
+  storeUnaligned(to + 4, v.high);
+}
+VLVK_INLINE U32x8 splat8(std::uint32_t value) {
+  const __m128i v = _mm_set1_epi32(static_cast<std::int32_t>(value));
+  return {v, v};
+}
+VLVK_INLINE F32x8 splat8(float value) {
+  return {_mm_set1_ps(value), _mm_set1_ps(value)};
+}
+
+// Running sums.
+
+VLVK_INLINE U32x8 widen(U16x8 v) {
+  return {_mm_unpacklo_epi16(v.v, zero128()), _mm_unpackhi_epi16(v.v, zero128())};
+}
+VLVK_INLINE U32x8 add(U32x8 a, U32x8 b) {
+  return {_mm_add_epi32(a.low, b.low), _mm_add_epi32(a.high, b.high)};
+}
+VLVK_INLINE U32x8 sub(U32x8 a, U32x8 b) {
+  return {_mm_sub_epi32(a.low, b.low), _mm_sub_epi32(a.high, b.high)};
+}
+VLVK_INLINE U32x8 addWiden(U32x8 sums, U16x8 v) {
+  return add(sums, widen(v));
+}
+VLVK_INLINE U32x8 subWiden(U32x8 sums, U16x8 v) {
+  return sub(sums, widen(v));
+}
+VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
+  return sub(widen(a), widen(b));
+}
+
+VLVK_INLINE __m128i prefixSum4(__m128i v) {
+  v = _mm_add_epi32(v, _mm_slli_si128(v, 4));
+  return _mm_add_epi32(v, _mm_slli_si128(v, 8));
+}
+VLVK_INLINE U32x8 prefixSum(U32x8 v) {
+  const __m128i low = prefixSum4(v.low);
+  return {low, _mm_add_epi32(prefixSum4(v.high), _mm_shuffle_epi32(low, 0xFF))};
+}
+VLVK_INLINE U32x8 splatLast(U32x8 v) {
+  const __m128i last = _mm_shuffle_epi32(v.high, 0xFF);
+  return {last, last};
+}
+
+// Single precision.
+
+VLVK_INLINE F32x8 add(F32x8 a, F32x8 b) {
+  return {_mm_add_ps(a.low, b.low), _mm_add_ps(a.high, b.high)};
+}
+VLVK_INLINE F32x8 sub(F32x8 a, F32x8 b) {
+  return {_mm_sub_ps(a.low, b.low), _mm_sub_ps(a.high, b.high)};
+}
+VLVK_INLINE F32x8 mul(F32x8 a, F32x8 b) {
+  return {_mm_mul_ps(a.low, b.low), _mm_mul_ps(a.high, b.high)};
+}
+
+/// Both 16-bit halves convert exactly, so only the last addition rounds.
+VLVK_INLINE __m128 toFloat4(__m128i v) {
+  const __m128 upper = _mm_cvtepi32_ps(_mm_srli_epi32(v, 16));
+  const __m128 lower = _mm_cvtepi32_ps(_mm_and_si128(v, _mm_set1_epi32(0xFFFF)));
+  return _mm_add_ps(_mm_mul_ps(upper, _mm_set1_ps(65536.0F)), lower);
+}
+VLVK_INLINE F32x8 toFloat(U32x8 v) {
+  return {toFloat4(v.low), toFloat4(v.high)};
+}
+VLVK_INLINE F32x8 toFloatBelow2To31(U32x8 v) {
+  return {_mm_cvtepi32_ps(v.low), _mm_cvtepi32_ps(v.high)};
+}
+VLVK_INLINE F32x8 toFloat(U8x8 v) {
+  return toFloatBelow2To31(widen(U16x8{widen(v)}));
+}
+
+/// One division gives the estimate: the reciprocal of the middle of the input's fraction class, rounded to 8 fraction
+/// bits.
+VLVK_INLINE __m128 estimateOfModest4(__m128 v) {
+  const __m128i classBits = _mm_set1_epi32(~0x7FFF);
+  const __m128i half = _mm_set1_epi32(0x4000);
+  const __m128i middle = _mm_or_si128(_mm_and_si128(_mm_castps_si128(v), classBits), half);
+  const __m128i exact = _mm_castps_si128(_mm_div_ps(_mm_set1_ps(1.0F), _mm_castsi128_ps(middle)));
+  return _mm_castsi128_ps(_mm_and_si128(_mm_add_epi32(exact, half), classBits));
+}
+VLVK_INLINE F32x8 reciprocalEstimateOfModest(F32x8 v) {
+  return {estimateOfModest4(v.low), estimateOfModest4(v.high)};
+}
+
+VLVK_INLINE __m128i select128(__m128i mask, __m128i ifSet, __m128i ifClear) {
+  return _mm_or_si128(_mm_and_si128(mask, ifSet), _mm_andnot_si128(mask, ifClear));
+}
+VLVK_INLINE __m128 estimate4(__m128 v) {
+  const __m128i infinity = _mm_set1_epi32(0x7F800000);
+  const __m128i bits = _mm_castps_si128(v);
+  const __m128i magnitude = _mm_and_si128(bits, _mm_set1_epi32(0x7FFFFFFF));
+  const __m128i sign = _mm_xor_si128(bits, magnitude);
+  const __m128i tiny = _mm_cmplt_epi32(magnitude, _mm_set1_epi32(1 << 23));
+  const __m128i large = _mm_cmpgt_epi32(magnitude, _mm_set1_epi32((253 << 23) - 1));
+  const __m128i notANumber = _mm_cmpgt_epi32(magnitude, infinity);
+  __m128i result = _mm_castps_si128(estimateOfModest4(v));
+  result = select128(tiny, _mm_or_si128(sign, infinity), result);
+  result = select128(large, sign, result);
+  return _mm_castsi128_ps(select128(notANumber, _mm_set1_epi32(0x7FC00000), result));
+}
+VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
+  return {estimate4(v.low), estimate4(v.high)};
+}
+
+/// The low 8 bits of the conversion, in 32-bit lanes. From 2^31 on a float is a multiple of 256, and the conversion's
+/// overflow value has the same low bits; what saturates has them all set.
+VLVK_INLINE __m128i truncLow4(__m128 v) {
+  const __m128 positive = _mm_max_ps(v, _mm_setzero_ps());  // the second operand where v is NaN
+  const __m128i saturated = _mm_castps_si128(_mm_cmpge_ps(positive, _mm_set1_ps(4294967296.0F)));
+  return _mm_and_si128(_mm_or_si128(_mm_cvttps_epi32(positive), saturated), _mm_set1_epi32(0xFF));
+}
+VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
+  const __m128i words = _mm_packs_epi32(truncLow4(v.low), truncLow4(v.high));
+  return {_mm_packus_epi16(words, words)};
+}
+
+// Skin weights.
+
+/// Without a byte shuffle in the baseline, lookups are loads. The last entry serves every larger index.
+struct Table64 {
+  std::uint8_t entry[65];
+};
+VLVK_INLINE Table64 loadTable64(const std::uint8_t* from) {
+  Table64 table;
+  for (int i = 0; i < 64; ++i)
+    table.entry[i] = from[i];
+  table.entry[64] = 0;
+  return table;
+}
+VLVK_INLINE U8x16 lookup(const Table64& table, U8x16 index) {
+  alignas(16) std::uint8_t lane[16];
+  storeUnaligned(lane, _mm_min_epu8(index.v, _mm_set1_epi8(64)));
+  for (std::uint8_t& element : lane)
+    element = table.entry[element];
+  return {loadUnaligned(lane)};
+}
+
+VLVK_INLINE U8x16x2 mixBy64ths(U8x16x2 a, U8x16x2 b, U8x16 weight) {
+  const __m128i zero = zero128();
+  const __m128i rest = _mm_sub_epi8(_mm_set1_epi8(64), weight.v);
+  const __m128i weightLow = _mm_unpacklo_epi8(weight.v, zero);
+  const __m128i weightHigh = _mm_unpackhi_epi8(weight.v, zero);
+  const __m128i restLow = _mm_unpacklo_epi8(rest, zero);
+  const __m128i restHigh = _mm_unpackhi_epi8(rest, zero);
+  U8x16x2 result;
+  for (int r = 0; r < 2; ++r) {
+    const __m128i low = _mm_add_epi16(_mm_mullo_epi16(_mm_unpacklo_epi8(a.row[r], zero), restLow),
+                                      _mm_mullo_epi16(_mm_unpacklo_epi8(b.row[r], zero), weightLow));
+    const __m128i high = _mm_add_epi16(_mm_mullo_epi16(_mm_unpackhi_epi8(a.row[r], zero), restHigh),
+                                       _mm_mullo_epi16(_mm_unpackhi_epi8(b.row[r], zero), weightHigh));
+    result.row[r] = _mm_packus_epi16(_mm_srli_epi16(low, 6), _mm_srli_epi16(high, 6));
+  }
+  return result;
+}
+
+// Row pairs.
+
+VLVK_INLINE U8x16x2 loadRows(const std::uint8_t* from0, const std::uint8_t* from1) {
+  return {{loadUnaligned(from0), loadUnaligned(from1)}};
+}
+VLVK_INLINE void storeRows(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 v) {
+  storeUnaligned(to0, v.row[0]);
+  storeUnaligned(to1, v.row[1]);
+}
+VLVK_INLINE U8x16x2 splatRows(std::uint8_t value) {
+  return {{splat16(value).v, splat16(value).v}};
+}
+VLVK_INLINE I16x8x2 bothRows(I16x8 v) {
+  return {{v.v, v.v}};
+}
+VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
+  return {{_mm_add_epi16(a.row[0], b.row[0]), _mm_add_epi16(a.row[1], b.row[1])}};
+}
+VLVK_INLINE I16x8x2 mulWidenLow(U8x16x2 v, std::uint8_t factor) {
+  const __m128i factors = _mm_set1_epi16(factor);
+  return {{_mm_mullo_epi16(_mm_unpacklo_epi8(v.row[0], zero128()), factors),
+           _mm_mullo_epi16(_mm_unpacklo_epi8(v.row[1], zero128()), factors)}};
+}
+VLVK_INLINE I16x8x2 mulWidenHigh(U8x16x2 v, std::uint8_t factor) {
+  const __m128i factors = _mm_set1_epi16(factor);
+  return {{_mm_mullo_epi16(_mm_unpackhi_epi8(v.row[0], zero128()), factors),
+           _mm_mullo_epi16(_mm_unpackhi_epi8(v.row[1], zero128()), factors)}};
+}
+/// The saturating addition cannot change a sum that matters: 32767 stays far above 255.
+template <int kBits>
+VLVK_INLINE U8x16x2 roundShiftNarrowSat(I16x8x2 low, I16x8x2 high) {
+  const __m128i half = _mm_set1_epi16(1 << (kBits - 1));
+  U8x16x2 result;
+  for (int r = 0; r < 2; ++r) {
+    result.row[r] = _mm_packus_epi16(_mm_srai_epi16(_mm_adds_epi16(low.row[r], half), kBits),
+                                     _mm_srai_epi16(_mm_adds_epi16(high.row[r], half), kBits));
+  }
+  return result;
+}
+VLVK_INLINE void storePixels(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 c0, U8x16x2 c1, U8x16x2 c2, U8x16x2 c3) {
+  for (int r = 0; r < 2; ++r) {
+    std::uint8_t* to = r == 0 ? to0 : to1;
+    const __m128i low01 = _mm_unpacklo_epi8(c0.row[r], c1.row[r]);
+    const __m128i low23 = _mm_unpacklo_epi8(c2.row[r], c3.row[r]);
+    const __m128i high01 = _mm_unpackhi_epi8(c0.row[r], c1.row[r]);
+    const __m128i high23 = _mm_unpackhi_epi8(c2.row[r], c3.row[r]);
+    storeUnaligned(to, _mm_unpacklo_epi16(low01, low23));
+    storeUnaligned(to + 16, _mm_unpackhi_epi16(low01, low23));
+    storeUnaligned(to + 32, _mm_unpacklo_epi16(high01, high23));
+    storeUnaligned(to + 48, _mm_unpackhi_epi16(high01, high23));
+  }
+}
+
+// Pixels to luma and chroma.
+
+VLVK_INLINE Pixels16 loadPixels16(const std::uint8_t* from) {
+  return {{loadUnaligned(from), loadUnaligned(from + 16), loadUnaligned(from + 32), loadUnaligned(from + 48)}};
+}
+VLVK_INLINE __m128i evenPixels4(__m128i a, __m128i b) {
+  return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), 0x88));
+}
+VLVK_INLINE Pixels8 evenPixels(const Pixels16& v) {
+  return {{evenPixels4(v.four[0], v.four[1]), evenPixels4(v.four[2], v.four[3])}};
+}
+/// Four pixels in 32-bit lanes: channels 0 and 2, then 1 and alpha, as pairs of 16 bits for the multiply-add.
+template <int k0, int k1, int k2, int kBias>
+VLVK_INLINE __m128i weigh4(__m128i pixels) {
+  const __m128i outer = _mm_and_si128(pixels, _mm_set1_epi32(0x00FF00FF));
+  const __m128i inner = _mm_srli_epi16(pixels, 8);
+  const __m128i sum = _mm_add_epi32(_mm_madd_epi16(outer, _mm_set1_epi32((k2 * 65536) | (k0 & 0xFFFF))),
+                                    _mm_madd_epi16(inner, _mm_set1_epi32(k1 & 0xFFFF)));
+  return _mm_srli_epi32(_mm_add_epi32(sum, _mm_set1_epi32(kBias)), 8);
+}
+template <int k0, int k1, int k2, int kBias>
+VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
+  return {
+      _mm_packus_epi16(_mm_packs_epi32(weigh4<k0, k1, k2, kBias>(v.four[0]), weigh4<k0, k1, k2, kBias>(v.four[1])),
+                       _mm_packs_epi32(weigh4<k0, k1, k2, kBias>(v.four[2]), weigh4<k0, k1, k2, kBias>(v.four[3])))};
+}
+template <int k0, int k1, int k2, int kBias>
+VLVK_INLINE U8x8 weighChannels(const Pixels8& v) {
+  const __m128i words = _mm_packs_epi32(weigh4<k0, k1, k2, kBias>(v.four[0]), weigh4<k0, k1, k2, kBias>(v.four[1]));
+  return {_mm_packus_epi16(words, words)};
+}
+
+}  // namespace vlvk::VLVK_TARGET
+
+#endif
