@@ -78,11 +78,21 @@ bool TableUpdate::allocate() {
   return true;
 }
 
+bool TableUpdate::loadPicture() {
+  fillNeutralPicture(picture_.get());  // what the loader does not fill stays neutral
+  if (!reload_) return true;
+  if (filter_.loader == nullptr) return false;
+  try {
+    return filter_.loader->getResFromName("adjust.vlk", picture_.get()) >= 0;
+  } catch (...) {  // nothing is thrown out of a frame
+    return false;
+  }
+}
+
 void TableUpdate::apply(int whitenIntensity) {
   if (picture_ == nullptr) return;
   if (table_ != nullptr) filter_.colorTable = table_.release();
-  fillNeutralPicture(picture_.get());  // what the loader does not fill stays neutral
-  if (reload_ && (filter_.loader == nullptr || filter_.loader->getResFromName("adjust.vlk", picture_.get()) < 0)) {
+  if (!loadPicture()) {
     std::free(filter_.colorTable);
     filter_.colorTable = nullptr;
     return;

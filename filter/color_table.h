@@ -51,6 +51,9 @@ class TableUpdate {
   void apply(int whitenIntensity);
 
  private:
+  /// Fills the picture. Returns false when the resource cannot be had.
+  bool loadPicture();
+
   CFastEdgePreserved& filter_;
   bool reload_;
   Memory table_;
