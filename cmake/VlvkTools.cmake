@@ -1,0 +1,56 @@
+# The desktop program vlvk-makeup. Everything but its main function is a library, so that tests reach it.
+
+find_package(CLI11 CONFIG QUIET)
+find_package(PNG QUIET)
+find_package(JPEG QUIET)
+
+set(VLVK_TOOLS_MISSING "")
+if(NOT CLI11_FOUND)
+  list(APPEND VLVK_TOOLS_MISSING "CLI11")
+endif()
+if(NOT PNG_FOUND)
+  list(APPEND VLVK_TOOLS_MISSING "libpng")
+endif()
+if(NOT JPEG_FOUND)
+  list(APPEND VLVK_TOOLS_MISSING "libjpeg-turbo")
+endif()
+if(VLVK_TOOLS_MISSING)
+  list(JOIN VLVK_TOOLS_MISSING ", " VLVK_TOOLS_MISSING)
+  message(STATUS "vlvk-makeup is not built, missing: ${VLVK_TOOLS_MISSING}")
+  return()
+endif()
+
+add_library(vlvk_tool STATIC
+  bindings/resource_file.cpp
+  bindings/resource_file.h
+  tools/beautify.cpp
+  tools/beautify.h
+  tools/error.h
+  tools/error_line.cpp
+  tools/error_line.h
+  tools/exif_orientation.cpp
+  tools/exif_orientation.h
+  tools/input_file.cpp
+  tools/input_file.h
+  tools/jpeg_file.cpp
+  tools/jpeg_file.h
+  tools/output_file.cpp
+  tools/output_file.h
+  tools/photo.cpp
+  tools/photo.h
+  tools/picture.cpp
+  tools/picture.h
+  tools/picture_file.cpp
+  tools/picture_file.h
+  tools/png_file.cpp
+  tools/png_file.h
+  tools/table_file.cpp
+  tools/table_file.h
+)
+target_link_libraries(vlvk_tool PUBLIC VLVKMakeupEngine CLI11::CLI11 PNG::PNG JPEG::JPEG)
+vlvk_set_warnings(vlvk_tool)
+
+add_executable(vlvk-makeup tools/main.cpp)
+target_compile_definitions(vlvk-makeup PRIVATE VLVK_VERSION="${PROJECT_VERSION}")
+target_link_libraries(vlvk-makeup PRIVATE vlvk_tool)
+vlvk_set_warnings(vlvk-makeup)

@@ -1,0 +1,73 @@
+/// Picture -> NV21 frame -> filter -> picture.
+#include "tools/beautify.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+
+#include "bindings/IBeautyResourceLoader.h"
+#include "convert/rgb_to_yuv.h"
+#include "filter/CFastEdgePreserved.h"
+#include "tools/error.h"
+
+namespace vlvk::tool {
+namespace {
+
+// Hands the filter the colour picture. Without one it leaves the filter's neutral picture alone, and still reports a
+// resource: a filter whose resource is missing does not whiten its first frame, the only one there is here.
+class TableLoader final : public IBeautyResourceLoader {
+ public:
+  explicit TableLoader(const std::vector<std::uint8_t>& table) : table_(table) {}
+
+  int getResFromName(const char* /*name*/, unsigned char* dst) override {
+    std::copy(table_.begin(), table_.end(), dst);
+    return 0;
+  }
+
+ private:
+  const std::vector<std::uint8_t>& table_;
+};
+
+// `source` has an even width and height.
+Picture filtered(const Picture& source, const Look& look) {
+  const int width = source.width;
+  const int height = source.height;
+  const std::size_t lumaSize = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  const auto luma = std::make_unique_for_overwrite<std::uint8_t[]>(lumaSize + lumaSize / 2);
+  std::uint8_t* chroma = luma.get() + lumaSize;
+  VKRGBAToNV21_NeonCall(source.row(0), width * 4, luma.get(), width, chroma, width, width, height);
+
+  Picture result(width, height);
+  TableLoader loader(look.table);
+  CFastEdgePreserved filter(look.threads, &loader);
+  filter.put_whitenIntensity(look.whiten);
+  filter.put_softenSkinIntensity(look.soften);
+  // Without a table, tone curves whiten at full precision; the table would round every colour to 6 bits.
+  if (look.table.empty()) filter.put_colorAdjustIntensity(0);
+  filter.radius = look.radius;
+  if (filter.processVideo(luma.get(), width, chroma, width, width, height, result.row(0), width * 4, true) != 0) {
+    throw Error("not enough memory");
+  }
+  return result;
+}
+
+void copyAlpha(const Picture& from, Picture* to) {
+  for (int y = 0; y < to->height; ++y) {
+    for (std::size_t i = 3; i < to->rowBytes(); i += 4)
+      to->row(y)[i] = from.row(y)[i];
+  }
+}
+
+}  // namespace
+
+Picture beautify(const Picture& source, const Look& look) {
+  const bool even = source.width % 2 == 0 && source.height % 2 == 0;
+  Picture result =
+      even ? filtered(source, look) : cropped(filtered(paddedToEven(source), look), source.width, source.height);
+  result.hasAlpha = source.hasAlpha;
+  result.colorProfile = source.colorProfile;
+  copyAlpha(source, &result);
+  return result;
+}
+
+}  // namespace vlvk::tool

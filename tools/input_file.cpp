@@ -1,0 +1,36 @@
+/// Reading a file whole, without trusting the size that the system states for it.
+#include "tools/input_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+
+#include "tools/error.h"
+
+namespace vlvk::tool {
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+}  // namespace
+
+std::vector<std::uint8_t> readFile(const std::string& path, std::size_t limit) {
+  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rbe"));
+  if (file == nullptr) throw Error(path, systemReason(errno));
+  std::vector<std::uint8_t> bytes;
+  std::size_t filled = 0;
+  do {
+    bytes.resize(std::max<std::size_t>(filled * 2, std::size_t{1} << 16));
+    filled += std::fread(bytes.data() + filled, 1, bytes.size() - filled, file.get());
+    if (std::ferror(file.get()) != 0) throw Error(path, systemReason(errno));
+    if (filled > limit) throw Error(path, "the file is larger than " + std::to_string(limit >> 20) + " MiB");
+  } while (filled == bytes.size());
+  if (filled == 0) throw Error(path, "the file is empty");
+  bytes.resize(filled);
+  return bytes;
+}
+
+}  // namespace vlvk::tool

@@ -1,0 +1,73 @@
+/// Options and course of the command `photo`.
+#include "tools/photo.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+#include "tools/beautify.h"
+#include "tools/error.h"
+#include "tools/picture_file.h"
+#include "tools/table_file.h"
+
+namespace vlvk::tool {
+namespace {
+
+struct PhotoOptions {
+  std::string in;
+  std::string out;
+  std::string table;
+  CLI::Option* tableOption = nullptr;
+  Look look;
+  int quality = 92;
+  bool compare = false;
+};
+
+void runPhoto(PhotoOptions* options) {
+  pictureKind(options->out);  // a name that cannot be written is told before the work is done
+  const Picture original = readPicture(options->in);
+  if (options->tableOption->count() > 0) options->look.table = readTable(options->table);
+  Picture result;
+  try {
+    result = beautify(original, options->look);
+    if (options->compare) result = sideBySide(original, result);
+  } catch (const Error& error) {
+    throw Error(options->in, error.what());
+  }
+  writePicture(options->out, result, options->quality);
+}
+
+void addRange(CLI::App* command, const char* name, int* value, int low, int high, const char* help) {
+  command->add_option(name, *value, help)
+      ->check(CLI::Range(low, high).description(""))
+      ->type_name(std::to_string(low) + ".." + std::to_string(high))
+      ->capture_default_str();
+}
+
+}  // namespace
+
+void addPhotoCommand(CLI::App* program) {
+  CLI::App* command = program->add_subcommand("photo", "Beautify a picture (PNG or JPEG)");
+  const auto options = std::make_shared<PhotoOptions>();
+  command->add_option("IN", options->in, "Picture to read: .png, .jpg or .jpeg")->required()->type_name("FILE");
+  command->add_option("OUT", options->out, "Picture to write: .png, .jpg or .jpeg; may be IN")
+      ->required()
+      ->type_name("FILE");
+  addRange(command, "--whiten", &options->look.whiten, 0, 100, "Whitening in percent");
+  addRange(command, "--soften", &options->look.soften, 0, 1000, "Strength of skin smoothing");
+  addRange(command, "--radius", &options->look.radius, 0, 128,
+           "Reach of the smoothing in pixels, rounded up to a multiple of 8; 0: none");
+  options->tableOption =
+      command->add_option("--table", options->table, "Colour table to apply, a resource file such as adjust.vlk")
+          ->type_name("FILE");
+  command->add_flag("--compare", options->compare, "Write original (left) and result (right) side by side");
+  addRange(command, "--threads", &options->look.threads, 1, 64, "Threads to use; the result is the same");
+  addRange(command, "--quality", &options->quality, 1, 100, "Quality of a JPEG");
+  command->footer(
+      "Transparency is kept in PNG; a JPEG shows it over white. RGB colour profiles are carried over, and pictures\n"
+      "that a camera took sideways are turned upright. At most 32768 pixels on a side and 268 megapixels are read.\n"
+      "On failure one line on standard error says why, and OUT is left as it was.");
+  command->callback([options] { runPhoto(options.get()); });
+}
+
+}  // namespace vlvk::tool

@@ -1,0 +1,26 @@
+/// Picture files, their kind told by the extension of their name.
+#ifndef VLVK_TOOLS_PICTURE_FILE_H
+#define VLVK_TOOLS_PICTURE_FILE_H
+
+#include <string>
+
+#include "tools/picture.h"
+
+namespace vlvk::tool {
+
+enum class PictureKind { kPng, kJpeg };
+
+/// .png, .jpg or .jpeg in any case. Throws Error for other names.
+PictureKind pictureKind(const std::string& path);
+
+/// Reads a picture, upright. Throws Error, which names `path` as given.
+Picture readPicture(const std::string& path);
+
+/// Writes a picture; see writeFile.
+///
+/// @param quality  1 to 100, JPEG only
+void writePicture(const std::string& path, const Picture& picture, int quality);
+
+}  // namespace vlvk::tool
+
+#endif
