@@ -1,0 +1,114 @@
+# The tests: one executable, one test of ctest's for each test in it. They see the library's internals.
+
+# GoogleTest as installed for the target, or its sources where there is no such package (cross-compilation).
+set(VLVK_GTEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest sources, used where it is not installed")
+find_package(GTest QUIET)
+if(NOT TARGET GTest::gtest_main)
+  if(NOT EXISTS ${VLVK_GTEST_SOURCE}/CMakeLists.txt)
+    message(STATUS "The tests are not built, missing: GoogleTest")
+    return()
+  endif()
+  set(INSTALL_GTEST OFF CACHE INTERNAL "")
+  set(BUILD_GMOCK OFF CACHE INTERNAL "")
+  add_subdirectory(${VLVK_GTEST_SOURCE} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+  target_compile_options(gtest PRIVATE -w)
+  if(NOT TARGET GTest::gtest_main)
+    add_library(GTest::gtest ALIAS gtest)
+    add_library(GTest::gtest_main ALIAS gtest_main)
+  endif()
+endif()
+
+# The vocabulary's float operations, compiled for each target like the row loops (VlvkLibrary.cmake knows the processor).
+set(VLVK_VOCABULARIES scalar)
+if(VLVK_PROCESSOR_X86_64)
+  list(APPEND VLVK_VOCABULARIES sse2 avx2)
+elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
+  list(APPEND VLVK_VOCABULARIES neon)
+endif()
+foreach(vocabulary IN LISTS VLVK_VOCABULARIES)
+  add_library(vlvk_ops_${vocabulary} OBJECT tests/vocabulary/float_ops.cpp tests/vocabulary/float_ops.h)
+  target_include_directories(vlvk_ops_${vocabulary} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_compile_definitions(vlvk_ops_${vocabulary} PRIVATE
+    VLVK_TARGET=ops_${vocabulary}
+    VLVK_TARGET_NAME="${vocabulary}"
+    VLVK_VOCABULARY="simd/${vocabulary}.h")
+  vlvk_set_warnings(vlvk_ops_${vocabulary})
+  list(APPEND VLVK_VOCABULARY_OBJECTS vlvk_ops_${vocabulary})
+endforeach()
+if(VLVK_PROCESSOR_X86_64)
+  target_compile_options(vlvk_ops_avx2 PRIVATE -mavx2)
+elseif(VLVK_PROCESSOR_ARM)
+  target_compile_options(vlvk_ops_neon PRIVATE -mfpu=neon)
+endif()
+
+add_executable(vlvk_tests
+  tests/naive/naive.cpp
+  tests/naive/naive.h
+  tests/support/guarded_buffer.cpp
+  tests/support/guarded_buffer.h
+  tests/support/plane.cpp
+  tests/support/plane.h
+  tests/support/random_content.cpp
+  tests/support/random_content.h
+  tests/support/target_test.cpp
+  tests/support/target_test.h
+
+  # Kernels and conversions.
+  tests/band_smoothing_test.cpp
+  tests/conversions_test.cpp
+  tests/float_ops_test.cpp
+  tests/pinned_values_test.cpp
+  tests/skin_blend_test.cpp
+  tests/skin_tables_test.cpp
+  tests/targets_test.cpp
+
+  # Filter.
+  tests/color_adjust_test.cpp
+  tests/filter_test.cpp
+
+  # Whole frames.
+  tests/frame_model.cpp
+  tests/frame_model.h
+  tests/frame_support.cpp
+  tests/frame_support.h
+  tests/frame_test.cpp
+)
+target_link_libraries(vlvk_tests PRIVATE vlvk_objects ${VLVK_VOCABULARY_OBJECTS} GTest::gtest GTest::gtest_main)
+vlvk_set_warnings(vlvk_tests)
+
+include(GoogleTest)
+gtest_discover_tests(vlvk_tests DISCOVERY_TIMEOUT 120)
+
+# The desktop program, run as a process, where it is built.
+if(TARGET vlvk-makeup)
+  add_executable(vlvk_tool_tests
+    tests/resource_file_test.cpp
+    tests/tool_photo_test.cpp
+    tests/tool_support.cpp
+    tests/tool_support.h
+  )
+  target_compile_definitions(vlvk_tool_tests PRIVATE
+    VLVK_TOOL_PROGRAM="$<TARGET_FILE:vlvk-makeup>"
+    VLVK_SAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/samples")
+  target_link_libraries(vlvk_tool_tests PRIVATE vlvk_tool GTest::gtest GTest::gtest_main)
+  add_dependencies(vlvk_tool_tests vlvk-makeup)
+  vlvk_set_warnings(vlvk_tool_tests)
+  gtest_discover_tests(vlvk_tool_tests DISCOVERY_TIMEOUT 120)
+endif()
+
+# Failing memory and threads: an executable with a malloc family and a pthread_create of its own, which the shared library
+# must go through. Sanitizers bring theirs.
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
+  add_executable(vlvk_failure_tests
+    tests/frame_failure_test.cpp
+    tests/frame_model.cpp
+    tests/frame_support.cpp
+    tests/naive/naive.cpp
+    tests/support/guarded_buffer.cpp
+    tests/support/plane.cpp
+    tests/support/random_content.cpp
+  )
+  target_link_libraries(vlvk_failure_tests PRIVATE VLVKMakeupEngine GTest::gtest GTest::gtest_main ${CMAKE_DL_LIBS})
+  vlvk_set_warnings(vlvk_failure_tests)
+  gtest_discover_tests(vlvk_failure_tests DISCOVERY_TIMEOUT 120)
+endif()

@@ -1,0 +1,221 @@
+/// Frames when memory runs out or threads do not start, and what a frame asks of the system at all.
+///
+/// This executable brings its own malloc family and pthread_create. They count, fail on demand and hand on to the C
+/// library; the engine, linked as the shared library that hosts load, must come through them.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <malloc.h>
+#include <pthread.h>
+
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstddef>
+
+#include "tests/frame_support.h"
+
+namespace {
+
+/// Counts requests while it is armed; those with the numbers first .. last fail.
+struct Fault {
+  std::atomic<bool> armed{false};
+  std::atomic<int> requests{0};
+  std::atomic<int> first{INT_MAX};
+  std::atomic<int> last{INT_MAX};
+
+  void arm(int from, int to) {
+    requests = 0;
+    first = from;
+    last = to;
+    armed = true;
+  }
+
+  bool hits() {
+    if (!armed) return false;
+    const int number = requests++;
+    return number >= first && number <= last;
+  }
+};
+
+// All constant-initialised: the first allocation comes long before main.
+constinit Fault memoryFault;
+constinit Fault threadFault;
+constinit std::atomic<long long> liveBytes{0};
+constinit thread_local bool startingThread = false;  // the C library's own memory for a thread is not ours to count
+
+void* counted(void* memory) {
+  if (memory != nullptr) liveBytes += static_cast<long long>(malloc_usable_size(memory));
+  return memory;
+}
+
+void discount(void* memory) {
+  if (memory != nullptr) liveBytes -= static_cast<long long>(malloc_usable_size(memory));
+}
+
+bool refused() {
+  if (startingThread || !memoryFault.hits()) return false;
+  errno = ENOMEM;
+  return true;
+}
+
+}  // namespace
+
+extern "C" {
+
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* memory, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+void __libc_free(void* memory);
+
+void* malloc(std::size_t size) noexcept {
+  return refused() ? nullptr : counted(__libc_malloc(size));
+}
+void* calloc(std::size_t count, std::size_t size) noexcept {
+  return refused() ? nullptr : counted(__libc_calloc(count, size));
+}
+void* realloc(void* memory, std::size_t size) noexcept {
+  if (refused()) return nullptr;
+  discount(memory);
+  return counted(__libc_realloc(memory, size));
+}
+void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
+  return refused() ? nullptr : counted(__libc_memalign(alignment, size));
+}
+int posix_memalign(void** memory, std::size_t alignment, std::size_t size) noexcept {
+  *memory = aligned_alloc(alignment, size);
+  return *memory == nullptr ? ENOMEM : 0;
+}
+void free(void* memory) noexcept {
+  discount(memory);
+  __libc_free(memory);
+}
+
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*body)(void*), void* argument) noexcept {
+  static const auto next = reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
+  if (threadFault.hits()) return EAGAIN;
+  startingThread = true;
+  const int result = next(thread, attributes, body, argument);
+  startingThread = false;
+  return result;
+}
+
+}  // extern "C"
+
+namespace frame_tests {
+namespace {
+
+constexpr int kNever = INT_MAX;
+
+/// What one frame asked for, and what came of it.
+struct Outcome {
+  int result, allocations, threads;
+};
+
+struct Numbers {
+  int first = kNever, last = kNever;
+};
+
+Outcome runWith(Frame& frame, CFastEdgePreserved& filter, Numbers failingAllocations, Numbers failingThreads) {
+  memoryFault.arm(failingAllocations.first, failingAllocations.last);
+  threadFault.arm(failingThreads.first, failingThreads.last);
+  const int result = frame.run(filter);
+  memoryFault.armed = false;
+  threadFault.armed = false;
+  return {result, memoryFault.requests, threadFault.requests};
+}
+
+class FailingFrames : public testing::TestWithParam<Kind> {};
+
+// For every allocation of a frame in turn: it alone fails, or it and all after it. Frames of another geometry before
+// and after tell whether sizes and buffers still belong together.
+TEST_P(FailingFrames, WithoutMemoryNothingChangesAndTheNextFramesAreRight) {
+  Random random(51);
+  Frame frame(GetParam(), 72, 90, true, random);
+  Frame other(GetParam() == Kind::kInPlace ? Kind::kBgra : Kind::kInPlace, 40, 122, true, random);
+  for (const bool warm : {false, true}) {
+    for (const bool forGood : {false, true}) {
+      int failures = 0;
+      for (int n = 0;; ++n) {
+        SCOPED_TRACE(testing::Message() << frame.describe() << (warm ? ", warm" : "") << ", allocation " << n
+                                        << (forGood ? " and all after it" : "") << " failed");
+        Rig rig(3);
+        if (warm) rig.check(other);
+        frame.predict(rig.expected);
+        const Outcome outcome = runWith(frame, rig.filter, {n, forGood ? kNever : n}, {});
+        EXPECT_TRUE(outcome.result == 0 || outcome.result == -1) << outcome.result;
+        EXPECT_TRUE(outcome.result == 0 ? frame.isPredicted() : frame.isUntouched()) << ", result " << outcome.result;
+        failures += outcome.result == -1;
+        other.reset();
+        if (n % 2 == 0) rig.check(other);
+        other.reset();
+        frame.reset();
+        rig.check(frame);
+        frame.reset();
+        rig.check(other);
+        other.reset();
+        if (outcome.allocations <= n || HasFailure()) {
+          EXPECT_EQ(outcome.result, 0);
+          break;
+        }
+      }
+      EXPECT_GE(failures, 3) << "allocations of the engine do not come through this executable";
+    }
+  }
+}
+
+TEST_P(FailingFrames, WithoutThreadsTheFrameIsComplete) {
+  Random random(52);
+  constexpr int kThreads = 4;
+  for (const int height : {200, 61, 9}) {
+    for (int n = 0; n <= kThreads; ++n) {
+      Rig rig(kThreads);
+      rig.put({.radius = 16});
+      Frame frame(GetParam(), 50, height, true, random);
+      frame.predict(rig.expected);
+      const Outcome outcome = runWith(frame, rig.filter, {}, n < kThreads ? Numbers{n, n} : Numbers{0, kNever});
+      EXPECT_EQ(outcome.result, 0);
+      EXPECT_TRUE(frame.isPredicted()) << ", thread " << n << " of " << outcome.threads << " did not start";
+    }
+  }
+}
+
+TEST_P(FailingFrames, AFrameStartsItsThreadsAndASteadyOneAllocatesNothing) {
+  Random random(53);
+  for (const int threads : {1, 4, 7}) {
+    Rig rig(threads);
+    Frame frame(GetParam(), 640, 480, true, random);
+    for (int i = 0; i < 3; ++i) {
+      const Outcome outcome = runWith(frame, rig.filter, {}, {});
+      EXPECT_EQ(outcome.result, 0);
+      EXPECT_EQ(outcome.threads, threads) << frame.describe();
+      EXPECT_TRUE(i < 2 || outcome.allocations == 0) << outcome.allocations << " allocations, " << frame.describe();
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, FailingFrames, testing::ValuesIn(kKinds));
+
+TEST(FrameMemory, DoesNotGrowWithTheNumberOfFrames) {
+  Random random(54);
+  Frame steady(Kind::kInPlace, 64, 48, true, random);
+  Frame first(Kind::kBgra, 90, 40, false, random);
+  Frame second(Kind::kToPixels, 33, 70, true, random);
+  for (const bool mixed : {false, true}) {
+    Rig rig(4);
+    long long settled = 0;
+    constexpr int kRounds = 200;
+    for (int round = 0; round < kRounds; ++round) {
+      for (Frame* frame : {&steady, &first, &second}) {
+        if (!mixed && frame != &steady) continue;
+        if (mixed) rig.filter.radius = round % 2 == 0 ? 20 : 40;
+        EXPECT_EQ(frame->run(rig.filter), 0);
+      }
+      if (round == 9) settled = liveBytes;
+    }
+    EXPECT_EQ(liveBytes, settled) << (mixed ? "frames of changing size and kind" : "one kind of frame");
+  }
+}
+
+}  // namespace
+}  // namespace frame_tests

@@ -1,0 +1,266 @@
+/// See naive.h. Speed is nowhere a concern; being obviously right is.
+#include "tests/naive/naive.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+namespace naive {
+namespace {
+
+long long clampIndex(long long i, long long end) {
+  return std::clamp(i, 0LL, end);
+}
+
+/// How many of the indices first .. last become `i` when they are clamped to 0 .. end.
+long long timesClampedTo(long long i, long long first, long long last, long long end) {
+  const long long low = i == 0 ? first : std::max(first, i);
+  const long long high = i == end ? last : std::min(last, i);
+  return std::max(0LL, high - low + 1);
+}
+
+void addRow(ColumnSums& box, const Byte* row, long long times) {
+  for (std::size_t c = 0; c < box.sums.size(); ++c) {
+    const long long x = row[c];
+    box.sums[c] = static_cast<std::uint16_t>(box.sums[c] + times * x);
+    box.squares[c] = static_cast<std::uint32_t>(box.squares[c] + times * x * x);
+  }
+}
+
+ColumnSums emptyBox(int columns) {
+  const auto count = static_cast<std::size_t>(std::max(columns, 0));
+  return {std::vector<std::uint16_t>(count), std::vector<std::uint32_t>(count)};
+}
+
+Byte clampToByte(int x) {
+  return static_cast<Byte>(std::clamp(x, 0, 255));
+}
+
+/// Toward minus infinity, whatever the sign.
+int floorDiv(int x, int divisor) {
+  return static_cast<int>(std::floor(static_cast<double>(x) / divisor));
+}
+
+struct Chroma {
+  int u, v;
+};
+
+Chroma chromaAt(const Byte* pair, ChromaOrder order) {
+  return order == ChromaOrder::kUV ? Chroma{pair[0], pair[1]} : Chroma{pair[1], pair[0]};
+}
+
+void storePixel(Byte* at, Rgb p, PixelOrder order) {
+  at[0] = order == PixelOrder::kRGBA ? p.r : p.b;
+  at[1] = p.g;
+  at[2] = order == PixelOrder::kRGBA ? p.b : p.r;
+  at[3] = 255;
+}
+
+}  // namespace
+
+float reciprocalEstimate(float x) {
+  if (std::isnan(x)) return std::bit_cast<float>(0x7FC00000u);
+  const auto bits = std::bit_cast<std::uint32_t>(x);
+  const int exponent = static_cast<int>((bits >> 23) & 0xFF);
+  const int fraction = static_cast<int>(bits & 0x7FFFFF);
+  float magnitude = std::numeric_limits<float>::infinity();
+  if (exponent >= 253) {
+    magnitude = 0.0f;
+  } else if (exponent > 0) {
+    // 1 / x for the middle of the class of fractions that x lies in, to the nearest of 256 steps, in integers.
+    const int q = 256 + fraction / 32768;
+    const int s = ((1 << 19) / (2 * q + 1) + 1) / 2;
+    magnitude = std::ldexp(static_cast<float>(s), 253 - exponent - 127 - 8);
+  }
+  return std::signbit(x) ? -magnitude : magnitude;
+}
+
+std::uint32_t toUnsigned(float x) {
+  if (!(x > 0.0f)) return 0;
+  if (x >= 4294967296.0f) return 0xFFFFFFFFu;
+  return static_cast<std::uint32_t>(x);
+}
+
+FormulaConstants formulaConstants(long long halfSize, int level) {
+  const int k = static_cast<int>(level * 0.6);  // 0.6 of an int always fits an int
+  const auto thousandths = static_cast<std::int32_t>(600000u - 600u * static_cast<std::uint32_t>(k));
+  const double side = 2.0 * static_cast<double>(halfSize) + 1.0;
+  return {static_cast<float>(1.0 / (side * side)), static_cast<float>(static_cast<double>(thousandths) / 1000.0 * 0.2),
+          static_cast<float>(k)};
+}
+
+Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, long long halfSize, int level) {
+  const auto [N, A, K] = formulaConstants(halfSize, level);
+  const float m = static_cast<float>(S) * N;
+  const float meanOfSquares = static_cast<float>(Q) * N;
+  const float squareOfMean = m * m;
+  const float a = (meanOfSquares - squareOfMean) + A;
+  const float ownShare = static_cast<float>(x) * a;
+  const float meanShare = m * K;
+  const float numerator = ownShare + meanShare;
+  const float estimate = reciprocalEstimate(a + K);
+  return static_cast<Byte>(toUnsigned(numerator * estimate) & 0xFF);
+}
+
+ColumnSums sumRows(const RowOf& rowOf, long long first, long long last, int columns) {
+  ColumnSums box = emptyBox(columns);
+  for (long long row = first; row <= last; ++row)
+    addRow(box, rowOf(row), 1);
+  return box;
+}
+
+ColumnSums sumClampedRows(const Byte* plane, int stride, int rows, long long first, long long last, int columns) {
+  ColumnSums box = emptyBox(columns);
+  const long long end = rows - 1;
+  for (long long row = clampIndex(first, end); row <= clampIndex(last, end); ++row) {
+    addRow(box, plane + row * stride, timesClampedTo(row, first, last, end));
+  }
+  return box;
+}
+
+std::vector<Byte> smoothRow(const ColumnSums& box, const Byte* source, int width, long long halfSize, int level) {
+  const int columns = width & ~7;
+  const long long end = columns - 1;
+  std::vector<Byte> row;
+  for (int j = 0; j < columns; ++j) {
+    const long long first = j - halfSize + 1;
+    const long long last = j + halfSize + 1;
+    std::uint32_t S = 0;
+    std::uint32_t Q = 0;
+    for (long long i = clampIndex(first, end); i <= clampIndex(last, end); ++i) {
+      const auto times = static_cast<std::uint32_t>(timesClampedTo(i, first, last, end));
+      S += times * box.sums[static_cast<std::size_t>(i)];
+      Q += times * box.squares[static_cast<std::size_t>(i)];
+    }
+    row.push_back(smoothedPixel(S, Q, source[j], halfSize, level));
+  }
+  return row;
+}
+
+std::vector<Byte> smoothPlane(const Byte* luma, int width, int height, int stride, long long halfSize, int level) {
+  std::vector<Byte> result;
+  for (int y = 0; y < height; ++y) {
+    const Byte* source = luma + static_cast<std::ptrdiff_t>(y) * stride;
+    const ColumnSums box = sumClampedRows(luma, stride, height, y - halfSize, y + halfSize, width & ~7);
+    const std::vector<Byte> row = smoothRow(box, source, width, halfSize, level);
+    result.insert(result.end(), row.begin(), row.end());
+    result.insert(result.end(), source + row.size(), source + width);
+  }
+  return result;
+}
+
+int skinPlateau(float a, float b) {
+  const double root = std::sqrt(static_cast<double>(b));
+  const float s = root < 12.0 ? static_cast<float>(root) : 12.0f;
+  const float product = s * a;
+  const double n = static_cast<double>(product) + 0.5;
+  return n < 255.0 ? static_cast<int>(n) : 255;
+}
+
+Byte skinFallOff(int k, float b) {
+  if (b == 0.0f) return 0;
+  const float exponent = -static_cast<float>(k * k) / (b * 4.0f);
+  return static_cast<Byte>(64.0 * std::exp(static_cast<double>(exponent)));
+}
+
+std::vector<Byte> skinCurve(float a, float b, int entries, int step) {
+  const int plateau = skinPlateau(a, b) / step;
+  std::vector<Byte> curve;
+  for (int i = 0; i < entries; ++i)
+    curve.push_back(i < plateau ? 64 : skinFallOff((i - plateau) * step, b));
+  return curve;
+}
+
+int interleavedPosition48(int i) {
+  return i < 32 ? 4 * (i % 8) + i / 8 : 32 + 2 * (i % 8) + (i - 32) / 8;
+}
+
+void blend(const Byte* unsmoothed, const Byte* smoothed, Byte* destination, int stride, const Byte* chroma,
+           int chromaStride, int width, int height, const std::vector<Byte>& curve, int centre0, int centre1) {
+  for (int y = 0; y < height / 2 * 2; ++y) {
+    for (int x = 0; x < width / 2 * 2; ++x) {
+      const bool tail = x >= width / 8 * 8;
+      if (tail && x % 2 == 1) continue;
+      const auto weight = [&](int sample, int centre) {
+        const int distance = std::abs(sample - (centre & 0xFF));
+        if (!tail) return distance < 48 ? static_cast<int>(curve[static_cast<std::size_t>(distance)]) : 0;
+        if (distance >= 32) return distance <= 63 ? distance : 0;
+        return static_cast<int>(curve[static_cast<std::size_t>(distance)]);
+      };
+      const Byte* pair = chroma + static_cast<std::ptrdiff_t>(y / 2) * chromaStride + x / 2 * 2;
+      const int w = weight(pair[0], centre0) * weight(pair[1], centre1) / 64;
+      const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(y) * stride + x;
+      destination[at] = static_cast<Byte>((unsmoothed[at] * (64 - w) + smoothed[at] * w) / 64);
+    }
+  }
+}
+
+Rgb yuvToPixel(int Y, int U, int V, bool wrapBlue) {
+  const int luma = 75 * (Y - 16);
+  const int red = luma + 102 * (V - 128);
+  const int green = luma - 25 * (U - 128) - 52 * (V - 128);
+  int blue = luma + 129 * (U - 128);
+  if (wrapBlue && blue >= 32768) blue -= 65536;
+  const auto channel = [](int sum) { return clampToByte(floorDiv(sum + 32, 64)); };
+  return {channel(red), channel(green), channel(blue)};
+}
+
+void yuvToPixels(const Byte* y, int yStride, const Byte* uv, int uvStride, Byte* dst, int dstStride, int width,
+                 int height, ChromaOrder chroma, PixelOrder pixels) {
+  for (std::ptrdiff_t row = 0; row < height / 2 * 2; ++row) {
+    for (int x = 0; x < width / 2 * 2; ++x) {
+      const Chroma c = chromaAt(uv + row / 2 * uvStride + x / 2 * 2, chroma);
+      const Rgb pixel = yuvToPixel(y[row * yStride + x], c.u, c.v, x < width / 16 * 16);
+      storePixel(dst + row * dstStride + 4 * x, pixel, pixels);
+    }
+  }
+}
+
+void yuvToPixelsV2(const Byte* y, int yStride, const Byte* uv, int uvStride, Byte* dst, int dstStride, int width,
+                   int height, ChromaOrder chroma, PixelOrder pixels) {
+  for (std::ptrdiff_t row = 0; row < std::max(height / 2 * 2, 2); ++row) {
+    for (int x = 0; x < std::max(width / 2 * 2, 8); ++x) {
+      const Chroma c = chromaAt(uv + row / 2 * uvStride + x / 2 * 2, chroma);
+      storePixel(dst + row * dstStride + 4 * x, yuvToPixel(y[row * yStride + x], c.u, c.v, true), pixels);
+    }
+  }
+}
+
+void yuvToPixelsFourPairs(const Byte* y, int yStride, const Byte* uv, int uvStride, Byte* dst, int dstStride, int width,
+                          int height) {
+  for (std::ptrdiff_t row = 0; row < std::max(height / 2 * 2, 2); ++row) {
+    for (int x = 0; x < std::max(width / 8 * 8, 8); ++x) {
+      const Byte* pair = uv + row / 2 * uvStride + x / 8 * 8 + 2 * (x % 4);
+      storePixel(dst + row * dstStride + 4 * x, yuvToPixel(y[row * yStride + x], pair[0], pair[1], false),
+                 PixelOrder::kBGRA);
+    }
+  }
+}
+
+Yuv pixelToYuv(int R, int G, int B, bool rounded) {
+  const auto scaled = [rounded](int sum, int offset) {
+    return static_cast<Byte>(floorDiv(rounded ? sum + 128 : sum, 256) + offset);
+  };
+  return {scaled(66 * R + 129 * G + 25 * B, 16), scaled(-38 * R - 74 * G + 112 * B, 128),
+          scaled(112 * R - 94 * G - 18 * B, 128)};
+}
+
+void pixelsToYuv(const Byte* src, int srcStride, Byte* y, int yStride, Byte* uv, int uvStride, int width, int height,
+                 PixelOrder pixels, ChromaOrder chroma) {
+  for (std::ptrdiff_t row = 0; row < height / 2 * 2; ++row) {
+    for (int x = 0; x < width / 2 * 2; ++x) {
+      const Byte* p = src + row * srcStride + 4 * x;
+      const bool rgba = pixels == PixelOrder::kRGBA;
+      const Yuv value = pixelToYuv(p[rgba ? 0 : 2], p[1], p[rgba ? 2 : 0], x < width / 16 * 16);
+      y[row * yStride + x] = value.y;
+      if (row % 2 == 1 || x % 2 == 1) continue;
+      Byte* pair = uv + row / 2 * uvStride + x;
+      pair[0] = chroma == ChromaOrder::kVU ? value.v : value.u;
+      pair[1] = chroma == ChromaOrder::kVU ? value.u : value.v;
+    }
+  }
+}
+
+}  // namespace naive

@@ -1,0 +1,519 @@
+/// `vlvk-makeup photo`, run as a process.
+#include <gtest/gtest.h>
+#include <png.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdio>  // jpeglib.h needs FILE and size_t declared before it
+
+#include <jpeglib.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "bindings/IBeautyResourceLoader.h"
+#include "convert/rgb_to_yuv.h"
+#include "filter/CFastEdgePreserved.h"
+#include "tests/tool_support.h"
+
+namespace vlvk::tool_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Photo : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = (fs::temp_directory_path() / "vlvk-photo-XXXXXX").string();
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
+    directory_ = name;
+  }
+  void TearDown() override { fs::remove_all(directory_); }
+
+  std::string path(const std::string& name) const { return (directory_ / name).string(); }
+
+  /// Runs `photo IN OUT`, both names inside the directory, and expects success without a word.
+  void process(const std::string& in, const std::string& out, const std::vector<std::string>& options = {}) const {
+    std::vector<std::string> arguments{"photo", path(in), path(out)};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const ProgramRun run = runProgram(arguments);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.out + run.err, "");
+  }
+
+  std::map<fs::path, Bytes> contents() const {
+    std::map<fs::path, Bytes> files;
+    for (const auto& entry : fs::directory_iterator(directory_)) {
+      files[entry.path()] = entry.is_regular_file() ? readBytes(entry.path()) : Bytes{};
+    }
+    return files;
+  }
+
+  /// Expects one line that holds `name`, and every file as it was.
+  void expectRefused(const std::vector<std::string>& arguments, const std::string& name,
+                     std::uint64_t fileLimit = 0) const {
+    const auto before = contents();
+    const ProgramRun run = runProgram(arguments, fileLimit);
+    EXPECT_GT(run.exitCode, 0);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+    EXPECT_TRUE(run.err.ends_with('\n')) << run.err;
+    EXPECT_NE(run.err.find(name), std::string::npos) << name << " is not in: " << run.err;
+    EXPECT_TRUE(contents() == before) << "files changed after: " << run.err;
+  }
+
+  void expectInputRefused(const std::string& in) const {
+    SCOPED_TRACE(in);
+    expectRefused({"photo", path(in), path("out.png")}, path(in) + ": ");
+  }
+
+  fs::path directory_;
+};
+
+class BytesLoader final : public IBeautyResourceLoader {
+ public:
+  explicit BytesLoader(const Bytes& bytes) : bytes_(bytes) {}
+  int getResFromName(const char* /*name*/, unsigned char* dst) override {
+    std::copy(bytes_.begin(), bytes_.end(), dst);
+    return 0;
+  }
+
+ private:
+  const Bytes& bytes_;
+};
+
+// What the library makes of a picture whose last column and row are repeated up to even sizes.
+Image beautified(const Image& source, const Bytes& table, const std::function<void(CFastEdgePreserved*)>& configure) {
+  const int width = source.width + source.width % 2;
+  const int height = source.height + source.height % 2;
+  Image even{width, height, Bytes(static_cast<std::size_t>(width) * height * 4)};
+  for (std::size_t i = 0; i < even.pixels.size(); ++i) {
+    const int x = std::min(static_cast<int>(i / 4) % width, source.width - 1);
+    const int y = std::min(static_cast<int>(i / 4) / width, source.height - 1);
+    even.pixels[i] = source.at(x, y)[i % 4];
+  }
+  Bytes luma(static_cast<std::size_t>(width) * height);
+  Bytes chroma(luma.size() / 2);
+  VKRGBAToNV21_NeonCall(even.pixels.data(), width * 4, luma.data(), width, chroma.data(), width, width, height);
+  BytesLoader loader(table);
+  CFastEdgePreserved filter(4, &loader);
+  configure(&filter);
+  EXPECT_EQ(
+      filter.processVideo(luma.data(), width, chroma.data(), width, width, height, even.pixels.data(), width * 4, true),
+      0);
+  Image result = columnsOf(even, 0, source.width);
+  result.height = source.height;
+  result.pixels.resize(source.pixels.size());
+  for (std::size_t i = 3; i < result.pixels.size(); i += 4)
+    result.pixels[i] = source.pixels[i];
+  return result;
+}
+
+void withoutTable(CFastEdgePreserved* filter) {
+  filter->put_colorAdjustIntensity(0);
+}
+
+// A table that exchanges red and blue, as a scrambled file and as the filter receives it.
+struct Table {
+  Bytes file{'t', 'e', 's', 't', 0, 8, 0, 0, 0, 2, 0, 0};
+  Bytes payload;
+
+  Table() {
+    for (int i = 0; i < 512 * 512; ++i) {
+      const int red = i % 64;
+      const int green = i / 512 % 64;
+      const int blue = i % 512 / 64 + i / 512 / 64 * 8;
+      for (const int index : {red, green, blue})
+        payload.push_back(static_cast<std::uint8_t>(index * 4));
+      payload.push_back(255);
+    }
+    for (std::size_t i = 0; i < payload.size(); ++i)
+      file.push_back(payload[i ^ 1] ^ 0x5A);
+  }
+};
+
+TEST_F(Photo, PortraitIsWhatTheLibraryMakesOfIt) {
+  fs::copy_file(VLVK_SAMPLES "/portrait.png", path("in.png"));
+  const Image source = readPng(path("in.png"));
+  process("in.png", "out.png");
+  const Image result = readPng(path("out.png"));
+  EXPECT_TRUE(result.pixels == beautified(source, {}, withoutTable).pixels);
+
+  const Table table;
+  writeBytes(path("look.vlk"), table.file);
+  process("in.png", "look.PNG",
+          {"--whiten", "80", "--soften", "400", "--radius", "9", "--threads", "3", "--table", path("look.vlk")});
+  const Image look = readPng(path("look.PNG"));
+  EXPECT_TRUE(look.pixels == beautified(source, table.payload, [](CFastEdgePreserved* filter) {
+                               filter->put_whitenIntensity(80);
+                               filter->put_softenSkinIntensity(400);
+                               filter->radius = 9;
+                             }).pixels);
+  EXPECT_FALSE(look.pixels == result.pixels);
+}
+
+TEST_F(Photo, SameInputGivesTheSameBytes) {
+  fs::copy_file(VLVK_SAMPLES "/portrait.png", path("in.png"));
+  for (const std::string extension : {".png", ".jpg"}) {
+    process("in.png", "first" + extension, {"--threads", "1"});
+    process("in.png", "second" + extension, {"--threads", "64"});
+    EXPECT_TRUE(readBytes(path("first" + extension)) == readBytes(path("second" + extension)));
+  }
+}
+
+TEST_F(Photo, AnySizeKeepsItsAlpha) {
+  const int sizes[][2] = {{1, 1}, {1, 2}, {2, 1}, {3, 5}, {17, 9}, {64, 33}};
+  for (const auto& [width, height] : sizes) {
+    SCOPED_TRACE(testing::Message() << width << " x " << height);
+    const Image source = patternImage(width, height);
+    writeRgba(path("in.png"), source);
+    process("in.png", "in.png");  // over itself
+    const Image result = readPng(path("in.png"));
+    EXPECT_EQ(result.width, width);
+    EXPECT_EQ(result.height, height);
+    EXPECT_EQ(result.pixels, beautified(source, {}, withoutTable).pixels);
+  }
+}
+
+// RGBA that a sample of a PNG stands for; see writePng.
+std::vector<int> pixelOf(const PngKind& kind, const std::vector<int>& samples) {
+  const int top = (1 << kind.depth) - 1;
+  const int first = samples[0];
+  if (kind.colorType == PNG_COLOR_TYPE_PALETTE)
+    return {first, 255 - first, 3 * first & 255, kind.keyed ? 255 - first : 255};
+  std::vector<int> pixel = samples;
+  for (int& channel : pixel)
+    channel = channel * 255 / top;
+  if (pixel.size() < 3) pixel.insert(pixel.begin(), 2, pixel[0]);
+  const bool key = kind.keyed && std::all_of(samples.begin(), samples.end(), [](int sample) { return sample == 1; });
+  if (pixel.size() == 3) pixel.push_back(key ? 0 : 255);
+  return pixel;
+}
+
+// The left half of --compare is the picture as it was read.
+TEST_F(Photo, EveryKindOfPngIsRead) {
+  std::vector<PngKind> kinds;
+  for (const bool interlaced : {false, true}) {
+    for (const bool keyed : {false, true}) {
+      for (const int depth : {1, 2, 4, 8})
+        kinds.push_back({PNG_COLOR_TYPE_PALETTE, depth, interlaced, keyed});
+      for (const int depth : {1, 2, 4, 8, 16})
+        kinds.push_back({PNG_COLOR_TYPE_GRAY, depth, interlaced, keyed});
+      for (const int depth : {8, 16})
+        kinds.push_back({PNG_COLOR_TYPE_RGB, depth, interlaced, keyed});
+    }
+    for (const int depth : {8, 16}) {
+      kinds.push_back({PNG_COLOR_TYPE_GRAY_ALPHA, depth, interlaced});
+      kinds.push_back({PNG_COLOR_TYPE_RGB_ALPHA, depth, interlaced});
+    }
+  }
+  for (const PngKind& kind : kinds) {
+    SCOPED_TRACE(testing::Message() << "type " << kind.colorType << " depth " << kind.depth << " interlaced "
+                                    << kind.interlaced << " keyed " << kind.keyed);
+    const auto sample = [&](int x, int y, int channel) {
+      const int value = (x * 7 + y * 5 + channel * 3 * (x & 1)) & 255;
+      return kind.depth == 16 && value != 1 ? value * 257 : value & ((1 << kind.depth) - 1);
+    };
+    writePng(path("in.png"), 11, 7, kind, sample);
+    process("in.png", "out.png", {"--compare"});
+    const Image image = readPng(path("out.png"));
+    ASSERT_EQ(image.width, 22);
+    ASSERT_EQ(image.height, 7);
+    for (int y = 0; y < 7; ++y) {
+      for (int x = 0; x < 11; ++x) {
+        const int channels = kind.colorType == PNG_COLOR_TYPE_PALETTE
+                                 ? 1
+                                 : (kind.colorType & PNG_COLOR_MASK_COLOR) + 1 + (kind.colorType >= 4 ? 1 : 0);
+        std::vector<int> samples(static_cast<std::size_t>(channels));
+        for (int c = 0; c < channels; ++c)
+          samples[static_cast<std::size_t>(c)] = sample(x, y, c);
+        const std::vector<int> read(image.at(x, y), image.at(x, y) + 4);
+        EXPECT_EQ(read, pixelOf(kind, samples)) << x << ", " << y;
+        EXPECT_EQ(image.at(x + 11, y)[3], read[3]);
+      }
+    }
+    const Image original = columnsOf(image, 0, 11);
+    EXPECT_EQ(columnsOf(image, 11, 11).pixels, beautified(original, {}, withoutTable).pixels);
+  }
+}
+
+Bytes exifWith(bool bigEndian, int orientation) {
+  const auto number = [bigEndian](Bytes* bytes, int value, int size) {
+    for (int i = 0; i < size; ++i) {
+      bytes->push_back(static_cast<std::uint8_t>(value >> 8 * (bigEndian ? size - 1 - i : i)));
+    }
+  };
+  Bytes exif(2, bigEndian ? 'M' : 'I');
+  number(&exif, 42, 2);
+  number(&exif, 8, 4);
+  number(&exif, 2, 2);
+  for (const int tag : {0x0100, 0x0112}) {
+    number(&exif, tag, 2);
+    number(&exif, 3, 2);
+    number(&exif, 1, 4);
+    number(&exif, tag == 0x0112 ? orientation : 3, 2);
+    number(&exif, 0, 2);
+  }
+  return exif;
+}
+
+// Four grey quarters, 32 x 16: 0 and 80 above 160 and 240.
+int quarterSample(int x, int y, int /*channel*/) {
+  return (x / 16 + y / 8 * 2) * 80;
+}
+
+std::vector<int> quartersOf(const Image& image) {
+  std::vector<int> quarters;
+  for (const int y : {image.height / 4, image.height * 3 / 4}) {
+    for (const int x : {image.width / 4, image.width * 3 / 4})
+      quarters.push_back((image.at(x, y)[0] + 40) / 80);
+  }
+  return quarters;
+}
+
+TEST_F(Photo, PicturesAreTurnedUpright) {
+  const std::vector<int> upright[] = {{0, 1, 2, 3}, {1, 0, 3, 2}, {3, 2, 1, 0}, {2, 3, 0, 1},
+                                      {0, 2, 1, 3}, {2, 0, 3, 1}, {3, 1, 2, 0}, {1, 3, 0, 2}};
+  for (int orientation = 1; orientation <= 8; ++orientation) {
+    for (const bool bigEndian : {false, true}) {
+      SCOPED_TRACE(orientation);
+      writeJpeg(path("in.jpg"), 32, 16,
+                {.space = JCS_GRAYSCALE, .channels = 1, .exif = exifWith(bigEndian, orientation)}, quarterSample);
+      process("in.jpg", "out.jpeg");
+      const Bytes file = readBytes(path("out.jpeg"));
+      const std::string exif = "Exif";
+      EXPECT_EQ(std::search(file.begin(), file.end(), exif.begin(), exif.end()), file.end());
+      process("out.jpeg", "out.png", {"--compare"});
+      const Image image = readPng(path("out.png"));
+      EXPECT_EQ(image.width, orientation < 5 ? 64 : 32);
+      const Image original = columnsOf(image, 0, image.width / 2);
+      EXPECT_EQ(quartersOf(original), upright[orientation - 1]);
+    }
+  }
+}
+
+TEST_F(Photo, DamagedOrientationIsIgnored) {
+  const Bytes good = exifWith(false, 6);
+  std::vector<Bytes> damaged{exifWith(true, 0), exifWith(true, 9), {'I'}, {'I', 'I', 42, 0}};
+  for (int size = 0; size < 32; ++size)
+    damaged.emplace_back(good.begin(), good.begin() + size);
+  Bytes farAway = good;
+  for (std::size_t i = 4; i < 8; ++i)
+    farAway.at(i) = 0xFF;
+  damaged.push_back(farAway);
+  damaged.back()[7] = 0x7F;
+  damaged.push_back(farAway);
+  for (const Bytes& exif : damaged) {
+    writeJpeg(path("in.JPG"), 32, 16, {.space = JCS_GRAYSCALE, .channels = 1, .exif = exif}, quarterSample);
+    process("in.JPG", "out.png");
+    EXPECT_EQ(readPng(path("out.png")).width, 32) << exif.size() << " bytes";
+  }
+}
+
+TEST_F(Photo, CmykIsConverted) {
+  const int ink[] = {200, 100, 50, 180};  // as stored: 255 is no ink with an Adobe marker, full ink without
+  const auto sample = [&](int, int, int channel) { return ink[channel]; };
+  for (const bool adobe : {true, false}) {
+    for (const int space : {JCS_CMYK, JCS_YCCK}) {
+      if (!adobe && space == JCS_YCCK) continue;  // only the marker tells YCCK
+      writeJpeg(path("in.jpg"), 16, 16, {.space = space, .channels = 4, .adobe = adobe}, sample);
+      process("in.jpg", "out.png", {"--compare"});
+      const Image image = readPng(path("out.png"));
+      for (int c = 0; c < 3; ++c) {
+        const int expected = adobe ? ink[c] * ink[3] / 255 : (255 - ink[c]) * (255 - ink[3]) / 255;
+        EXPECT_NEAR(image.at(8, 8)[c], expected, 3) << "space " << space << " adobe " << adobe;
+      }
+    }
+  }
+}
+
+TEST_F(Photo, JpegShowsTransparencyOverWhite) {
+  Image source = patternImage(16, 16);
+  for (std::size_t i = 0; i < source.pixels.size(); ++i)
+    source.pixels[i] = i % 4 == 3 && i % 64 < 32 ? 0 : i % 4 == 3 ? 255 : 40;
+  writeRgba(path("in.png"), source);
+  process("in.png", "out.jpg", {"--whiten", "0", "--quality", "100"});
+  process("out.jpg", "back.png", {"--compare"});
+  const Image image = readPng(path("back.png"));
+  EXPECT_GE(image.at(2, 8)[1], 250);
+  EXPECT_LE(image.at(13, 8)[1], 50);
+  process("in.png", "small.jpg", {"--quality", "1"});
+  EXPECT_LT(readBytes(path("small.jpg")).size(), readBytes(path("out.jpg")).size());
+}
+
+// What decoders accept as a profile: a header, no tags, and data that does not compress below their least size.
+Bytes profileOf(const std::string& space) {
+  Bytes profile = patternImage(8, 8).pixels;
+  std::fill_n(profile.begin(), 132, 0);
+  const auto put = [&profile](std::size_t at, const std::string& text) {
+    std::copy(text.begin(), text.end(), profile.begin() + static_cast<std::ptrdiff_t>(at));
+  };
+  profile[2] = 1;  // 256 bytes
+  profile[8] = 2;
+  put(12, "mntr" + space + "XYZ ");
+  put(36, "acsp");
+  put(68, std::string("\0\0\xF6\xD6\0\1\0\0\0\0\xD3\x2D", 12));
+  return profile;
+}
+
+TEST_F(Photo, ColorProfileGoesAlong) {
+  const Bytes profile = profileOf("RGB ");
+  const auto holdsProfile = [&](const Bytes& file) {
+    return std::search(file.begin(), file.end(), profile.begin(), profile.end()) != file.end();
+  };
+  const auto sample = [](int x, int, int) { return x; };
+  writePng(path("in.png"), 8, 8, {.colorType = PNG_COLOR_TYPE_RGB, .depth = 8, .profile = profile}, sample);
+  process("in.png", "out.jpg");
+  EXPECT_TRUE(holdsProfile(readBytes(path("out.jpg"))));
+  process("out.jpg", "again.png");
+  process("again.png", "again.jpg");
+  EXPECT_TRUE(holdsProfile(readBytes(path("again.jpg"))));
+
+  writeJpeg(path("grey.jpg"), 8, 8, {.space = JCS_GRAYSCALE, .channels = 1, .profile = profileOf("GRAY")}, sample);
+  process("grey.jpg", "color.jpg");
+  const Bytes color = readBytes(path("color.jpg"));
+  const std::string mark = "ICC_PROFILE";
+  EXPECT_EQ(std::search(color.begin(), color.end(), mark.begin(), mark.end()), color.end());
+}
+
+TEST_F(Photo, UnusableInputIsRefused) {
+  expectInputRefused("missing.png");
+  writeBytes(path("empty.png"), {});
+  writeBytes(path("text.png"), {'h', 'e', 'l', 'l', 'o', '\n'});
+  fs::create_directory(path("directory.png"));
+  writeRgba(path("good.png"), patternImage(40, 40));
+  writeJpeg(path("good.jpg"), 64, 64, {.space = JCS_YCbCr, .channels = 3},
+            [](int x, int y, int channel) { return x * y * (channel + 1) & 255; });
+  fs::copy_file(path("good.png"), path("png.jpg"));
+  fs::copy_file(path("good.jpg"), path("jpg.png"));
+  fs::copy_file(path("good.png"), path("picture.gif"));
+  fs::copy_file(path("good.png"), path("png"));
+  for (const std::string name :
+       {"empty.png", "text.png", "directory.png", "png.jpg", "jpg.png", "picture.gif", "png"}) {
+    expectInputRefused(name);
+  }
+  expectRefused({"photo", path("missing\nline\x1b[1m.png"), path("out.png")}, "missing\\x0Aline\\x1B[1m.png: ");
+}
+
+TEST_F(Photo, DamagedPictureIsRefused) {
+  const auto expectCutsRefused = [this](const std::string& name, std::size_t step) {
+    const Bytes file = readBytes(path(name));
+    for (std::size_t size = 1; size < file.size(); size += step) {
+      writeBytes(path("cut-" + name), Bytes(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size)));
+      expectInputRefused("cut-" + name);
+    }
+  };
+  writeRgba(path("rgba.png"), patternImage(20, 20));
+  expectCutsRefused("rgba.png", 97);
+  for (const bool progressive : {false, true}) {
+    writeJpeg(path("color.jpg"), 64, 64, {.space = JCS_YCbCr, .channels = 3, .progressive = progressive},
+              [](int x, int y, int channel) { return x * y * (channel + 1) & 255; });
+    expectCutsRefused("color.jpg", 211);
+  }
+  Bytes flipped = readBytes(path("rgba.png"));
+  flipped[flipped.size() / 2] ^= 0x10;
+  writeBytes(path("flipped.png"), flipped);
+  expectInputRefused("flipped.png");
+
+  for (const int width : {32769, 2000000}) {
+    writePng(path("wide.png"), width, 1, {PNG_COLOR_TYPE_GRAY, 1}, [](int, int, int) { return 0; });
+    expectInputRefused("wide.png");
+  }
+}
+
+TEST_F(Photo, UnusableOutputIsRefused) {
+  writeRgba(path("in.png"), patternImage(40, 40));
+  fs::create_directory(path("directory.png"));
+  ASSERT_EQ(mkfifo(path("pipe.png").c_str(), 0600), 0);
+  for (const std::string out : {"none/out.png", "directory.png", "pipe.png", "out.gif", "out", "in.png/out.png"}) {
+    SCOPED_TRACE(out);
+    expectRefused({"photo", path("in.png"), path(out)}, path(out) + ": ");
+  }
+  // The disk is full.
+  writeBytes(path("old.png"), {'o', 'l', 'd'});
+  for (const std::string out : {"old.png", "new.png", "new.jpg"}) {
+    expectRefused({"photo", path("in.png"), path(out)}, path(out) + ": ", 512);
+  }
+  if (geteuid() == 0) return;  // to whom nothing is read-only
+  fs::permissions(path("old.png"), fs::perms::owner_read);
+  expectRefused({"photo", path("in.png"), path("old.png")}, path("old.png") + ": ");
+  fs::permissions(directory_, fs::perms::owner_read | fs::perms::owner_exec);
+  expectRefused({"photo", path("in.png"), path("new.png")}, path("new.png") + ": ");
+  fs::permissions(directory_, fs::perms::owner_all);
+}
+
+TEST_F(Photo, ReplacedFileKeepsPermissionsAndLinks) {
+  writeRgba(path("in.png"), patternImage(8, 8));
+  writeBytes(path("target.png"), {});
+  const auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read;
+  fs::permissions(path("target.png"), mode);
+  fs::create_symlink("target.png", path("link.png"));
+  process("in.png", "link.png");
+  EXPECT_TRUE(fs::is_symlink(path("link.png")));
+  EXPECT_EQ(readPng(path("target.png")).width, 8);
+  EXPECT_EQ(fs::status(path("target.png")).permissions(), mode);
+}
+
+TEST_F(Photo, UnusableTableIsRefused) {
+  writeRgba(path("in.png"), patternImage(8, 8));
+  const Table table;
+  std::vector<Bytes> broken{{}, {'x'}, Bytes(table.file.begin(), table.file.end() - 1)};
+  broken.push_back(table.file);
+  broken.back()[5] = 0xF8;  // a negative size
+  broken.push_back(table.file);
+  broken.back()[5] = 4;  // half the size
+  const auto refuse = [this] {
+    expectRefused({"photo", path("in.png"), path("out.png"), "--table", path("look.vlk")}, path("look.vlk") + ": ");
+  };
+  refuse();
+  expectRefused({"photo", path("in.png"), path("out.png"), "--table", ""}, "No such file");
+  for (const Bytes& file : broken) {
+    writeBytes(path("look.vlk"), file);
+    refuse();
+  }
+}
+
+TEST_F(Photo, ValuesOutOfRangeAreRefused) {
+  writeRgba(path("in.png"), patternImage(8, 8));
+  const std::vector<std::vector<std::string>> cases = {
+      {"--whiten", "-1"},          {"--whiten", "101"},  {"--soften", "-1"},  {"--soften", "1001"},
+      {"--radius", "-1"},          {"--radius", "129"},  {"--threads", "0"},  {"--threads", "65"},
+      {"--quality", "0"},          {"--quality", "101"}, {"--whiten", "1.5"}, {"--whiten", "a\nb"},
+      {"--whiten", "99999999999"}, {"--radius"},         {"--nothing"},       {"third.png"},
+      {"--whiten=1", "--whiten=2"}};
+  for (const std::vector<std::string>& options : cases) {
+    SCOPED_TRACE(options[0] + " " + options.back());
+    std::vector<std::string> arguments{"photo", path("in.png"), path("out.png")};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    expectRefused(arguments, path("in.png") + ": ");
+  }
+  expectRefused({"photo", path("in.png")}, "OUT");
+  expectRefused({}, "vlvk-makeup: ");
+  expectRefused({"paint"}, "vlvk-makeup: ");
+}
+
+TEST_F(Photo, LimitsOfTheRangesAreAccepted) {
+  writeRgba(path("in.png"), patternImage(30, 21));
+  process("in.png", "low.jpg", {"--whiten=0", "--soften=0", "--radius=0", "--threads=1", "--quality=1"});
+  process("in.png", "high.jpg", {"--whiten=100", "--soften=1000", "--radius=128", "--threads=64", "--quality=100"});
+}
+
+TEST(Program, HelpAndVersionGoToStandardOutput) {
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"--help"}, {"photo", "--help"}, {"--version"}, {"photo", "--version"}}) {
+    const ProgramRun run = runProgram(arguments);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.err, "");
+    EXPECT_NE(run.out.find(arguments.back() == "--version" ? "vlvk-makeup " : "photo"), std::string::npos);
+  }
+}
+
+}  // namespace
+}  // namespace vlvk::tool_test
