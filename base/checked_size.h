@@ -10,10 +10,10 @@ namespace vlvk {
 /// A size in bytes, or "does not fit". Once it does not fit, nothing computed from it does.
 class CheckedSize {
  public:
-  /// A negative value does not fit.
+  /// A negative value does not fit, nor does one that is too wide.
   template <class Integer>
   constexpr CheckedSize(Integer value)  // NOLINT(google-explicit-constructor): reads as plain arithmetic
-      : value_(static_cast<std::size_t>(value)), fits_(value >= 0) {}
+      : value_(static_cast<std::size_t>(value)), fits_(value >= 0 && static_cast<Integer>(value_) == value) {}
 
   constexpr bool fits() const { return fits_; }
   constexpr std::size_t bytes() const { return value_; }

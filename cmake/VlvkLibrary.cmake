@@ -1,4 +1,4 @@
-# The shared library, and the same objects as a static archive of internals for tests and benchmarks.
+# The shared library, and its objects with all internals for tests and benchmarks.
 
 set(VLVK_LIBRARY_SOURCES
   base/arm_math.h
@@ -84,7 +84,6 @@ target_include_directories(vlvk_objects PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT
 set_target_properties(vlvk_objects PROPERTIES
   POSITION_INDEPENDENT_CODE ON
   CXX_VISIBILITY_PRESET hidden
-  C_VISIBILITY_PRESET hidden
   VISIBILITY_INLINES_HIDDEN ON)
 vlvk_set_warnings(vlvk_objects)
 target_link_libraries(vlvk_objects PUBLIC Threads::Threads)
@@ -93,3 +92,7 @@ add_library(VLVKMakeupEngine SHARED)
 target_link_libraries(VLVKMakeupEngine PRIVATE vlvk_objects PUBLIC Threads::Threads)
 target_include_directories(VLVKMakeupEngine PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
 set_target_properties(VLVKMakeupEngine PROPERTIES LINKER_LANGUAGE CXX)
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+  # Android devices may have pages of 16 KiB.
+  target_link_options(VLVKMakeupEngine PRIVATE -Wl,-z,max-page-size=16384)
+endif()

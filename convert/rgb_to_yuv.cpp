@@ -47,6 +47,7 @@ void convertFrame(const unsigned char* pixels, std::ptrdiff_t pixelStride, unsig
   const auto rowLoop = vlvk::rowLoops().pixelsToYuv[kChroma][kPixels];
   const int columns = std::max(width, 0) & ~1;
   const int blocks = columns & ~15;
+  if (columns == 0) return;
   for (int pair = 0; pair < height / 2; ++pair) {
     rowLoop(pixels, pixels + pixelStride, luma, luma + lumaStride, chroma, blocks);
     convertTailChroma<kChroma, kPixels>(pixels, chroma, blocks, columns);

@@ -1,5 +1,6 @@
 /// Row loop of the conversion from pixels to semi-planar YUV. Included by targets/all_rows.h.
 
+#include <cstddef>
 #include <cstdint>
 
 #include "convert/bt601.h"
@@ -20,7 +21,7 @@ inline auto weighPixels(const Pixels& pixels) {
 template <ChromaOrder kChroma, PixelOrder kPixels>
 inline void pixelsToYuv(const std::uint8_t* pixels0, const std::uint8_t* pixels1, std::uint8_t* luma0,
                         std::uint8_t* luma1, std::uint8_t* chroma, int columns) {
-  for (int c = 0; c < columns; c += 16) {
+  for (std::ptrdiff_t c = 0; c < columns; c += 16) {
     const Pixels16 upper = loadPixels16(pixels0 + 4 * c);
     const Pixels16 lower = loadPixels16(pixels1 + 4 * c);
     store(luma0 + c, weighPixels<kPixels, kRgbToLuma, kLumaOffset>(upper));

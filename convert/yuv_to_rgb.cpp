@@ -71,6 +71,7 @@ template <ChromaOrder kChroma, PixelOrder kPixels, BlueSum kTailBlue>
 void convertRowPairs(Planes planes, int columns, int rowPairs) {
   const auto rowLoop = vlvk::rowLoops().yuvToPixels[kChroma][kPixels];
   const int blocks = columns & ~15;
+  if (columns == 0) return;
   for (int pair = 0; pair < rowPairs; ++pair) {
     const unsigned char* luma1 = planes.luma + planes.lumaStride;
     unsigned char* pixels1 = planes.pixels + planes.pixelStride;

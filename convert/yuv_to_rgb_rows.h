@@ -1,5 +1,6 @@
 /// Row loop of the conversion from semi-planar YUV to pixels. Included by targets/all_rows.h.
 
+#include <cstddef>
 #include <cstdint>
 
 #include "convert/bt601.h"
@@ -24,7 +25,7 @@ inline void yuvToPixels(const std::uint8_t* luma0, const std::uint8_t* luma1, co
   const I16x8 blueOffset = splatI16(-k.luma * kLumaOffset - k.blueU * kChromaOffset);
   const U8x16x2 opaque = splatRows(255);
 
-  for (int c = 0; c < columns; c += 16) {
+  for (std::ptrdiff_t c = 0; c < columns; c += 16) {
     const U8x16 pairs = loadU8x16(chroma + c);
     const I16x8 u = kChroma == kVThenU ? secondOfPairs(pairs) : firstOfPairs(pairs);
     const I16x8 v = kChroma == kVThenU ? firstOfPairs(pairs) : secondOfPairs(pairs);

@@ -64,7 +64,7 @@ int CFastEdgePreserved::setOutputSize(int /*width*/, int /*height*/) {
 int CFastEdgePreserved::diffTime(const timeb* start) {
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
-  const auto seconds = static_cast<std::int32_t>(now.tv_sec - start->time);
+  const auto seconds = vlvk::wrapSub(static_cast<std::int32_t>(now.tv_sec), static_cast<std::int32_t>(start->time));
   const auto milliseconds = static_cast<std::int32_t>(now.tv_nsec / 1000000);
   return vlvk::wrapSub(vlvk::wrapAdd(vlvk::wrapMul(seconds, 1000), milliseconds), start->millitm);
 }

@@ -16,10 +16,6 @@
 
 struct timeb;  // <sys/timeb.h>, or filter/timeb.h where the platform has none
 
-namespace vlvk {
-struct FramePlan;
-}
-
 /// Beautifies frames. One object serves one stream of frames; frames handed to it from several threads take turns.
 ///
 /// Fields and virtual slots stand in the order that native callers rely on. Settings may be changed from any thread,
@@ -28,28 +24,28 @@ class VLVK_API CFastEdgePreserved {
  public:
   /// The work order of one band. All planes start at the band's first row; strides are bytes.
   struct MakeupParam {
-    int variant;               ///< 0 from the pipeline; otherwise plain kernels and no conversion back to YUV
-    bool rgbOrder;             ///< true: NV21 and RGBA; false: NV12 and BGRA
-    bool inPlace;              ///< the band is written back into its own Y and UV rows
-    unsigned char* yPlane;     ///< luma
-    int yStride;               ///< of yPlane, meanPlane and edgeRows
-    unsigned char* uvPlane;    ///< chroma pairs, one row for two luma rows
-    int uvStride;              ///< of uvPlane
-    unsigned char* dstPlane;   ///< pixels, separate-destination form of the colour adjustment only
-    int dstStride;             ///< of dstPlane
-    unsigned char* outPlane;   ///< 4-byte pixels
-    int outStride;             ///< of outPlane
-    int width;                 ///< pixels of a row
-    int rows;                  ///< luma rows of the band
-    int radius;                ///< rounded radius minus one
-    int whitenIntensity;       ///< the filter's settings as the frame found them
-    int softenLevel;           ///< (600 * softenSkinIntensity) / 1000
-    int colorAdjustIntensity;  ///<
+    int variant;              ///< 0 from the pipeline; otherwise plain kernels and no conversion back to YUV
+    bool rgbOrder;            ///< true: NV21 and RGBA; false: NV12 and BGRA
+    bool inPlace;             ///< the band is written back into its own Y and UV rows
+    unsigned char* yPlane;    ///< luma
+    int yStride;              ///< of yPlane, meanPlane and edgeRows
+    unsigned char* uvPlane;   ///< chroma pairs, one row for two luma rows
+    int uvStride;             ///< of uvPlane
+    unsigned char* dstPlane;  ///< pixels, separate-destination form of the colour adjustment only
+    int dstStride;            ///< of dstPlane
+    unsigned char* outPlane;  ///< 4-byte pixels
+    int outStride;            ///< of outPlane
+    int width;                ///< pixels of a row
+    int rows;                 ///< luma rows of the band
+    int radius;               ///< rounded radius minus one
+    int whitenIntensity;      ///< the filter's settings as the frame found them
+    int softenLevel;          ///< (600 * softenSkinIntensity) / 1000
+    int colorAdjustIntensity;
     const int* skinCentre;     ///< skin chroma: first and second byte of a pair
     unsigned char* meanPlane;  ///< smoothed luma
     unsigned char* scratchA;   ///< 16 bytes for each group of 8 columns
     unsigned char* scratchB;   ///< 32 bytes for each group of 8 columns
-    unsigned char* lineSums;   ///< unsmoothed luma rows that the sliding box still needs (in place)
+    unsigned char* lineSums;   ///< not used by the kernels
     unsigned char* edgeRows;   ///< unsmoothed neighbour rows (in place)
   };
 
@@ -62,11 +58,10 @@ class VLVK_API CFastEdgePreserved {
     Stage stage;    ///< one of FastEdgePreservedTop, Mid, Bottom
     int bandIndex;  ///< from the top, 0-based
     MakeupParam param;
-    const vlvk::FramePlan* frame;  ///< the frame around the band; null for a band that stands alone
   };
 
   /// @param threadCount  bands and worker threads of a frame, 1 or more
-  /// @param loader       source of "adjust.vlk"; not owned, may be null (no colour table then)
+  /// @param loader       source of "adjust.vlk"; not owned; null is a loader that never has it
   CFastEdgePreserved(int threadCount, IBeautyResourceLoader* loader);
   CFastEdgePreserved(const CFastEdgePreserved&) = delete;
   CFastEdgePreserved& operator=(const CFastEdgePreserved&) = delete;
@@ -93,15 +88,16 @@ class VLVK_API CFastEdgePreserved {
   /// @param yStride    ignored
   /// @param uv         chroma plane, (height + 1) / 2 rows of `width` bytes; written when `out` is null
   /// @param uvStride   ignored
-  /// @param width      pixels, 0 or more; an odd last column is neither converted nor smoothed
+  /// @param width      pixels, 0 or more; an odd last column is not converted, the last width & 7 are not smoothed
   /// @param height     rows, 0 or more; an odd last row is not converted
   /// @param out        4-byte pixels, or null to write the result back into the frame
   /// @param outStride  bytes between rows of `out`
   /// @param rgbOrder   true: NV21 in, RGBA out; false: NV12 in, BGRA out
-  /// @return 0, or -1 with frame and output untouched: null plane, negative size, threadCount below 1, no memory
+  /// @return 0, or -1 with frame and output untouched: null plane, negative size, threadCount below 1, no memory, or
+  ///         in place a width of 2^29 and more, whose 4-byte pixels pass an int stride
   ///
-  /// With `out`, pixels of an odd last column or row are colour-adjusted where they stand. A frame whose "adjust.vlk"
-  /// could not be opened is not colour-adjusted.
+  /// With `out`, pixels of an odd last column or row are colour-adjusted where they stand. A frame that finds
+  /// "adjust.vlk" missing is not colour-adjusted; those behind it use a neutral table.
   int processVideo(unsigned char* y, int yStride, unsigned char* uv, int uvStride, int width, int height,
                    unsigned char* out, int outStride, bool rgbOrder);
 
@@ -112,7 +108,8 @@ class VLVK_API CFastEdgePreserved {
   /// @return as processVideo
   int processBGRAVideo(unsigned char* bgra, int width, int height, int stride, unsigned char* out, int outStride);
 
-  /// processVideo with strides of the caller's and without the lock: the caller keeps frames apart.
+  /// processVideo with strides of the caller's and without the lock: the caller keeps frames apart. Returns -1 also for
+  /// a luma stride below the width.
   int processVideoInternal(unsigned char* y, int yStride, unsigned char* uv, int uvStride, int width, int height,
                            unsigned char* out, int outStride, bool rgbOrder);
 
@@ -134,7 +131,7 @@ class VLVK_API CFastEdgePreserved {
   void colorAdjustRGBA(MakeupParam* p);
   void colorAdjustBGRA(MakeupParam* p);
 
-  /// Body of a worker thread: runs one BandTask, returns null.
+  /// Runs one BandTask through all steps, as its order says. Returns null; has the form of a thread's start routine.
   static void* thread_softskin_call(void* task);
 
   /// Smoothing stages; see Stage.
@@ -161,8 +158,8 @@ class VLVK_API CFastEdgePreserved {
   unsigned char* scratchB = nullptr;
   unsigned char* lineSums = nullptr;
   unsigned char* nv12Scratch = nullptr;  ///< NV12 copy of a BGRA picture
-  unsigned char* rgbaBuffer = nullptr;   ///< pixels of an in-place frame
-  int hasEdgeRows = 0;
+  unsigned char* rgbaBuffer = nullptr;   ///< pixels of an in-place frame: the strip in work of each band
+  int hasEdgeRows = 0;                   ///< not 0: edgeRows is owned
   unsigned char* edgeRows = nullptr;
   int cachedWidth = 0;
   int cachedHeight = 0;

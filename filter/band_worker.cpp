@@ -66,87 +66,53 @@ void finishRows(CFastEdgePreserved& filter, MakeupParam& p, bool smoothed) {
   }
 }
 
-/// The part of a band's order that covers `rows` rows from row y on. Smoothed luma, and the pixels of an in-place
-/// frame, are not kept behind a strip, so every strip uses the same rows of those planes.
+/// The rows that the sliding box meets around a band, at any height of band and frame: those outside the frame repeat
+/// its edge; in place those of other bands are saved ones.
+BoxRows rowsAround(const FramePlan& plan, const BandTask& task) {
+  const MakeupParam& p = task.param;
+  const std::int64_t begin = plan.bandBegin(task.bandIndex);
+  BoxRows rows{.plane = p.yPlane, .stride = p.yStride, .firstRow = -begin, .lastRow = plan.height - 1 - begin};
+  if (!plan.inPlace) return rows;
+  const std::uint8_t* saved = p.edgeRows;
+  if (task.bandIndex != 0) {
+    rows.above = saved;
+    rows.aboveRows = plan.contextRows();
+    saved += static_cast<std::ptrdiff_t>(rows.aboveRows) * p.yStride;
+  }
+  if (task.bandIndex != plan.bands - 1) {
+    rows.below = saved;
+    rows.belowRows = plan.contextRows();
+    rows.belowFrom = p.rows - 1;
+  }
+  return rows;
+}
+
+/// Smooths a band of a frame into its mean plane. Where bands are too short for the kernels, the box gets the same rows
+/// another way.
+void smoothBand(const FramePlan& plan, BandTask& task) {
+  MakeupParam& p = task.param;
+  if (plan.bandsFitKernels()) {
+    (task.owner->*task.stage)(&p, p.meanPlane);
+    return;
+  }
+  BoxSlider slider(static_cast<std::uint16_t*>(static_cast<void*>(p.scratchA)),
+                   static_cast<std::uint32_t*>(static_cast<void*>(p.scratchB)), p.width & ~7, plan.reach,
+                   p.softenLevel);
+  const BoxRows rows = rowsAround(plan, task);
+  slider.start(rows);
+  slider.smoothRows(rows, 0, p.rows, p.yPlane, p.meanPlane, p.yStride);
+}
+
+/// The part of a band's order that covers `rows` rows from row y on. The pixels of an in-place frame are not kept, so
+/// every strip uses the same ones.
 MakeupParam stripOf(const MakeupParam& band, std::ptrdiff_t y, int rows) {
   MakeupParam strip = band;
   strip.yPlane += y * band.yStride;
+  strip.meanPlane += y * band.yStride;
   strip.uvPlane += y / 2 * band.uvStride;
   if (!band.inPlace) strip.outPlane += y * band.outStride;
   strip.rows = rows;
   return strip;
-}
-
-/// The smoothing of one band of a frame, strip by strip.
-///
-/// Out of place the box slides over the frame itself. In place the rows of this band are overwritten as it goes and
-/// those of its neighbours at any time: rows around the band come from its saved rows, and rows that the box leaves
-/// behind from a ring of unsmoothed copies.
-class StripSmoother {
- public:
-  StripSmoother(const FramePlan& plan, const BandTask& task)
-      : p_(task.param),
-        inPlace_(plan.inPlace),
-        ringRows_(plan.ringRows()),
-        entering_(boxRows(plan, task)),
-        leaving_(entering_),
-        slider_(static_cast<std::uint16_t*>(static_cast<void*>(p_.scratchA)),
-                static_cast<std::uint32_t*>(static_cast<void*>(p_.scratchB)), p_.width & ~7, plan.reach,
-                p_.softenLevel) {
-    if (inPlace_) {
-      leaving_.plane = p_.lineSums;
-      leaving_.ringRows = ringRows_;
-    }
-    slider_.start(entering_);
-  }
-
-  void smooth(const MakeupParam& strip, std::int64_t y) {
-    if (inPlace_) keepUnsmoothed(strip, y);
-    slider_.smoothRows(entering_, leaving_, y, strip.rows, strip.yPlane, strip.meanPlane, p_.yStride);
-  }
-
- private:
-  static BoxRows boxRows(const FramePlan& plan, const BandTask& task) {
-    const MakeupParam& p = task.param;
-    const std::int64_t begin = plan.bandBegin(task.bandIndex);
-    BoxRows rows{.plane = p.yPlane, .stride = p.yStride, .firstRow = -begin, .lastRow = plan.height - 1 - begin};
-    if (!plan.inPlace) return rows;
-    const std::uint8_t* saved = p.edgeRows;
-    if (task.bandIndex != 0) {
-      rows.above = saved;
-      rows.aboveRows = plan.contextRows();
-      saved += static_cast<std::ptrdiff_t>(rows.aboveRows) * p.yStride;
-    }
-    if (task.bandIndex != plan.bands - 1) {
-      rows.below = saved;
-      rows.belowRows = plan.contextRows();
-      rows.belowFrom = p.rows - 1;
-    }
-    return rows;
-  }
-
-  void keepUnsmoothed(const MakeupParam& strip, std::int64_t y) {
-    for (int k = 0; k < strip.rows; ++k) {
-      const auto slot = static_cast<std::ptrdiff_t>((y + k) % ringRows_);
-      std::memcpy(p_.lineSums + slot * p_.yStride, strip.yPlane + static_cast<std::ptrdiff_t>(k) * p_.yStride,
-                  static_cast<std::size_t>(p_.width));
-    }
-  }
-
-  const MakeupParam& p_;
-  bool inPlace_;
-  std::int64_t ringRows_;
-  BoxRows entering_;
-  BoxRows leaving_;
-  BoxSlider slider_;
-};
-
-template <class StripFunction>
-void forEachStrip(const MakeupParam& band, StripFunction stripFunction) {
-  for (int y = 0; y < band.rows; y += kStripRows) {
-    MakeupParam strip = stripOf(band, y, std::min(kStripRows, band.rows - y));
-    stripFunction(strip, y);
-  }
 }
 
 }  // namespace
@@ -164,27 +130,23 @@ void saveNeighbourRows(const FramePlan& plan, const unsigned char* luma, int ban
   if (band != plan.bands - 1) copyRows(plan.bandEnd(band) - 1);
 }
 
-void runBand(BandTask& task) {
-  CFastEdgePreserved& filter = *task.owner;
-  MakeupParam& p = task.param;
-  if (task.frame == nullptr) {
-    if (wantsSmoothing(p)) (filter.*task.stage)(&p, p.meanPlane);
-    finishRows(filter, p, wantsSmoothing(p));
-  } else if (wantsSmoothing(p)) {
-    StripSmoother smoother(*task.frame, task);
-    forEachStrip(p, [&](MakeupParam& strip, int y) {
-      smoother.smooth(strip, y);
-      finishRows(filter, strip, true);
-    });
-  } else {
-    forEachStrip(p, [&](MakeupParam& strip, int) { finishRows(filter, strip, false); });
+void runBand(const FramePlan& plan, BandTask& task) {
+  const MakeupParam& p = task.param;
+  const bool smooth = wantsSmoothing(p);
+  if (smooth) smoothBand(plan, task);
+  for (int y = 0; y < p.rows; y += kStripRows) {
+    MakeupParam strip = stripOf(p, y, std::min(kStripRows, p.rows - y));
+    finishRows(*task.owner, strip, smooth);
   }
 }
 
 }  // namespace vlvk
 
 void* CFastEdgePreserved::thread_softskin_call(void* task) {
-  vlvk::runBand(*static_cast<BandTask*>(task));
+  auto& order = *static_cast<BandTask*>(task);
+  const bool smooth = vlvk::wantsSmoothing(order.param);
+  if (smooth) (order.owner->*order.stage)(&order.param, order.param.meanPlane);
+  vlvk::finishRows(*order.owner, order.param, smooth);
   return nullptr;
 }
 

@@ -14,9 +14,8 @@ namespace vlvk {
 /// sliding box takes from there.
 void saveNeighbourRows(const FramePlan& plan, const unsigned char* luma, int band, unsigned char* savedRows);
 
-/// Runs one band through all steps. A band of a frame goes through in strips; a task without a frame calls its stage
-/// for the whole band.
-void runBand(CFastEdgePreserved::BandTask& task);
+/// Runs one band of a frame through all steps. The pixels of an in-place frame are not kept.
+void runBand(const FramePlan& plan, CFastEdgePreserved::BandTask& task);
 
 }  // namespace vlvk
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 
+#include "base/shared_field.h"
 #include "filter/CFastEdgePreserved.h"
 #include "filter/tone_curves.h"
 
@@ -105,6 +106,6 @@ void TableUpdate::apply(int whitenIntensity) {
 }  // namespace vlvk
 
 void CFastEdgePreserved::buildLookup(const unsigned char* src) {
-  vlvk::buildToneCurves(whitenIntensity, toneCurve0, toneCurve1, toneCurve2);
+  vlvk::buildToneCurves(vlvk::loadShared(whitenIntensity), toneCurve0, toneCurve1, toneCurve2);
   vlvk::buildColorTable(src, {toneCurve0, toneCurve1, toneCurve2}, rgbOrder, colorTable);
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "base/arm_math.h"
 #include "base/shared_field.h"
 #include "filter/color_table.h"
 
@@ -17,6 +18,23 @@ void rememberGeometry(CFastEdgePreserved& filter, const FramePlan& plan) {
   filter.cachedStride = plan.stride;
   filter.cachedRadius = plan.reach - 1;
   filter.cachedThreads = plan.bands;
+}
+
+bool resizeFrameBuffers(CFastEdgePreserved& filter, const FramePlan& plan) {
+  const CheckedSize bands = plan.bands;
+  const CheckedSize groups = plan.groups();
+  const CheckedSize context = plan.reach > 0 ? plan.contextRows() : 0;
+  const CheckedSize frameBytes = CheckedSize(plan.height) * plan.stride;
+  const CheckedSize lineBytes = context * 4 * plan.width * bands;
+  const CheckedSize edgeBytes = plan.inPlace ? context * 2 * plan.stride * (plan.bands - 1) : CheckedSize(0);
+  const CheckedSize pixelBytes = plan.inPlace ? bands * kStripRows * 4 * plan.width : CheckedSize(0);
+  return resizeBuffer(filter.meanBuffer, filter.meanBufferSize, frameBytes) &&
+         resizeBuffer(filter.scratchA, filter.scratchASize, bands * kSumBytes * groups) &&
+         resizeBuffer(filter.scratchB, filter.scratchBSize, bands * kSquareBytes * groups) &&
+         resizeBuffer(filter.lineSums, filter.lineSumsSize, lineBytes) &&
+         resizeBuffer(filter.edgeRows, filter.edgeRowsSize, edgeBytes) &&
+         resizeBuffer(filter.rgbaBuffer, filter.rgbaBufferSize, pixelBytes) &&
+         resizeBuffer(filter.taskBuffer, filter.taskBufferSize, bands * sizeof(BandWork));
 }
 
 }  // namespace
@@ -35,32 +53,15 @@ bool resizeBuffer(unsigned char*& buffer, std::size_t& size, CheckedSize needed)
   return true;
 }
 
-bool resizeFrameBuffers(CFastEdgePreserved& filter, const FramePlan& plan) {
-  const CheckedSize width = plan.width;
-  const CheckedSize height = plan.height;
-  const CheckedSize stride = plan.stride;
-  const CheckedSize bands = plan.bands;
-  const CheckedSize groups = (plan.width + std::int64_t{7}) / 8;
-  const CheckedSize context = plan.contextRows();
-  const CheckedSize none = 0;
-  const bool smooth = plan.reach > 0;
-
-  const CheckedSize lineBytes = larger(context * 4 * width, CheckedSize(plan.ringRows()) * stride) * bands;
-  const CheckedSize edgeBytes = context * 2 * stride * (plan.bands - 1);
-  const bool resized = resizeBuffer(filter.meanBuffer, filter.meanBufferSize, height * stride) &&
-                       resizeBuffer(filter.scratchA, filter.scratchASize, bands * 16 * groups) &&
-                       resizeBuffer(filter.scratchB, filter.scratchBSize, bands * 32 * groups) &&
-                       resizeBuffer(filter.lineSums, filter.lineSumsSize, smooth ? lineBytes : none) &&
-                       resizeBuffer(filter.edgeRows, filter.edgeRowsSize, smooth && plan.inPlace ? edgeBytes : none) &&
-                       resizeBuffer(filter.taskBuffer, filter.taskBufferSize, bands * sizeof(BandWork));
-  filter.hasEdgeRows = plan.inPlace ? 1 : 0;
-  rememberGeometry(filter, plan);
-  return resized;
-}
-
 bool prepareFrame(CFastEdgePreserved& filter, const FramePlan& plan, bool settingsChanged, int whitenIntensity) {
   TableUpdate tables(filter, settingsChanged);
-  if (!tables.allocate() || !resizeFrameBuffers(filter, plan)) return false;
+  const bool ready = tables.allocate() && resizeFrameBuffers(filter, plan);
+  filter.hasEdgeRows = plan.inPlace || filter.edgeRows != nullptr ? 1 : 0;
+  if (!ready) {
+    if (settingsChanged) storeShared(filter.lookupDirty, true);
+    return false;
+  }
+  rememberGeometry(filter, plan);
   tables.apply(whitenIntensity);
   return true;
 }
@@ -72,10 +73,6 @@ int CFastEdgePreserved::calcCharacteristic(int width, int height, int stride, in
   if (width < 0 || height < 0 || bands < 1) return -1;
   const int reach = r < 0 ? 0 : vlvk::roundUpTo8(r);
   const bool settingsChanged = vlvk::exchangeShared(lookupDirty, false);
-  if (vlvk::prepareFrame(*this, {width, height, stride, reach, bands, inPlace}, settingsChanged,
-                         vlvk::loadShared(whitenIntensity))) {
-    return 0;
-  }
-  if (settingsChanged) vlvk::storeShared(lookupDirty, true);
-  return -1;
+  const int whiten = vlvk::loadShared(whitenIntensity);
+  return vlvk::prepareFrame(*this, {width, height, stride, reach, bands, inPlace}, settingsChanged, whiten) ? 0 : -1;
 }

@@ -12,9 +12,10 @@
 
 namespace vlvk {
 
-/// A band and the thread that runs it.
+/// A band of a frame and the thread that runs it.
 struct BandWork {
   CFastEdgePreserved::BandTask task;
+  const FramePlan* plan;
   pthread_t thread;
   bool started;
 };
@@ -23,11 +24,8 @@ struct BandWork {
 /// Returns false, with an empty buffer, when there is no memory.
 bool resizeBuffer(unsigned char*& buffer, std::size_t& size, CheckedSize needed);
 
-/// Sizes the buffers for a frame, the pixel buffer and the BGRA path's scratch frame excepted. Returns false when there
-/// is no memory; every buffer has the size that its size field says all the same.
-bool resizeFrameBuffers(CFastEdgePreserved& filter, const FramePlan& plan);
-
-/// Makes tables and buffers ready. Returns false when there is no memory; nothing but buffer sizes has changed then.
+/// Makes tables and buffers ready for a frame, the BGRA path's scratch frame excepted. Returns false when there is no
+/// memory: the tables are still to be rebuilt then, and every buffer has the size that its size field says.
 ///
 /// @param settingsChanged  the tables must be rebuilt
 bool prepareFrame(CFastEdgePreserved& filter, const FramePlan& plan, bool settingsChanged, int whitenIntensity);

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <new>
 
 #include "base/arm_math.h"
@@ -33,13 +34,16 @@ class FrameLock {
   pthread_mutex_t& mutex_;
 };
 
-/// A caller's frame, and where its pixels go.
+/// A frame in place has rows of 4-byte pixels, whose stride is an int.
+constexpr int kWidestInPlace = std::numeric_limits<int>::max() / 4;
+
+/// A caller's frame, and where its pixels go; `out` is null in place.
 struct Frame {
   unsigned char* luma;
   unsigned char* chroma;
-  std::ptrdiff_t chromaStride;
+  int chromaStride;
   unsigned char* out;
-  std::ptrdiff_t outStride;
+  int outStride;
   bool rgbOrder;
 };
 
@@ -59,16 +63,17 @@ struct Settings {
 CFastEdgePreserved::MakeupParam bandParam(const CFastEdgePreserved& filter, const FramePlan& plan, const Frame& frame,
                                           const Settings& settings, int band) {
   const auto begin = static_cast<std::ptrdiff_t>(plan.bandBegin(band));
-  const auto groups = static_cast<std::ptrdiff_t>((plan.width + std::int64_t{7}) / 8);
+  const auto groups = static_cast<std::ptrdiff_t>(plan.groups());
   CFastEdgePreserved::MakeupParam p{};
   p.rgbOrder = frame.rgbOrder;
   p.inPlace = plan.inPlace;
   p.yPlane = frame.luma + begin * plan.stride;
   p.yStride = plan.stride;
   p.uvPlane = frame.chroma + begin / 2 * frame.chromaStride;
-  p.uvStride = static_cast<int>(frame.chromaStride);
-  p.outPlane = frame.out + begin * frame.outStride;
-  p.outStride = static_cast<int>(frame.outStride);
+  p.uvStride = frame.chromaStride;
+  p.outStride = plan.inPlace ? 4 * plan.width : frame.outStride;
+  p.outPlane = plan.inPlace ? filter.rgbaBuffer + static_cast<std::ptrdiff_t>(band) * vlvk::kStripRows * p.outStride
+                            : frame.out + begin * p.outStride;
   p.width = plan.width;
   p.rows = static_cast<int>(plan.bandEnd(band) - begin);
   p.radius = plan.reach - 1;
@@ -77,8 +82,8 @@ CFastEdgePreserved::MakeupParam bandParam(const CFastEdgePreserved& filter, cons
   p.colorAdjustIntensity = settings.colorAdjustIntensity;
   p.skinCentre = filter.skinCentre + (frame.rgbOrder ? 1 : 0);
   p.meanPlane = filter.meanBuffer + begin * plan.stride;
-  p.scratchA = filter.scratchA + band * 16 * groups;
-  p.scratchB = filter.scratchB + band * 32 * groups;
+  p.scratchA = filter.scratchA + band * vlvk::kSumBytes * groups;
+  p.scratchB = filter.scratchB + band * vlvk::kSquareBytes * groups;
   if (filter.lineSums != nullptr) {
     p.lineSums = filter.lineSums + band * static_cast<std::ptrdiff_t>(filter.lineSumsSize / plan.bands);
   }
@@ -94,14 +99,19 @@ CFastEdgePreserved::Stage bandStage(const FramePlan& plan, int band) {
   return &CFastEdgePreserved::FastEdgePreservedMid;
 }
 
+void* runWork(void* argument) {
+  auto& work = *static_cast<BandWork*>(argument);
+  vlvk::runBand(*work.plan, work.task);
+  return nullptr;
+}
+
 /// Runs every band on a thread of its own, or here where no thread can be had.
 void runBands(BandWork* work, int count) {
   for (int i = 0; i < count; ++i) {
-    work[i].started =
-        pthread_create(&work[i].thread, nullptr, CFastEdgePreserved::thread_softskin_call, &work[i].task) == 0;
+    work[i].started = pthread_create(&work[i].thread, nullptr, runWork, &work[i]) == 0;
   }
   for (int i = 0; i < count; ++i) {
-    if (!work[i].started) vlvk::runBand(work[i].task);
+    if (!work[i].started) runWork(&work[i]);
   }
   for (int i = 0; i < count; ++i) {
     if (work[i].started) pthread_join(work[i].thread, nullptr);
@@ -117,7 +127,7 @@ void processBands(CFastEdgePreserved& filter, const FramePlan& plan, const Frame
     if (plan.width == 0 || plan.bandBegin(band) >= plan.bandEnd(band)) continue;
     const auto param = bandParam(filter, plan, frame, settings, band);
     if (savesRows) vlvk::saveNeighbourRows(plan, frame.luma, band, param.edgeRows);
-    new (&work[count]) BandWork{{&filter, bandStage(plan, band), band, param, &plan}, {}, false};
+    new (&work[count]) BandWork{{&filter, bandStage(plan, band), band, param}, &plan, {}, false};
     ++count;
   }
   runBands(work, count);
@@ -147,6 +157,7 @@ int CFastEdgePreserved::processVideoInternal(unsigned char* y, int yStride, unsi
                                              int height, unsigned char* out, int outStride, bool order) {
   const int bands = vlvk::loadShared(threadCount);
   if (y == nullptr || uv == nullptr || width < 0 || height < 0 || yStride < width || bands < 1) return -1;
+  if (out == nullptr && width > kWidestInPlace) return -1;
   if (order != rgbOrder) {
     rgbOrder = order;
     vlvk::storeShared(lookupDirty, true);
@@ -157,15 +168,8 @@ int CFastEdgePreserved::processVideoInternal(unsigned char* y, int yStride, unsi
   const int reach = std::max(vlvk::roundUpTo8(vlvk::loadShared(radius)), 0);
   const FramePlan plan{width, height, yStride, reach, bands, out == nullptr};
 
-  const CheckedSize pixelBytes = plan.inPlace ? CheckedSize(width) * 4 * height : CheckedSize(0);
-  if (!vlvk::resizeBuffer(rgbaBuffer, rgbaBufferSize, pixelBytes) ||
-      !vlvk::prepareFrame(*this, plan, settingsChanged, settings.whitenIntensity)) {
-    if (settingsChanged) vlvk::storeShared(lookupDirty, true);
-    return -1;
-  }
-  const Frame frame{
-      y, uv, uvStride, plan.inPlace ? rgbaBuffer : out, plan.inPlace ? std::ptrdiff_t{4} * width : outStride, order};
-  processBands(*this, plan, frame, settings);
+  if (!vlvk::prepareFrame(*this, plan, settingsChanged, settings.whitenIntensity)) return -1;
+  processBands(*this, plan, {y, uv, uvStride, out, outStride, order}, settings);
   return 0;
 }
 

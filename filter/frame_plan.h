@@ -3,15 +3,18 @@
 #define VLVK_FILTER_FRAME_PLAN_H
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
-
-#include "base/arm_math.h"
 
 namespace vlvk {
 
-/// Rows that a worker takes through all steps before it goes on to the next ones, so that they stay in the cache. Even,
-/// for chroma; a divisor of the rows of a band.
+/// Rows that a worker takes through all steps behind the smoothing before it goes on to the next ones, so that they
+/// stay in the cache. Even, for chroma.
 inline constexpr int kStripRows = 8;
+
+/// Kernel scratch for each group of 8 columns: 16-bit column sums, 32-bit sums of squares.
+inline constexpr std::ptrdiff_t kSumBytes = 16;
+inline constexpr std::ptrdiff_t kSquareBytes = 32;
 
 /// The cut of one frame.
 ///
@@ -25,24 +28,33 @@ struct FramePlan {
   int bands;     ///< 1 or more
   bool inPlace;  ///< the result goes back into the frame
 
-  std::int64_t bandRows() const { return (height / bands + 7) & ~std::int64_t{7}; }
+  /// Groups of 8 columns, a last partial one included.
+  std::int64_t groups() const { return (width + std::int64_t{7}) / 8; }
+
+  std::int64_t bandRows() const { return roundUp8(height / bands); }
 
   std::int64_t bandBegin(int band) const { return std::min<std::int64_t>(band * bandRows(), height); }
 
   std::int64_t bandEnd(int band) const { return band == bands - 1 ? height : bandBegin(band + 1); }
 
   /// Rows of context worth keeping: beyond the height of the frame there are only repeats of the edge.
-  std::int64_t contextRows() const { return std::min(reach, roundUpTo8(height)); }
+  std::int64_t contextRows() const { return std::min<std::int64_t>(reach, roundUp8(height)); }
 
-  /// Unsmoothed rows that a band keeps while it overwrites its own: what the sliding box still has to leave behind,
-  /// plus the strip in work.
-  std::int64_t ringRows() const { return contextRows() + kStripRows; }
+  /// Whether the band kernels may be used: they read the rows around a band without asking whether the frame has them,
+  /// and the ones with saved rows need bands of two boxes.
+  bool bandsFitKernels() const {
+    const std::int64_t needed = std::int64_t{reach} * (inPlace ? 2 : 1);
+    return bands > 1 && bandRows() >= needed && height - bandBegin(bands - 1) >= needed;
+  }
 
   /// First row of a band's saved neighbour rows in the edge-row buffer: the top band has contextRows() rows from below
   /// it, the bottom band as many from above it, every other band both.
   std::int64_t savedRowsBegin(int band) const {
     return (band == 0 ? 0 : band == bands - 1 ? 1 : 2 * std::int64_t{band}) * contextRows();
   }
+
+ private:
+  static std::int64_t roundUp8(std::int64_t rows) { return (rows + 7) & ~std::int64_t{7}; }
 };
 
 }  // namespace vlvk

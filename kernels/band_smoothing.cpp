@@ -2,6 +2,7 @@
 #include "kernels/band_smoothing.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 #include "base/arm_math.h"
@@ -27,89 +28,82 @@ struct Band {
   const VKBandScratch* scratch;
 
   int reach() const { return vlvk::roundUpTo8(radius); }
-  const unsigned char* savedRow(int i) const { return scratch->edgeRows + static_cast<std::ptrdiff_t>(i) * stride; }
+  int columns() const { return width & ~7; }
+
+  /// The bottom edge repeats the band's last row; a band shorter than the box repeats the last row that entered first.
+  std::int64_t bottomRow() const { return std::int64_t{std::max(rows, reach())} - 1; }
 };
 
-void smoothBand(const Band& band, const BoxRows& rows) {
-  const int columns = band.width & ~7;
-  if (columns <= 0 || band.rows <= 0) return;
+/// Where rows outside a band come from; the plane itself unless told otherwise.
+struct Surroundings {
+  bool repeatTop = false;
+  bool repeatBottom = false;
+  bool savedAbove = false;
+  bool savedBelow = false;  ///< behind the saved rows above, if there are any
+};
+
+BoxRows boxRows(const Band& band, const Surroundings& around) {
+  BoxRows box{.plane = band.source, .stride = band.stride};
+  if (around.repeatTop) box.firstRow = 0;
+  if (around.repeatBottom) box.lastRow = band.bottomRow();
+  const unsigned char* saved = band.scratch->edgeRows;
+  if (around.savedAbove) {
+    box.above = saved;
+    box.aboveRows = band.reach();
+    saved += static_cast<std::ptrdiff_t>(band.reach()) * band.stride;
+  }
+  if (around.savedBelow) {
+    box.below = saved;
+    box.belowRows = band.reach();
+    box.belowFrom = band.rows - 1;
+  }
+  return box;
+}
+
+void smoothBand(const Band& band, const Surroundings& around) {
+  if (band.columns() <= 0 || band.rows <= 0) return;
   // The record's byte pointers are aligned for the sums they hold.
   auto* sums = static_cast<std::uint16_t*>(static_cast<void*>(band.scratch->scratchA));
   auto* squares = static_cast<std::uint32_t*>(static_cast<void*>(band.scratch->scratchB));
-  BoxSlider slider(sums, squares, columns, band.reach(), band.level);
+  const BoxRows rows = boxRows(band, around);
+  BoxSlider slider(sums, squares, band.columns(), band.reach(), band.level);
   slider.start(rows);
-  slider.smoothRows(rows, rows, 0, band.rows, band.source, band.destination, band.stride);
-}
-
-BoxRows planeRows(const Band& band) {
-  return {.plane = band.source, .stride = band.stride};
-}
-
-/// The bottom edge repeats the band's last row; a band shorter than the box repeats the last row that entered first.
-std::int64_t bottomRow(const Band& band) {
-  return std::int64_t{std::max(band.rows, band.reach())} - 1;
-}
-
-void takeAboveFromSavedRows(const Band& band, BoxRows& rows) {
-  rows.above = band.savedRow(0);
-  rows.aboveRows = band.reach();
-}
-
-void takeBelowFromSavedRows(const Band& band, int firstSavedRow, BoxRows& rows) {
-  rows.below = band.savedRow(firstSavedRow);
-  rows.belowRows = band.reach();
-  rows.belowFrom = band.rows - 1;
+  slider.smoothRows(rows, 0, band.rows, band.source, band.destination, band.stride);
 }
 
 }  // namespace
 
 void MeanTop_Window_Neon(const unsigned char* source, unsigned char* destination, int width, int rows, int stride,
                          int radius, int level, const VKBandScratch* scratch) {
-  const Band band{source, destination, width, rows, stride, radius, level, scratch};
-  BoxRows box = planeRows(band);
-  box.firstRow = 0;
-  smoothBand(band, box);
+  smoothBand({source, destination, width, rows, stride, radius, level, scratch}, {.repeatTop = true});
 }
 
 void MeanMid_Window_Neon(const unsigned char* source, unsigned char* destination, int width, int rows, int stride,
                          int radius, int level, const VKBandScratch* scratch) {
-  const Band band{source, destination, width, rows, stride, radius, level, scratch};
-  smoothBand(band, planeRows(band));
+  smoothBand({source, destination, width, rows, stride, radius, level, scratch}, {});
 }
 
 void MeanBottom_Window_Neon(const unsigned char* source, unsigned char* destination, int width, int rows, int stride,
                             int radius, int level, const VKBandScratch* scratch) {
-  const Band band{source, destination, width, rows, stride, radius, level, scratch};
-  BoxRows box = planeRows(band);
-  box.lastRow = bottomRow(band);
-  smoothBand(band, box);
+  smoothBand({source, destination, width, rows, stride, radius, level, scratch}, {.repeatBottom = true});
 }
 
 void MeanTop_Window_V3_Neon(const unsigned char* source, unsigned char* destination, int width, int rows, int stride,
                             int radius, int level, const VKBandScratch* scratch) {
-  const Band band{source, destination, width, rows, stride, radius, level, scratch};
-  BoxRows box = planeRows(band);
-  box.firstRow = 0;
-  takeBelowFromSavedRows(band, 0, box);
-  smoothBand(band, box);
+  smoothBand({source, destination, width, rows, stride, radius, level, scratch},
+             {.repeatTop = true, .savedBelow = true});
 }
 
 void MeanMid_Window_V3_Neon(const unsigned char* source, unsigned char* destination, int width, int rows, int stride,
                             int radius, int level, const VKBandScratch* scratch) {
-  const Band band{source, destination, width, rows, stride, radius, level, scratch};
-  BoxRows box = planeRows(band);
-  takeAboveFromSavedRows(band, box);
-  takeBelowFromSavedRows(band, band.reach(), box);
-  smoothBand(band, box);
+  smoothBand({source, destination, width, rows, stride, radius, level, scratch},
+             {.savedAbove = true, .savedBelow = true});
 }
 
 void MeanBottom_Window_V3_Neon(const unsigned char* source, unsigned char* destination, int width, int rows, int stride,
                                int radius, int level, const VKBandScratch* scratch) {
-  const Band band{source, destination, width, rows, stride, radius, level, scratch};
-  BoxRows box = planeRows(band);
-  takeAboveFromSavedRows(band, box);
-  box.lastRow = bottomRow(band);
-  smoothBand(band, box);
+  smoothBand({source, destination, width, rows, stride, radius, level, scratch},
+             {.repeatBottom = true, .savedAbove = true});
 }
 
 void MeanLineEx_Neon(unsigned short* columnSums, unsigned int* columnSquares, const unsigned char* addRow,

@@ -9,8 +9,8 @@
 
 namespace vlvk {
 
-/// Maps row indices to memory. Bands at the top, in the middle, at the bottom, with saved neighbours or in a ring
-/// differ in this alone.
+/// Maps row indices to memory. Bands at the top, in the middle, at the bottom and with saved neighbours differ in this
+/// alone.
 ///
 ///     i < 0            above (saved rows) if there are any, otherwise plane
 ///     i >= belowFrom   below (saved rows) if there are any, otherwise plane

@@ -25,11 +25,11 @@ void BoxSlider::start(const BoxRows& rows) {
   }
 }
 
-void BoxSlider::smoothRows(const BoxRows& entering, const BoxRows& leaving, std::int64_t firstRow, int rowCount,
-                           const std::uint8_t* source, std::uint8_t* destination, std::ptrdiff_t stride) {
+void BoxSlider::smoothRows(const BoxRows& rows, std::int64_t firstRow, int rowCount, const std::uint8_t* source,
+                           std::uint8_t* destination, std::ptrdiff_t stride) {
   for (int k = 0; k < rowCount; ++k) {
     const std::int64_t y = firstRow + k;
-    loops_.slideColumnSums(sums_, squares_, entering.row(y + reach_ - 1), leaving.row(y - reach_), columns_);
+    loops_.slideColumnSums(sums_, squares_, rows.row(y + reach_ - 1), rows.row(y - reach_), columns_);
     smoothRow_(sums_, squares_, columns_, source + k * stride, destination + k * stride, reach_ - 1, formula_);
   }
 }

@@ -27,13 +27,14 @@ class BoxSlider {
   /// Slides the box over rows firstRow .. firstRow + rowCount - 1 and smooths each. Calls follow each other without
   /// gaps, from row 0.
   ///
-  /// @param entering     rows that the box reaches: up to row firstRow + rowCount + R - 2
-  /// @param leaving      rows that it leaves behind: from row firstRow - R
+  /// @param rows         what the box reaches, up to row firstRow + rowCount + R - 2, and what it leaves behind, from
+  /// row
+  ///                     firstRow - R
   /// @param source       unsmoothed row `firstRow`
   /// @param destination  smoothed row `firstRow`; `columns` bytes of a row are written
   /// @param stride       bytes between rows of source and destination
-  void smoothRows(const BoxRows& entering, const BoxRows& leaving, std::int64_t firstRow, int rowCount,
-                  const std::uint8_t* source, std::uint8_t* destination, std::ptrdiff_t stride);
+  void smoothRows(const BoxRows& rows, std::int64_t firstRow, int rowCount, const std::uint8_t* source,
+                  std::uint8_t* destination, std::ptrdiff_t stride);
 
  private:
   const RowLoops& loops_;

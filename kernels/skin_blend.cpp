@@ -47,6 +47,7 @@ void blendPlane(const std::uint8_t* unsmoothed, const std::uint8_t* smoothed, st
   const vlvk::RowLoops& loops = vlvk::rowLoops();
   const int grouped = std::max(width, 0) & ~7;
   const int paired = std::max(width, 0) & ~1;
+  if (paired == 0) return;
   for (int pair = 0; pair < height >> 1; ++pair) {
     loops.blendRowPair(unsmoothed, unsmoothed + stride, smoothed, smoothed + stride, out, out + stride, chroma, grouped,
                        weights.vector, weights.centre);

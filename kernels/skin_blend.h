@@ -29,7 +29,7 @@ extern "C" {
 /// @param width         luma columns
 /// @param height        luma rows; height >> 1 row pairs are blended
 /// @param reserved      not read
-/// @param table         48 bytes as calcSkinProbilityInterleavingTable8x8x4_8x8x2 writes them
+/// @param table         48 bytes as calcSkinProbilityInterleavingTable8x8x4_8x8x2 writes them, none above 64
 /// @param centre        two values: centre of the first and second byte of a pair, taken modulo 256
 VLVK_API void MeanBlendImageWithSkin(const unsigned char* unsmoothed, int stride, unsigned char* smoothed,
                                      const unsigned char* chroma, int chromaStride, int width, int height, int reserved,
