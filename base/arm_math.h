@@ -28,7 +28,7 @@ constexpr Integer truncSaturate(Float value) {
   // Both bounds + 1 are powers of two (or zero) and so exact in every float type.
   constexpr Float kEnd = static_cast<Float>(static_cast<double>(std::numeric_limits<Integer>::max()) + 1.0);
   constexpr Float kBegin = static_cast<Float>(std::numeric_limits<Integer>::min());
-  if (value != value) return 0;
+  if (value != value) return 0;  // NOLINT(misc-redundant-expression): NaN
   if (value >= kEnd) return std::numeric_limits<Integer>::max();
   if (value <= kBegin) return std::numeric_limits<Integer>::min();
   return static_cast<Integer>(value);

@@ -60,9 +60,9 @@ class VLVK_API CFastEdgePreserved {
     MakeupParam param;
   };
 
-  /// @param threadCount  bands and worker threads of a frame, 1 or more
-  /// @param loader       source of "adjust.vlk"; not owned; null is a loader that never has it
-  CFastEdgePreserved(int threadCount, IBeautyResourceLoader* loader);
+  /// @param bands           bands and worker threads of a frame, 1 or more
+  /// @param resourceLoader  source of "adjust.vlk"; not owned; null is a loader that never has it
+  CFastEdgePreserved(int bands, IBeautyResourceLoader* resourceLoader);
   CFastEdgePreserved(const CFastEdgePreserved&) = delete;
   CFastEdgePreserved& operator=(const CFastEdgePreserved&) = delete;
 

@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that this project needs and this machine lacks.
+#
+#   bash scripts/setup.sh [PURPOSE...]
+#
+# Purposes, without any of them program: program, test, check (layout and lint), bench.
+set -euo pipefail
+
+packages=(cmake g++ make)
+for purpose in "${@:-program}"; do
+  case "$purpose" in
+    program) packages+=(libcli11-dev libjpeg62-turbo-dev libpng-dev) ;;
+    test) packages+=(libgtest-dev) ;;
+    check) packages+=(clang-format clang-tidy) ;;
+    bench) packages+=(libbenchmark-dev) ;;
+    *)
+      echo "setup.sh: unknown purpose '$purpose'" >&2
+      exit 2
+      ;;
+  esac
+done
+
+if ! command -v apt-get >/dev/null; then
+  echo "setup.sh: no apt-get here; needed are what Debian calls ${packages[*]}" >&2
+  exit 0
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || {
+    echo "setup.sh: install these as root, then try again: ${missing[*]}" >&2
+    exit 1
+  }
+  as_root=(sudo)
+fi
+
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+quietly() {
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive "$@" >"$log" 2>&1 </dev/null || {
+    cat "$log" >&2
+    exit 1
+  }
+}
+
+echo "Installing ${missing[*]}"
+quietly apt-get -o DPkg::Lock::Timeout=300 update
+quietly apt-get -o DPkg::Lock::Timeout=300 install -y --no-install-recommends "${missing[@]}"

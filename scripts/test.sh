@@ -1,0 +1,77 @@
+#!/usr/bin/env bash
+# Tests and checks of the whole project.
+#
+#   bash scripts/test.sh             every step below
+#   bash scripts/test.sh quick       the first step only
+#   bash scripts/test.sh STEP...     some steps
+#
+#   release   build with optimisation, warnings being errors, and run the tests
+#   sample    build the program and beautify the sample picture
+#   readme    compile and run the examples of the README
+#   asan      build with the address and undefined-behaviour sanitizers and run the tests
+#   tsan      build with the thread sanitizer and run the tests
+#   format    layout of the sources (clang-format)
+#   tidy      lint of the sources (clang-tidy)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
+export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
+
+all_steps=(release sample readme asan tsan format tidy)
+
+# Runs a command with its output in a log, which is shown where the command fails.
+quietly() {
+  "$@" >out/test.log 2>&1 || {
+    cat out/test.log >&2
+    return 1
+  }
+}
+
+# Sanitizers lay out memory themselves, which some kernels' address randomisation gets in the way of.
+fixed_addresses() {
+  if setarch -R true 2>/dev/null; then setarch -R "$@"; else "$@"; fi
+}
+
+build() {
+  quietly cmake --preset "$1"
+  quietly fixed_addresses cmake --build --preset "$1"
+}
+
+build_and_test() {
+  build "$1"
+  quietly fixed_addresses ctest --preset "$1"
+  sed -n '/tests passed/,$p' out/test.log
+}
+
+step_release() { build_and_test release; }
+step_sample() { bash scripts/try.sh; }
+step_readme() { bash scripts/check_readme.sh; }
+step_asan() { build_and_test asan; }
+step_tsan() { build_and_test tsan; }
+step_format() { bash scripts/format.sh --check; }
+step_tidy() {
+  quietly cmake --preset release
+  bash scripts/tidy.sh
+}
+
+steps=("$@")
+[ $# -gt 0 ] || steps=("${all_steps[@]}")
+[ "${steps[*]}" != quick ] || steps=(release)
+for step in "${steps[@]}"; do
+  [[ " ${all_steps[*]} " == *" $step "* ]] || {
+    echo "test.sh: no step '$step'; there are: quick ${all_steps[*]}" >&2
+    exit 2
+  }
+done
+
+mkdir -p out
+purposes=(program test)
+[[ " ${steps[*]} " != *" format "* && " ${steps[*]} " != *" tidy "* ]] || purposes+=(check)
+bash scripts/setup.sh "${purposes[@]}"
+for step in "${steps[@]}"; do
+  echo "== $step"
+  begin=$SECONDS
+  "step_$step"
+  echo "== $step passed ($((SECONDS - begin)) s)"
+done
+echo "All steps passed: ${steps[*]}"
