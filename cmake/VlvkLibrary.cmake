@@ -6,7 +6,11 @@ set(VLVK_LIBRARY_SOURCES
   base/export.h
   base/shared_field.h
   bindings/IBeautyResourceLoader.h
+  bindings/resource_file.cpp
+  bindings/resource_file.h
   convert/bt601.h
+  convert/odd_edge.cpp
+  convert/odd_edge.h
   convert/pixel_orders.h
   convert/rgb_to_yuv.cpp
   convert/rgb_to_yuv.h
@@ -79,8 +83,39 @@ elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
   endif()
 endif()
 
+# The Java bindings, where there is a jni.h: a JDK's, or one in the toolchain's own folders (Android).
+find_package(Java QUIET COMPONENTS Development)
+get_filename_component(VLVK_JDK "${Java_JAVAC_EXECUTABLE}" REALPATH)
+get_filename_component(VLVK_JDK "${VLVK_JDK}/../.." ABSOLUTE)
+find_path(VLVK_JNI_INCLUDE jni.h HINTS ENV JAVA_HOME HINTS ${VLVK_JDK} PATH_SUFFIXES include NO_CMAKE_FIND_ROOT_PATH)
+find_path(VLVK_JNI_MD_INCLUDE jni_md.h HINTS ${VLVK_JNI_INCLUDE}/linux NO_DEFAULT_PATH)
+if(VLVK_JNI_INCLUDE)
+  list(APPEND VLVK_LIBRARY_SOURCES
+    bindings/CMakeupEngine3.cpp
+    bindings/CMakeupEngine3.h
+    bindings/android_bitmap.h
+    bindings/engine_handle.h
+    bindings/java_resource.cpp
+    bindings/java_resource.h
+    bindings/jni_library.cpp
+    bindings/jni_library.h
+    bindings/low_memory.cpp
+    bindings/low_memory.h
+    bindings/makeup_bitmap.cpp
+    bindings/makeup_entry_points.cpp
+    bindings/makeup_entry_points.h)
+else()
+  message(STATUS "The library is built without Java bindings, missing: jni.h")
+endif()
+
 add_library(vlvk_objects OBJECT ${VLVK_LIBRARY_SOURCES})
 target_include_directories(vlvk_objects PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
+if(VLVK_JNI_INCLUDE)
+  target_include_directories(vlvk_objects SYSTEM PUBLIC $<BUILD_INTERFACE:${VLVK_JNI_INCLUDE}>)
+  if(VLVK_JNI_MD_INCLUDE)  # desktop JDKs keep it in a folder of its own
+    target_include_directories(vlvk_objects SYSTEM PUBLIC $<BUILD_INTERFACE:${VLVK_JNI_MD_INCLUDE}>)
+  endif()
+endif()
 set_target_properties(vlvk_objects PROPERTIES
   POSITION_INDEPENDENT_CODE ON
   CXX_VISIBILITY_PRESET hidden

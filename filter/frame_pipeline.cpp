@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <new>
 
 #include "base/arm_math.h"
 #include "base/checked_size.h"
 #include "base/shared_field.h"
+#include "convert/odd_edge.h"
 #include "convert/rgb_to_yuv.h"
 #include "filter/CFastEdgePreserved.h"
 #include "filter/band_worker.h"
@@ -133,18 +133,6 @@ void processBands(CFastEdgePreserved& filter, const FramePlan& plan, const Frame
   runBands(work, count);
 }
 
-/// Repeats the last converted luma column and row where an odd size left one unconverted.
-void repeatOddEdge(unsigned char* luma, std::ptrdiff_t stride, int width, int height) {
-  if (width % 2 != 0 && width > 1) {
-    for (std::ptrdiff_t y = 0; y < height; ++y)
-      luma[y * stride + width - 1] = luma[y * stride + width - 2];
-  }
-  if (height % 2 != 0 && height > 1) {
-    unsigned char* last = luma + (height - 1) * stride;
-    std::memcpy(last, last - stride, static_cast<std::size_t>(width));
-  }
-}
-
 }  // namespace
 
 int CFastEdgePreserved::processVideo(unsigned char* y, int /*yStride*/, unsigned char* uv, int /*uvStride*/, int width,
@@ -185,6 +173,6 @@ int CFastEdgePreserved::processBGRAVideo(unsigned char* bgra, int width, int hei
   unsigned char* luma = nv12Scratch != nullptr ? nv12Scratch : &none;
   unsigned char* chroma = luma + static_cast<std::ptrdiff_t>(aligned) * height;
   VKBGRAToNV12_NeonCall(bgra, stride, luma, aligned, chroma, aligned, width, height);
-  repeatOddEdge(luma, aligned, width, height);
+  vlvk::repeatOddEdge(luma, aligned, width, height);
   return processVideoInternal(luma, aligned, chroma, aligned, width, height, out, outStride, false);
 }

@@ -1,0 +1,39 @@
+/// See CMakeupEngine3.h.
+#include "bindings/CMakeupEngine3.h"
+
+#include "bindings/java_resource.h"
+#include "bindings/low_memory.h"
+#include "filter/CFastEdgePreserved.h"
+
+CMakeupEngine3::CMakeupEngine3() : filter(new CFastEdgePreserved(4, this)), jniEnv(nullptr), loaderRef(nullptr) {}
+
+CMakeupEngine3::~CMakeupEngine3() {
+  if (jniEnv != nullptr && loaderRef != nullptr) jniEnv->DeleteWeakGlobalRef(loaderRef);
+  jniEnv = nullptr;
+  loaderRef = nullptr;
+}
+
+int CMakeupEngine3::InitializeWithEnv(JNIEnv* env, jobject loader) {
+  jniEnv = env;
+  loaderRef = env->NewWeakGlobalRef(loader);
+  return 1;
+}
+
+int CMakeupEngine3::getResFromName(const char* name, unsigned char* dst) {
+  if (jniEnv == nullptr || loaderRef == nullptr) return -1;
+  return vlvk::readJavaResource(jniEnv, loaderRef, name, dst);
+}
+
+int CMakeupEngine3::processVideo(unsigned char* yuv, int width, int height, unsigned char* out, int outStride) {
+  if (yuv == nullptr) return -1;
+  unsigned char* chroma = yuv + static_cast<std::ptrdiff_t>(height) * width;
+  return filter->processVideo(yuv, width, chroma, width, width, height, out, outStride, true);
+}
+
+void* CMakeupEngine3::operator new(std::size_t size) noexcept {
+  return vlvk::allocateLow(size);
+}
+
+void CMakeupEngine3::operator delete(void* memory, std::size_t size) noexcept {
+  vlvk::releaseLow(memory, size);
+}

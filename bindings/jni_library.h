@@ -1,0 +1,23 @@
+/// What the Java virtual machine calls when it loads and unloads the library.
+#ifndef VLVK_BINDINGS_JNI_LIBRARY_H
+#define VLVK_BINDINGS_JNI_LIBRARY_H
+
+#include <jni.h>
+
+#include "base/export.h"
+
+/// The virtual machine that loaded the library; null before. Never cleared.
+extern JavaVM* cached_jvm;
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// The JNIEnv of the calling thread, or null: not attached, or before the library was loaded by a virtual machine.
+VLVK_API JNIEnv* JNU_GetEnv(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,65 @@
+/// The entry point for Android bitmaps.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+
+#include "base/checked_size.h"
+#include "bindings/android_bitmap.h"
+#include "bindings/engine_handle.h"
+#include "bindings/makeup_entry_points.h"
+#include "convert/odd_edge.h"
+#include "convert/rgb_to_yuv.h"
+
+namespace {
+
+constexpr std::int32_t kRgba8888 = 1;
+
+bool platformHasBitmaps() {
+  return AndroidBitmap_getInfo != nullptr && AndroidBitmap_lockPixels != nullptr &&
+         AndroidBitmap_unlockPixels != nullptr;
+}
+
+bool fitsInt(const AndroidBitmapInfo& info) {
+  constexpr std::uint32_t kLargest = std::numeric_limits<std::int32_t>::max();
+  return info.width <= kLargest && info.height <= kLargest && info.stride <= kLargest;
+}
+
+struct FreeMemory {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
+/// Runs the engine over locked pixels, by way of an NV21 frame. Returns false when there is no memory for that.
+bool processPixels(CMakeupEngine3& engine, unsigned char* pixels, const AndroidBitmapInfo& info) {
+  if (!fitsInt(info)) return false;
+  const auto width = static_cast<int>(info.width);
+  const auto height = static_cast<int>(info.height);
+  const auto stride = static_cast<int>(info.stride);
+  const vlvk::CheckedSize lumaSize = vlvk::CheckedSize(width) * height;
+  const vlvk::CheckedSize frameSize = lumaSize + vlvk::CheckedSize(width) * ((height + 1LL) / 2);
+  if (!frameSize.fits()) return false;
+  // Never empty, so that null means no memory. Zeroed: a single row or column has no converted neighbour.
+  const std::unique_ptr<void, FreeMemory> frame(std::calloc(frameSize.bytes() + 1, 1));
+  if (frame == nullptr) return false;
+  auto* luma = static_cast<unsigned char*>(frame.get());
+  VKRGBAToNV21_NeonCall(pixels, stride, luma, width, luma + lumaSize.bytes(), width, width, height);
+  vlvk::repeatOddEdge(luma, width, width, height);
+  engine.processVideo(luma, width, height, pixels, stride);  // what it returns is not the bitmap's concern
+  return true;
+}
+
+}  // namespace
+
+jint makeup_ProcessBitmap3(JNIEnv* env, jobject /*thiz*/, jlong handle, jobject bitmap) {
+  if (!platformHasBitmaps()) return -1;
+  AndroidBitmapInfo info{};
+  AndroidBitmap_getInfo(env, bitmap, &info);
+  if (info.format != kRgba8888) return -1;
+  void* pixels = nullptr;
+  AndroidBitmap_lockPixels(env, bitmap, &pixels);
+  if (pixels == nullptr) return -1;
+  const bool processed = processPixels(*vlvk::engineOf(handle), static_cast<unsigned char*>(pixels), info);
+  const int unlocked = AndroidBitmap_unlockPixels(env, bitmap);
+  return processed ? unlocked : -1;
+}

@@ -1,0 +1,56 @@
+/// The entry points of Java and of native hosts. Handles stand for engines.
+///
+/// A handle is the engine's address, of which the low 32 bits count, sign-extended to 64 bits; 0 stands for no engine.
+/// No function but makeup_Uninit checks for it. `thiz` is never used. All calls of one engine belong to the thread that
+/// created it; different engines are independent.
+#ifndef VLVK_BINDINGS_MAKEUP_ENTRY_POINTS_H
+#define VLVK_BINDINGS_MAKEUP_ENTRY_POINTS_H
+
+#include <jni.h>
+
+#include "base/export.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Creates an engine that loads its resources through `loader`, an object with a method
+/// `InputStream loadFromName(String)`. Returns its handle, or 0 when there is no memory for it.
+VLVK_API jlong makeup_Init(JNIEnv* env, jobject thiz, jobject loader);
+
+/// Destroys an engine; its filter stays allocated. The handle is invalid from here on.
+VLVK_API void makeup_Uninit(JNIEnv* env, jobject thiz, jlong handle);
+
+/// Settings of the engine's filter, see CFastEdgePreserved. Any thread.
+VLVK_API void makeup_setWhitenIntensity(JNIEnv* env, jobject thiz, jlong handle, jint value);
+VLVK_API void makeup_setSoftenSkinIntensity(JNIEnv* env, jobject thiz, jlong handle, jint value);
+VLVK_API void makeup_setColorAdjustIntensity(JNIEnv* env, jobject thiz, jlong handle, jint value);
+VLVK_API void makeup_setRaduis(JNIEnv* env, jobject thiz, jlong handle, jint radius);
+
+/// Does nothing.
+VLVK_API void makeup_setOutputSize(JNIEnv* env, jobject thiz, jlong handle, jint width, jint height);
+
+/// Processes an NV21 frame in place.
+///
+/// @param nv21  width * height luma bytes, then (height + 1) / 2 rows of `width` chroma bytes; the length is not
+/// checked
+/// @return 0, or -1 with the frame unchanged: negative size, no memory, array that cannot be pinned
+VLVK_API jint makeup_ProcessVideo2(JNIEnv* env, jobject thiz, jlong handle, jbyteArray nv21, jint width, jint height);
+
+/// Processes an NV21 frame into RGBA pixels (bytes R, G, B, A in memory), one int each; the frame is only read.
+///
+/// @param rgbaOut  width * height ints; an odd last column or row is not converted
+VLVK_API jint makeup_ProcessVideo3(JNIEnv* env, jobject thiz, jlong handle, jbyteArray nv21, jint width, jint height,
+                                   jintArray rgbaOut);
+
+/// Processes an Android RGBA_8888 bitmap in place.
+///
+/// @return what unlocking the bitmap returned (0), or -1: another format, pixels that cannot be locked, no memory, or a
+///         platform without Android's bitmap functions
+VLVK_API jint makeup_ProcessBitmap3(JNIEnv* env, jobject thiz, jlong handle, jobject bitmap);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
