@@ -68,14 +68,14 @@ TEST_F(ColorAdjust, EveryMappingChangesTheBandAsTheModelDoes) {
   Random random(21);
   for (const bool rgbOrder : {true, false}) {
     for (const Settings& settings : kMappings) {
+      build(settings.whiten, rgbOrder);
+      const model::Tables tables = model::buildTables(noisePicture().payload, settings.whiten, rgbOrder);
+      const Mapping mapping = model::mappingFor(settings.whiten, settings.colorAdjust);
       for (const auto& [variant, inPlace] : {std::pair{0, false}, {0, true}, {1, false}, {1, true}, {2, true}}) {
         for (const auto& [width, rows] : {std::pair{37, 5}, {16, 2}, {1, 1}, {0, 3}, {-4, 3}, {5, 0}, {5, -2}}) {
           SCOPED_TRACE(testing::Message() << "whiten " << settings.whiten << ", colorAdjust " << settings.colorAdjust
                                           << ", variant " << variant << ", inPlace " << inPlace << ", " << width
                                           << " x " << rows << (rgbOrder ? " RGBA" : " BGRA"));
-          build(settings.whiten, rgbOrder);
-          const model::Tables tables = model::buildTables(noisePicture().payload, settings.whiten, rgbOrder);
-          const Mapping mapping = model::mappingFor(settings.whiten, settings.colorAdjust);
           const bool separate = variant == 1 && inPlace;
           const Plane band(37 * 4, 5, 37 * 4 + 9, Guard::kBehind, Content::kNoise, random);
           const Plane target(37 * 4, 5, 37 * 4 + 22, Guard::kBehind, Content::kNoise, random);

@@ -196,24 +196,28 @@ TEST_P(FailingFrames, AFrameStartsItsThreadsAndASteadyOneAllocatesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(Kinds, FailingFrames, testing::ValuesIn(kKinds));
 
-TEST(FrameMemory, DoesNotGrowWithTheNumberOfFrames) {
+TEST(FrameMemory, NeitherGrowsWithTheNumberOfFramesNorOutlivesTheFilter) {
   Random random(54);
   Frame steady(Kind::kInPlace, 64, 48, true, random);
   Frame first(Kind::kBgra, 90, 40, false, random);
   Frame second(Kind::kToPixels, 33, 70, true, random);
+  Rig(4).check(steady);  // the C library keeps something of its first threads
   for (const bool mixed : {false, true}) {
-    Rig rig(4);
-    long long settled = 0;
-    constexpr int kRounds = 200;
-    for (int round = 0; round < kRounds; ++round) {
-      for (Frame* frame : {&steady, &first, &second}) {
-        if (!mixed && frame != &steady) continue;
+    const long long before = liveBytes;
+    {
+      Rig rig(4);
+      long long settled = 0;
+      constexpr int kRounds = 200;
+      for (int round = 0; round < kRounds; ++round) {
         if (mixed) rig.filter.radius = round % 2 == 0 ? 20 : 40;
-        EXPECT_EQ(frame->run(rig.filter), 0);
+        EXPECT_EQ(steady.run(rig.filter), 0);
+        const int others = mixed ? first.run(rig.filter) + second.run(rig.filter) : 0;
+        EXPECT_EQ(others, 0);
+        if (round == 9) settled = liveBytes;
       }
-      if (round == 9) settled = liveBytes;
+      EXPECT_EQ(liveBytes, settled) << (mixed ? "frames of changing size and kind" : "one kind of frame");
     }
-    EXPECT_EQ(liveBytes, settled) << (mixed ? "frames of changing size and kind" : "one kind of frame");
+    EXPECT_EQ(liveBytes, before) << "left behind by a filter";
   }
 }
 

@@ -52,6 +52,7 @@ const model::Resource& noisePicture() {
 
 int Loader::getResFromName(const char* name, unsigned char* dst) {
   ++calls;
+  onCall();
   EXPECT_STREQ(name, "adjust.vlk");
   if (!resource_->present) return -1;
   std::copy(resource_->payload.begin(), resource_->payload.end(), dst);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,7 @@ class Loader final : public IBeautyResourceLoader {
   explicit Loader(const model::Resource* resource) : resource_(resource) {}
   int getResFromName(const char* name, unsigned char* dst) override;
   int calls = 0;
+  std::function<void()> onCall = [] {};  ///< a host that is up to something in the middle of a frame
 
  private:
   const model::Resource* resource_;
