@@ -36,8 +36,6 @@ set(VLVK_LIBRARY_SOURCES
   kernels/band_smoothing.h
   kernels/blend_rows.h
   kernels/box_rows.h
-  kernels/box_slider.cpp
-  kernels/box_slider.h
   kernels/pixel_formula.cpp
   kernels/pixel_formula.h
   kernels/skin_blend.cpp
@@ -45,6 +43,9 @@ set(VLVK_LIBRARY_SOURCES
   kernels/skin_table_layout.h
   kernels/skin_tables.cpp
   kernels/skin_tables.h
+  kernels/sliding_box.h
+  kernels/smooth_plane.cpp
+  kernels/smooth_plane.h
   kernels/smooth_rows.h
   simd/inline.h
   simd/reciprocal_estimate.h

@@ -10,8 +10,8 @@
 #include "convert/yuv_to_rgb.h"
 #include "kernels/band_smoothing.h"
 #include "kernels/box_rows.h"
-#include "kernels/box_slider.h"
 #include "kernels/skin_blend.h"
+#include "kernels/smooth_plane.h"
 
 namespace vlvk {
 
@@ -95,12 +95,8 @@ void smoothBand(const FramePlan& plan, BandTask& task) {
     (task.owner->*task.stage)(&p, p.meanPlane);
     return;
   }
-  BoxSlider slider(static_cast<std::uint16_t*>(static_cast<void*>(p.scratchA)),
-                   static_cast<std::uint32_t*>(static_cast<void*>(p.scratchB)), p.width & ~7, plan.reach,
-                   p.softenLevel);
-  const BoxRows rows = rowsAround(plan, task);
-  slider.start(rows);
-  slider.smoothRows(rows, 0, p.rows, p.yPlane, p.meanPlane, p.yStride);
+  smoothRows(columnSumsIn(p.scratchA, p.scratchB, p.width & ~7), rowsAround(plan, task), plan.reach, p.softenLevel,
+             p.rows, p.yPlane, p.meanPlane, p.yStride);
 }
 
 /// The part of a band's order that covers `rows` rows from row y on. The pixels of an in-place frame are not kept, so

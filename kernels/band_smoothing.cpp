@@ -7,14 +7,13 @@
 
 #include "base/arm_math.h"
 #include "kernels/box_rows.h"
-#include "kernels/box_slider.h"
 #include "kernels/pixel_formula.h"
+#include "kernels/smooth_plane.h"
 #include "targets/row_loops.h"
 
 namespace {
 
 using vlvk::BoxRows;
-using vlvk::BoxSlider;
 
 /// The arguments that every band kernel hands on.
 struct Band {
@@ -62,13 +61,9 @@ BoxRows boxRows(const Band& band, const Surroundings& around) {
 
 void smoothBand(const Band& band, const Surroundings& around) {
   if (band.columns() <= 0 || band.rows <= 0) return;
-  // The record's byte pointers are aligned for the sums they hold.
-  auto* sums = static_cast<std::uint16_t*>(static_cast<void*>(band.scratch->scratchA));
-  auto* squares = static_cast<std::uint32_t*>(static_cast<void*>(band.scratch->scratchB));
-  const BoxRows rows = boxRows(band, around);
-  BoxSlider slider(sums, squares, band.columns(), band.reach(), band.level);
-  slider.start(rows);
-  slider.smoothRows(rows, 0, band.rows, band.source, band.destination, band.stride);
+  vlvk::smoothRows(vlvk::columnSumsIn(band.scratch->scratchA, band.scratch->scratchB, band.columns()),
+                   boxRows(band, around), band.reach(), band.level, band.rows, band.source, band.destination,
+                   band.stride);
 }
 
 }  // namespace
