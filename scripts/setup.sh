@@ -3,14 +3,15 @@
 #
 #   bash scripts/setup.sh [PURPOSE...]
 #
-# Purposes, without any of them program: program, test, check (layout and lint), bench.
+# Purposes, without any of them program: program, test, java, check (layout and lint), bench.
 set -euo pipefail
 
 packages=(cmake g++ make)
 for purpose in "${@:-program}"; do
   case "$purpose" in
     program) packages+=(libcli11-dev libjpeg62-turbo-dev libpng-dev) ;;
-    test) packages+=(libgtest-dev) ;;
+    test) packages+=(default-jdk-headless junit4 libgtest-dev) ;;
+    java) packages+=(default-jdk-headless) ;;
     check) packages+=(clang-format clang-tidy) ;;
     bench) packages+=(libbenchmark-dev) ;;
     *)

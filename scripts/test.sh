@@ -7,6 +7,7 @@
 #
 #   release   build with optimisation, warnings being errors, and run the tests
 #   sample    build the program and beautify the sample picture
+#   java      build the Java classes, their pages and the Java example, and beautify the sample picture with it
 #   readme    compile and run the examples of the README
 #   asan      build with the address and undefined-behaviour sanitizers and run the tests
 #   tsan      build with the thread sanitizer and run the tests
@@ -17,7 +18,7 @@ cd "$(dirname "$0")/.."
 export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
 export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
 
-all_steps=(release sample readme asan tsan format tidy)
+all_steps=(release sample java readme asan tsan format tidy)
 
 # Runs a command with its output in a log, which is shown where the command fails.
 quietly() {
@@ -45,6 +46,10 @@ build_and_test() {
 
 step_release() { build_and_test release; }
 step_sample() { bash scripts/try.sh; }
+step_java() {
+  bash scripts/try_java.sh
+  quietly cmake --build build-try-java --target vlvk_javadoc
+}
 step_readme() { bash scripts/check_readme.sh; }
 step_asan() { build_and_test asan; }
 step_tsan() { build_and_test tsan; }
