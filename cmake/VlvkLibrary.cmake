@@ -4,6 +4,7 @@ set(VLVK_LIBRARY_SOURCES
   base/arm_math.h
   base/checked_size.h
   base/export.h
+  base/scratch_memory.h
   base/shared_field.h
   bindings/IBeautyResourceLoader.h
   bindings/resource_file.cpp
@@ -23,6 +24,8 @@ set(VLVK_LIBRARY_SOURCES
   filter/band_worker.cpp
   filter/band_worker.h
   filter/color_adjust.cpp
+  filter/color_picture.cpp
+  filter/color_picture.h
   filter/color_table.cpp
   filter/color_table.h
   filter/frame_buffers.cpp
@@ -32,12 +35,21 @@ set(VLVK_LIBRARY_SOURCES
   filter/timeb.h
   filter/tone_curves.cpp
   filter/tone_curves.h
+  kernels/alt/integral_mean.cpp
+  kernels/alt/integral_mean.h
+  kernels/alt/line_mean.cpp
+  kernels/alt/line_mean.h
+  kernels/alt/mean_var_blend.cpp
+  kernels/alt/mean_var_blend.h
+  kernels/alt/statistics_rows.h
   kernels/band_smoothing.cpp
   kernels/band_smoothing.h
   kernels/blend_rows.h
   kernels/box_rows.h
   kernels/pixel_formula.cpp
   kernels/pixel_formula.h
+  kernels/reference_filter.cpp
+  kernels/reference_filter.h
   kernels/skin_blend.cpp
   kernels/skin_blend.h
   kernels/skin_table_layout.h
@@ -79,9 +91,6 @@ elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
   list(APPEND VLVK_LIBRARY_SOURCES
     simd/neon.h
     targets/row_loops_neon.cpp)
-  if(VLVK_PROCESSOR_ARM)
-    set_source_files_properties(targets/row_loops.cpp targets/row_loops_neon.cpp PROPERTIES COMPILE_OPTIONS -mfpu=neon)
-  endif()
 endif()
 
 # The Java bindings, where there is a jni.h: a JDK's, or one in the toolchain's own folders (Android).
@@ -122,6 +131,10 @@ set_target_properties(vlvk_objects PROPERTIES
   CXX_VISIBILITY_PRESET hidden
   VISIBILITY_INLINES_HIDDEN ON)
 vlvk_set_warnings(vlvk_objects)
+if(VLVK_PROCESSOR_ARM)
+  # Callers hand over vectors in NEON registers.
+  target_compile_options(vlvk_objects PUBLIC -mfpu=neon)
+endif()
 target_link_libraries(vlvk_objects PUBLIC Threads::Threads)
 
 add_library(VLVKMakeupEngine SHARED)

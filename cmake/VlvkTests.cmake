@@ -44,6 +44,8 @@ endif()
 add_executable(vlvk_tests
   tests/naive/naive.cpp
   tests/naive/naive.h
+  tests/support/box_planes.cpp
+  tests/support/box_planes.h
   tests/support/guarded_buffer.cpp
   tests/support/guarded_buffer.h
   tests/support/plane.cpp
@@ -57,10 +59,17 @@ add_executable(vlvk_tests
   tests/band_smoothing_test.cpp
   tests/conversions_test.cpp
   tests/float_ops_test.cpp
+  tests/integral_mean_test.cpp
+  tests/line_mean_test.cpp
+  tests/mean_var_blend_test.cpp
   tests/pinned_values_test.cpp
+  tests/reference_filter_test.cpp
   tests/skin_blend_test.cpp
   tests/skin_tables_test.cpp
   tests/targets_test.cpp
+
+  # Bindings.
+  tests/resource_file_test.cpp
 
   # Filter.
   tests/color_adjust_test.cpp
@@ -73,19 +82,43 @@ add_executable(vlvk_tests
   tests/frame_support.h
   tests/frame_test.cpp
 )
+if(VLVK_JNI_INCLUDE)
+  target_sources(vlvk_tests PRIVATE tests/bindings_without_bitmaps_test.cpp)
+endif()
 target_link_libraries(vlvk_tests PRIVATE vlvk_objects ${VLVK_VOCABULARY_OBJECTS} GTest::gtest GTest::gtest_main)
 vlvk_set_warnings(vlvk_tests)
 
 include(GoogleTest)
 gtest_discover_tests(vlvk_tests DISCOVERY_TIMEOUT 120)
 
+# The Java bindings, with a virtual machine and bitmaps that the executable provides.
+if(VLVK_JNI_INCLUDE)
+  add_executable(vlvk_bindings_tests
+    tests/bindings_bitmap_test.cpp
+    tests/bindings_engine.h
+    tests/bindings_fake_jni.cpp
+    tests/bindings_fake_jni.h
+    tests/bindings_test.cpp
+    tests/support/guarded_buffer.cpp
+    tests/support/plane.cpp
+    tests/support/random_content.cpp
+  )
+  target_include_directories(vlvk_bindings_tests SYSTEM PRIVATE
+    $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
+  target_link_libraries(vlvk_bindings_tests PRIVATE VLVKMakeupEngine GTest::gtest GTest::gtest_main)
+  vlvk_set_warnings(vlvk_bindings_tests)
+  gtest_discover_tests(vlvk_bindings_tests DISCOVERY_TIMEOUT 120)
+endif()
+
 # The desktop program, run as a process, where it is built.
 if(TARGET vlvk-makeup)
   add_executable(vlvk_tool_tests
-    tests/resource_file_test.cpp
+    tests/tool_directory.cpp
+    tests/tool_directory.h
     tests/tool_photo_test.cpp
     tests/tool_support.cpp
     tests/tool_support.h
+    tests/tool_table_test.cpp
   )
   target_compile_definitions(vlvk_tool_tests PRIVATE
     VLVK_TOOL_PROGRAM="$<TARGET_FILE:vlvk-makeup>"

@@ -23,6 +23,8 @@ endif()
 add_library(vlvk_tool STATIC
   bindings/resource_file.cpp
   bindings/resource_file.h
+  filter/color_picture.cpp
+  filter/color_picture.h
   tools/beautify.cpp
   tools/beautify.h
   tools/error.h
@@ -44,6 +46,10 @@ add_library(vlvk_tool STATIC
   tools/picture_file.h
   tools/png_file.cpp
   tools/png_file.h
+  tools/standard_output.cpp
+  tools/standard_output.h
+  tools/table.cpp
+  tools/table.h
   tools/table_file.cpp
   tools/table_file.h
 )

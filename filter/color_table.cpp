@@ -11,19 +11,11 @@ namespace vlvk {
 
 namespace {
 
-constexpr int kLevels = 64;  // of each channel
-constexpr int kTilesPerRow = kColorPictureSide / kLevels;
-
-/// A 6-bit channel as 8 bits.
-unsigned char fullScale(int level) {
-  return static_cast<unsigned char>((level * 255 + (kLevels - 1) / 2) / (kLevels - 1));
-}
-
 /// Byte of the table for the picture's pixel at column x, row y.
 std::size_t tableOffset(int x, int y) {
-  const int tile = y / kLevels * kTilesPerRow + x / kLevels;
-  return (static_cast<std::size_t>(tile) * kLevels * kLevels + static_cast<std::size_t>(y % kLevels) * kLevels +
-          static_cast<std::size_t>(x % kLevels)) *
+  const int tile = y / kColorLevels * kColorTilesPerRow + x / kColorLevels;
+  return (static_cast<std::size_t>(tile) * kColorLevels * kColorLevels +
+          static_cast<std::size_t>(y % kColorLevels) * kColorLevels + static_cast<std::size_t>(x % kColorLevels)) *
          4;
 }
 
@@ -37,17 +29,6 @@ bool allocateCurve(unsigned char*& curve) {
 }
 
 }  // namespace
-
-void fillNeutralPicture(unsigned char* picture) {
-  for (int y = 0; y < kColorPictureSide; ++y) {
-    for (int x = 0; x < kColorPictureSide; ++x) {
-      *picture++ = fullScale(y / kLevels * kTilesPerRow + x / kLevels);
-      *picture++ = fullScale(y % kLevels);
-      *picture++ = fullScale(x % kLevels);
-      *picture++ = 255;
-    }
-  }
-}
 
 void buildColorTable(const unsigned char* picture, const ToneCurves& curves, bool rgbOrder, unsigned char* table) {
   for (int y = 0; y < kColorPictureSide; ++y) {
@@ -73,7 +54,7 @@ bool TableUpdate::allocate() {
     if (table_ == nullptr) return false;
   }
   if (reload_ || table_ != nullptr) {
-    picture_ = vlvk::allocate(kColorTableSize);
+    picture_ = vlvk::allocate(kColorPictureSize);
     if (picture_ == nullptr) return false;
   }
   return true;

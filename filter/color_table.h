@@ -1,7 +1,6 @@
 /// The colour table: 64 x 64 x 64 colours, made from a picture and the whitening curves.
 ///
-/// The picture ("adjust.vlk") is 512 x 512 pixels of 4 bytes, blue first, read as 8 x 8 tiles of 64 x 64: column in a
-/// tile is red, row in a tile green, tile number blue. The table keeps each tile in one piece:
+/// The table keeps each tile of the picture in one piece:
 ///
 ///     entry (red r, green g, blue b), 6 bits each, at byte b * 16384 + g * 256 + r * 4
 #ifndef VLVK_FILTER_COLOR_TABLE_H
@@ -11,15 +10,13 @@
 #include <cstdlib>
 #include <memory>
 
+#include "filter/color_picture.h"
+
 class CFastEdgePreserved;
 
 namespace vlvk {
 
-inline constexpr int kColorPictureSide = 512;
-inline constexpr std::size_t kColorTableSize = std::size_t{4} * kColorPictureSide * kColorPictureSide;
-
-/// Writes the picture that changes no colour (beyond the reduction to 6 bits), kColorTableSize bytes.
-void fillNeutralPicture(unsigned char* picture);
+inline constexpr std::size_t kColorTableSize = kColorPictureSize;
 
 /// The three curves that a table is passed through.
 struct ToneCurves {

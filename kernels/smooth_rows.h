@@ -35,14 +35,34 @@ struct FormulaLanes {
   F32x8 strength;
 };
 
-/// The pixel formula, see PixelFormula. The denominator is 0 or far from the ends of the float range: samples, sums and
-/// strengths are integers.
+inline FormulaLanes formulaLanes(const PixelFormula& formula) {
+  return {splat8(formula.inverseArea), splat8(formula.bias), splat8(formula.strength)};
+}
+
+/// What may be known of a denominator.
+enum Denominator {
+  kModest,  ///< 0 or far from the ends of the float range: samples, sums and strengths are integers
+  kAny      ///< made of a caller's own constants
+};
+
+/// Moves samples towards the mean, the more the smaller their biased variance is against the strength.
+template <Denominator kDenominator>
+inline U8x8 pulledToMean(U8x8 samples, F32x8 mean, F32x8 biasedVariance, F32x8 strength) {
+  const F32x8 numerator = add(mul(toFloat(samples), biasedVariance), mul(mean, strength));
+  const F32x8 denominator = add(biasedVariance, strength);
+  if constexpr (kDenominator == kModest) {
+    return truncToLowBytes(mul(numerator, reciprocalEstimateOfModest(denominator)));
+  } else {
+    return truncToLowBytes(mul(numerator, reciprocalEstimate(denominator)));
+  }
+}
+
+/// The pixel formula, see PixelFormula.
+template <Denominator kDenominator = kModest>
 inline U8x8 smoothedPixels(U8x8 samples, F32x8 sums, F32x8 squares, const FormulaLanes& k) {
   const F32x8 mean = mul(sums, k.inverseArea);
   const F32x8 variance = sub(mul(squares, k.inverseArea), mul(mean, mean));
-  const F32x8 biased = add(variance, k.bias);
-  const F32x8 numerator = add(mul(toFloat(samples), biased), mul(mean, k.strength));
-  return truncToLowBytes(mul(numerator, reciprocalEstimateOfModest(add(biased, k.strength))));
+  return pulledToMean<kDenominator>(samples, mean, add(variance, k.bias), k.strength);
 }
 
 /// 8 elements from `index` on, each index clamped to 0 .. last.
@@ -59,58 +79,82 @@ inline auto loadClamped(const T* row, std::ptrdiff_t index, std::ptrdiff_t last)
   return load8(elements);
 }
 
-/// The sum of the 2h + 1 elements -h .. h, each index clamped to 0 .. last, modulo 2^32.
-template <class T>
-inline std::uint32_t firstBoxSum(const T* row, int halfSize, std::ptrdiff_t last) {
-  const auto h = static_cast<std::uint32_t>(halfSize);
-  const std::ptrdiff_t reached = halfSize < last ? halfSize : last;
-  std::uint32_t sum = h * row[0] + (h - static_cast<std::uint32_t>(reached)) * row[last];
+/// Where the box of a column lies.
+enum BoxShift { kCentred = 0, kOneToTheRight = 1 };
+
+/// The sum of the 2h + 1 elements around element -1, shifted, each index clamped to 0 .. last, modulo 2^32.
+template <BoxShift kShift, class T>
+inline std::uint32_t boxSumBeforeRow(const T* row, int halfSize, std::ptrdiff_t last) {
+  const std::uint32_t negative = static_cast<std::uint32_t>(halfSize) + 1U - kShift;
+  const std::ptrdiff_t highest = static_cast<std::ptrdiff_t>(halfSize) - 1 + kShift;
+  const std::ptrdiff_t reached = highest < last ? highest : last;
+  std::uint32_t sum = negative * row[0] + static_cast<std::uint32_t>(highest - reached) * row[last];
   for (std::ptrdiff_t i = 0; i <= reached; ++i)
     sum += row[i];
   return sum;
 }
 
-/// See RowLoops::smoothRow, smoothRowAnySums.
-///
-/// The box of column j is the one of column j - 1 plus column j + h + 1 less column j - h, which leaves it one column
-/// to the right of the sample. Runs of 8 columns at both ends clamp their indices, those between do not need to.
-template <bool kAnySums>
-inline void smoothRow(const std::uint16_t* sums, const std::uint32_t* squares, int columns, const std::uint8_t* source,
-                      std::uint8_t* destination, int halfSize, const PixelFormula& formula) {
-  if (columns <= 0) return;
-  const std::ptrdiff_t last = columns - 1;
-  const std::ptrdiff_t reach = halfSize < columns ? halfSize : columns;  // farther indices clamp alike
-  const FormulaLanes k{splat8(formula.inverseArea), splat8(formula.bias), splat8(formula.strength)};
-  U32x8 carriedSum = splat8(firstBoxSum(sums, halfSize, last));
-  U32x8 carriedSquare = splat8(firstBoxSum(squares, halfSize, last));
+/// What 8 box sums gain on their predecessors.
+inline U32x8 boxSteps(U16x8 entering, U16x8 leaving) {
+  return differenceWiden(entering, leaving);
+}
+inline U32x8 boxSteps(U32x8 entering, U32x8 leaving) {
+  return sub(entering, leaving);
+}
 
-  const auto smooth8 = [&](std::ptrdiff_t j, U16x8 sumsIn, U16x8 sumsOut, U32x8 squaresIn, U32x8 squaresOut)
-      __attribute__((always_inline)) {
-    const U32x8 boxSums = add(carriedSum, prefixSum(differenceWiden(sumsIn, sumsOut)));
-    const U32x8 boxSquares = add(carriedSquare, prefixSum(sub(squaresIn, squaresOut)));
+/// Scans column sums into box sums and calls `use8(j, sums, squares)` for columns j .. j + 7, j = 0, 8 ... below
+/// `columns`.
+///
+/// The box of column j is the one of column j - 1 plus column j + h, less column j - h - 1 (or both one further to the
+/// right), indices clamped to 0 .. last. Runs of 8 columns at both ends clamp, those between do not need to.
+template <BoxShift kShift, class Sum, class Use8>
+inline void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std::ptrdiff_t columns, std::ptrdiff_t last,
+                        int halfSize, Use8 use8) {
+  if (columns <= 0) return;
+  const std::ptrdiff_t reach = halfSize <= last ? halfSize : last + 1;  // farther indices clamp alike
+  const std::ptrdiff_t toEntering = reach + kShift;
+  const std::ptrdiff_t toLeaving = toEntering - 2 * reach - 1;
+  U32x8 carriedSum = splat8(boxSumBeforeRow<kShift>(sums, halfSize, last));
+  U32x8 carriedSquare = splat8(boxSumBeforeRow<kShift>(squares, halfSize, last));
+
+  const auto scan8 = [&](std::ptrdiff_t j, U32x8 sumSteps, U32x8 squareSteps) __attribute__((always_inline)) {
+    const U32x8 boxSums = add(carriedSum, prefixSum(sumSteps));
+    const U32x8 boxSquares = add(carriedSquare, prefixSum(squareSteps));
     carriedSum = splatLast(boxSums);
     carriedSquare = splatLast(boxSquares);
-    const U8x8 samples = loadU8x8(source + j);
-    if constexpr (kAnySums) {
-      store(destination + j, smoothedPixels(samples, toFloat(boxSums), toFloat(boxSquares), k));
-    } else {
-      store(destination + j, smoothedPixels(samples, toFloatBelow2To31(boxSums), toFloatBelow2To31(boxSquares), k));
-    }
+    use8(j, boxSums, boxSquares);
   };
-  const auto smoothClamped8 = [&](std::ptrdiff_t j) {
-    smooth8(j, loadClamped(sums, j + reach + 1, last), loadClamped(sums, j - reach, last),
-            loadClamped(squares, j + reach + 1, last), loadClamped(squares, j - reach, last));
+  const auto scanClamped8 = [&](std::ptrdiff_t j) {
+    scan8(j, boxSteps(loadClamped(sums, j + toEntering, last), loadClamped(sums, j + toLeaving, last)),
+          boxSteps(loadClamped(squares, j + toEntering, last), loadClamped(squares, j + toLeaving, last)));
   };
 
   std::ptrdiff_t j = 0;
-  for (; j < reach && j < columns; j += 8)
-    smoothClamped8(j);
-  for (; j + reach + 8 <= last; j += 8) {
-    smooth8(j, load8(sums + j + reach + 1), load8(sums + j - reach), load8(squares + j + reach + 1),
-            load8(squares + j - reach));
+  for (; j + toLeaving < 0 && j < columns; j += 8)
+    scanClamped8(j);
+  for (; j + toEntering + 7 <= last; j += 8) {
+    scan8(j, boxSteps(load8(sums + j + toEntering), load8(sums + j + toLeaving)),
+          boxSteps(load8(squares + j + toEntering), load8(squares + j + toLeaving)));
   }
   for (; j < columns; j += 8)
-    smoothClamped8(j);
+    scanClamped8(j);
+}
+
+/// See RowLoops::smoothRow, smoothRowAnySums.
+template <bool kAnySums>
+inline void smoothRow(const std::uint16_t* sums, const std::uint32_t* squares, int columns, const std::uint8_t* source,
+                      std::uint8_t* destination, int halfSize, const PixelFormula& formula) {
+  const FormulaLanes k = formulaLanes(formula);
+  scanBoxSums<kOneToTheRight>(
+      sums, squares, columns, columns - 1,
+      halfSize, [&](std::ptrdiff_t j, U32x8 boxSums, U32x8 boxSquares) __attribute__((always_inline)) {
+        const U8x8 samples = loadU8x8(source + j);
+        if constexpr (kAnySums) {
+          store(destination + j, smoothedPixels(samples, toFloat(boxSums), toFloat(boxSquares), k));
+        } else {
+          store(destination + j, smoothedPixels(samples, toFloatBelow2To31(boxSums), toFloatBelow2To31(boxSquares), k));
+        }
+      });
 }
 
 }  // namespace vlvk::VLVK_TARGET

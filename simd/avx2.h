@@ -39,6 +39,17 @@ VLVK_INLINE __m256i loadUnaligned256(const void* from) {
 VLVK_INLINE U32x8 load8(const std::uint32_t* from) {
   return {loadUnaligned256(from)};
 }
+VLVK_INLINE F32x8 load8(const float* from) {
+  return {_mm256_loadu_ps(from)};
+}
+/// The even 32-bit words of both, in order.
+VLVK_INLINE __m256i evenWords(__m256i a, __m256i b) {
+  const __m256 even = _mm256_shuffle_ps(_mm256_castsi256_ps(a), _mm256_castsi256_ps(b), 0x88);
+  return _mm256_permute4x64_epi64(_mm256_castps_si256(even), 0xD8);  // quarters 0, 2, 1, 3
+}
+VLVK_INLINE U32x8 loadLow8(const std::uint64_t* from) {
+  return {evenWords(loadUnaligned256(from), loadUnaligned256(from + 4))};
+}
 VLVK_INLINE void store(std::uint32_t* to, U32x8 v) {
   _mm256_storeu_si256(static_cast<__m256i*>(static_cast<void*>(to)), v.v);
 }
@@ -70,6 +81,9 @@ VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
   return sub(widen(a), widen(b));
 }
 
+VLVK_INLINE U32x8 joinHalves(U32x8 a, U32x8 b) {
+  return {_mm256_blend_epi32(a.v, b.v, 0xF0)};
+}
 VLVK_INLINE U32x8 prefixSum(U32x8 v) {
   __m256i sum = _mm256_add_epi32(v.v, _mm256_slli_si256(v.v, 4));
   sum = _mm256_add_epi32(sum, _mm256_slli_si256(sum, 8));
@@ -220,8 +234,7 @@ VLVK_INLINE Pixels16 loadPixels16(const std::uint8_t* from) {
   return {{loadUnaligned256(from), loadUnaligned256(from + 32)}};
 }
 VLVK_INLINE Pixels8 evenPixels(const Pixels16& v) {
-  const __m256 even = _mm256_shuffle_ps(_mm256_castsi256_ps(v.eight[0]), _mm256_castsi256_ps(v.eight[1]), 0x88);
-  return {_mm256_permute4x64_epi64(_mm256_castps_si256(even), 0xD8)};  // quarters 0, 2, 1, 3
+  return {evenWords(v.eight[0], v.eight[1])};
 }
 /// Eight pixels in 32-bit lanes: channels 0 and 2, then 1 and alpha, as pairs of 16 bits for the multiply-add.
 template <int k0, int k1, int k2, int kBias>

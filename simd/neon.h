@@ -59,6 +59,15 @@ VLVK_INLINE U16x8 load8(const std::uint16_t* from) {
 VLVK_INLINE U32x8 load8(const std::uint32_t* from) {
   return {vld1q_u32(from), vld1q_u32(from + 4)};
 }
+VLVK_INLINE F32x8 load8(const float* from) {
+  return {vld1q_f32(from), vld1q_f32(from + 4)};
+}
+VLVK_INLINE uint32x4_t loadLow4(const std::uint64_t* from) {
+  return vcombine_u32(vmovn_u64(vld1q_u64(from)), vmovn_u64(vld1q_u64(from + 2)));
+}
+VLVK_INLINE U32x8 loadLow8(const std::uint64_t* from) {
+  return {loadLow4(from), loadLow4(from + 4)};
+}
 VLVK_INLINE void store(std::uint8_t* to, U8x8 v) {
   vst1_u8(to, v.v);
 }
@@ -109,6 +118,9 @@ VLVK_INLINE U32x8 sub(U32x8 a, U32x8 b) {
   return {vsubq_u32(a.low, b.low), vsubq_u32(a.high, b.high)};
 }
 
+VLVK_INLINE U32x8 joinHalves(U32x8 a, U32x8 b) {
+  return {a.low, b.high};
+}
 VLVK_INLINE uint32x4_t prefixSum4(uint32x4_t v) {
   const uint32x4_t zero = vdupq_n_u32(0);
   v = vaddq_u32(v, vextq_u32(zero, v, 3));

@@ -81,6 +81,13 @@ inline U16x8 load8(const std::uint16_t* from) {
 inline U32x8 load8(const std::uint32_t* from) {
   return loadLanes<U32x8>(from);
 }
+inline F32x8 load8(const float* from) {
+  return loadLanes<F32x8>(from);
+}
+/// The low halves of eight 64-bit elements.
+inline U32x8 loadLow8(const std::uint64_t* from) {
+  return forLanes<U32x8>([&](int i) { return from[i]; });
+}
 inline void store(std::uint8_t* to, U8x8 v) {
   storeLanes(to, v);
 }
@@ -134,6 +141,10 @@ inline U32x8 add(U32x8 a, U32x8 b) {
 }
 inline U32x8 sub(U32x8 a, U32x8 b) {
   return forLanes<U32x8>([&](int i) { return a.lane[i] - b.lane[i]; });
+}
+/// Lanes 0 .. 3 of a, lanes 4 .. 7 of b.
+inline U32x8 joinHalves(U32x8 a, U32x8 b) {
+  return forLanes<U32x8>([&](int i) { return i < 4 ? a.lane[i] : b.lane[i]; });
 }
 /// Lane i becomes the sum of lanes 0 .. i.
 inline U32x8 prefixSum(U32x8 v) {

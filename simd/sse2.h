@@ -33,6 +33,16 @@ struct Pixels8 {
 VLVK_INLINE U32x8 load8(const std::uint32_t* from) {
   return {loadUnaligned(from), loadUnaligned(from + 4)};
 }
+VLVK_INLINE F32x8 load8(const float* from) {
+  return {_mm_loadu_ps(from), _mm_loadu_ps(from + 4)};
+}
+VLVK_INLINE __m128i evenWords(__m128i a, __m128i b) {
+  return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), 0x88));
+}
+VLVK_INLINE U32x8 loadLow8(const std::uint64_t* from) {
+  return {evenWords(loadUnaligned(from), loadUnaligned(from + 2)),
+          evenWords(loadUnaligned(from + 4), loadUnaligned(from + 6))};
+}
 VLVK_INLINE void store(std::uint32_t* to, U32x8 v) {
   storeUnaligned(to, v.low);
   storeUnaligned(to + 4, v.high);
@@ -66,6 +76,9 @@ VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
   return sub(widen(a), widen(b));
 }
 
+VLVK_INLINE U32x8 joinHalves(U32x8 a, U32x8 b) {
+  return {a.low, b.high};
+}
 VLVK_INLINE __m128i prefixSum4(__m128i v) {
   v = _mm_add_epi32(v, _mm_slli_si128(v, 4));
   return _mm_add_epi32(v, _mm_slli_si128(v, 8));
@@ -249,11 +262,8 @@ VLVK_INLINE void storePixels(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 c0, U
 VLVK_INLINE Pixels16 loadPixels16(const std::uint8_t* from) {
   return {{loadUnaligned(from), loadUnaligned(from + 16), loadUnaligned(from + 32), loadUnaligned(from + 48)}};
 }
-VLVK_INLINE __m128i evenPixels4(__m128i a, __m128i b) {
-  return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), 0x88));
-}
 VLVK_INLINE Pixels8 evenPixels(const Pixels16& v) {
-  return {{evenPixels4(v.four[0], v.four[1]), evenPixels4(v.four[2], v.four[3])}};
+  return {{evenWords(v.four[0], v.four[1]), evenWords(v.four[2], v.four[3])}};
 }
 /// Four pixels in 32-bit lanes: channels 0 and 2, then 1 and alpha, as pairs of 16 bits for the multiply-add.
 template <int k0, int k1, int k2, int kBias>

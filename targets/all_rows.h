@@ -8,6 +8,8 @@
 #include "convert/yuv_to_rgb_rows.h"
 #include "kernels/blend_rows.h"
 #include "kernels/smooth_rows.h"
+// Builds on the smoothing.
+#include "kernels/alt/statistics_rows.h"
 #include "targets/target_sets.h"
 
 #define VLVK_STRING_OF(x) #x
@@ -21,6 +23,12 @@ const RowLoops kRowLoops = {
     .slideColumnSums = slideColumnSums,
     .smoothRow = smoothRow<false>,
     .smoothRowAnySums = smoothRow<true>,
+    .boxSumsRow = boxSumsRow,
+    .boxSumsRowWide = boxSumsRowWide,
+    .integralBoxSums = integralBoxSums,
+    .integralSmooth = integralSmooth,
+    .integralSmooth8 = integralSmooth8,
+    .blendStatistics = blendStatistics,
     .blendRowPair = blendRowPair,
     .yuvToPixels = {{yuvToPixels<kVThenU, kRgba>, yuvToPixels<kVThenU, kBgra>},
                     {yuvToPixels<kUThenV, kRgba>, yuvToPixels<kUThenV, kBgra>}},

@@ -6,12 +6,23 @@
 #ifndef VLVK_TARGETS_ROW_LOOPS_H
 #define VLVK_TARGETS_ROW_LOOPS_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "convert/pixel_orders.h"
 #include "kernels/pixel_formula.h"
 
 namespace vlvk {
+
+/// Two integral rows around a row of boxes, positioned at its first pixel: the sum over the box of pixel x is
+/// (bottom[x + side] + top[x]) - (bottom[x] + top[x + side]).
+struct IntegralRows {
+  const std::uint32_t* top;
+  const std::uint64_t* topSquares;
+  const std::uint32_t* bottom;
+  const std::uint64_t* bottomSquares;
+  std::ptrdiff_t side;
+};
 
 /// One compiled set of row loops. Rows need no alignment beyond that of their element type, and nothing outside the
 /// stated columns is read or written.
@@ -41,6 +52,25 @@ struct RowLoops {
   /// The first form needs box sums below 2^31 (boxSumsFitInt), the second takes any.
   SmoothRow smoothRow;
   SmoothRow smoothRowAnySums;
+
+  /// Scan column sums into box sums centred on their column, modulo 2^32. `columns` is a multiple of 8 in the first
+  /// form, 1 or more in the second.
+  void (*boxSumsRow)(const std::uint16_t* columnSums, const std::uint32_t* columnSquares, int columns,
+                     std::uint32_t* sums, std::uint32_t* squares, int halfSize);
+  void (*boxSumsRowWide)(const std::uint32_t* columnSums, const std::uint32_t* columnSquares, int columns,
+                         std::uint32_t* sums, std::uint32_t* squares, int halfSize);
+
+  /// Box sums, or smoothed pixels, from integral rows; `columns` is 8 or more.
+  void (*integralBoxSums)(const IntegralRows& rows, int columns, std::uint32_t* sums, std::uint32_t* squares);
+  void (*integralSmooth)(const IntegralRows& rows, int columns, const std::uint8_t* source, std::uint8_t* destination,
+                         const PixelFormula& formula);
+  /// Eight pixels with constants of their own; `biases` and `strengths` have 8 elements.
+  void (*integralSmooth8)(const IntegralRows& rows, const std::uint8_t* source, std::uint8_t* destination,
+                          float inverseArea, const float* biases, const float* strengths);
+
+  /// Smooths one row from ready box statistics, as Mean_var_Blend does in whole groups. `columns` is a multiple of 8.
+  void (*blendStatistics)(const std::uint8_t* source, std::uint8_t* destination, const std::uint32_t* sums,
+                          const std::uint32_t* squares, int columns, const PixelFormula& formula);
 
   /// Mixes two luma rows by the skin weight of the chroma row between them. out0, out1 may be the smoothed or the
   /// unsmoothed rows. `columns` is a multiple of 8; weights has 64 entries of 0 .. 64, indexed by distance.

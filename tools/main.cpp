@@ -4,7 +4,6 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
-#include <iostream>
 #include <new>
 #include <string>
 #include <vector>
@@ -12,41 +11,41 @@
 #include "tools/error.h"
 #include "tools/error_line.h"
 #include "tools/photo.h"
+#include "tools/standard_output.h"
+#include "tools/table.h"
 
 namespace {
 
 using vlvk::tool::Error;
 using vlvk::tool::printError;
+using vlvk::tool::printText;
 
 constexpr int kFailure = 1;
 constexpr int kUsage = 2;
 
+// To the program and to every command in it.
 void addVersionFlag(CLI::App* program) {
   program->set_version_flag("--version", "vlvk-makeup " VLVK_VERSION, "Print the version and exit");
-  for (CLI::App* command : program->get_subcommands({})) {
-    command->set_version_flag("--version", "vlvk-makeup " VLVK_VERSION, "Print the version and exit");
-  }
+  for (CLI::App* command : program->get_subcommands({}))
+    addVersionFlag(command);
 }
 
-int printText(const std::string& text) {
-  std::cout << text << std::flush;
-  if (std::cout) return 0;
-  printError("standard output cannot be written");
-  return kFailure;
+// The command that was named, in the last of the levels that the command line has.
+const CLI::App& namedCommand(const CLI::App& program) {
+  const std::vector<CLI::App*> commands = program.get_subcommands();
+  return commands.empty() ? program : namedCommand(*commands.front());
 }
 
 // "IN: " for a message that does not say by itself which of many files a batch was at.
 std::string inputPrefix(const CLI::App& program) {
-  for (const CLI::App* command : program.get_subcommands()) {
-    const CLI::Option* input = command->get_option_no_throw("IN");
-    if (input != nullptr && !input->results().empty()) return input->results().front() + ": ";
-  }
-  return "";
+  const CLI::Option* input = namedCommand(program).get_option_no_throw("IN");
+  return input != nullptr && !input->results().empty() ? input->results().front() + ": " : "";
 }
 
 std::string usageReason(const CLI::App& program, const CLI::ParseError& error) {
-  if (!program.get_subcommands().empty()) return inputPrefix(program) + error.what();
-  const std::vector<std::string> words = program.remaining();
+  const CLI::App& command = namedCommand(program);
+  if (command.get_require_subcommand_min() == 0) return inputPrefix(program) + error.what();
+  const std::vector<std::string> words = command.remaining();
   return words.empty() ? "a command is required, see --help" : "there is no '" + words.front() + "', see --help";
 }
 
@@ -55,9 +54,11 @@ int run(CLI::App* program, int argc, char** argv) {
     program->parse(argc, argv);
     return 0;
   } catch (const CLI::CallForHelp&) {
-    return printText(program->help());
+    printText(program->help());
+    return 0;
   } catch (const CLI::CallForVersion& version) {
-    return printText(std::string(version.what()) + "\n");
+    printText(std::string(version.what()) + "\n");
+    return 0;
   } catch (const CLI::ParseError& error) {
     printError(usageReason(*program, error));
     return kUsage;
@@ -78,6 +79,7 @@ int main(int argc, char** argv) {
     CLI::App program("Skin beautification for pictures.", "vlvk-makeup");
     program.require_subcommand(1);
     vlvk::tool::addPhotoCommand(&program);
+    vlvk::tool::addTableCommand(&program);
     addVersionFlag(&program);
     return run(&program, argc, argv);
   } catch (const std::exception& error) {

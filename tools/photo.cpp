@@ -26,7 +26,7 @@ struct PhotoOptions {
 void runPhoto(PhotoOptions* options) {
   pictureKind(options->out);  // a name that cannot be written is told before the work is done
   const Picture original = readPicture(options->in);
-  if (options->tableOption->count() > 0) options->look.table = readTable(options->table);
+  if (options->tableOption->count() > 0) options->look.table = readTable(options->table).picture;
   Picture result;
   try {
     result = beautify(original, options->look);

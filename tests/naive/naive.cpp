@@ -38,6 +38,13 @@ Byte clampToByte(int x) {
   return static_cast<Byte>(std::clamp(x, 0, 255));
 }
 
+/// The low byte of the quotient rounded half up, out of range as ARM converts to a signed integer.
+Byte roundedToByte(float quotient) {
+  if (std::isnan(quotient)) return 0;
+  const double limited = std::clamp(static_cast<double>(quotient) + 0.5, -2147483648.0, 2147483647.0);
+  return static_cast<Byte>(static_cast<std::int64_t>(limited) & 0xFF);
+}
+
 /// Toward minus infinity, whatever the sign.
 int floorDiv(int x, int divisor) {
   return static_cast<int>(std::floor(static_cast<double>(x) / divisor));
@@ -91,8 +98,8 @@ FormulaConstants formulaConstants(long long halfSize, int level) {
           static_cast<float>(k)};
 }
 
-Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, long long halfSize, int level) {
-  const auto [N, A, K] = formulaConstants(halfSize, level);
+Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, const FormulaConstants& constants) {
+  const auto [N, A, K] = constants;
   const float m = static_cast<float>(S) * N;
   const float meanOfSquares = static_cast<float>(Q) * N;
   const float squareOfMean = m * m;
@@ -102,6 +109,10 @@ Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, long long halfSize,
   const float numerator = ownShare + meanShare;
   const float estimate = reciprocalEstimate(a + K);
   return static_cast<Byte>(toUnsigned(numerator * estimate) & 0xFF);
+}
+
+Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, long long halfSize, int level) {
+  return smoothedPixel(S, Q, x, formulaConstants(halfSize, level));
 }
 
 ColumnSums sumRows(const RowOf& rowOf, long long first, long long last, int columns) {
@@ -121,21 +132,12 @@ ColumnSums sumClampedRows(const Byte* plane, int stride, int rows, long long fir
 }
 
 std::vector<Byte> smoothRow(const ColumnSums& box, const Byte* source, int width, long long halfSize, int level) {
-  const int columns = width & ~7;
-  const long long end = columns - 1;
+  const Statistics columns{{box.sums.begin(), box.sums.end()}, box.squares};
+  const Statistics boxes = scanColumns(columns, 1 - halfSize, halfSize + 1);
+  const FormulaConstants constants = formulaConstants(halfSize, level);
   std::vector<Byte> row;
-  for (int j = 0; j < columns; ++j) {
-    const long long first = j - halfSize + 1;
-    const long long last = j + halfSize + 1;
-    std::uint32_t S = 0;
-    std::uint32_t Q = 0;
-    for (long long i = clampIndex(first, end); i <= clampIndex(last, end); ++i) {
-      const auto times = static_cast<std::uint32_t>(timesClampedTo(i, first, last, end));
-      S += times * box.sums[static_cast<std::size_t>(i)];
-      Q += times * box.squares[static_cast<std::size_t>(i)];
-    }
-    row.push_back(smoothedPixel(S, Q, source[j], halfSize, level));
-  }
+  for (std::size_t j = 0; j < static_cast<std::size_t>(width & ~7); ++j)
+    row.push_back(smoothedPixel(boxes.sums[j], boxes.squares[j], source[j], constants));
   return row;
 }
 
@@ -149,6 +151,79 @@ std::vector<Byte> smoothPlane(const Byte* luma, int width, int height, int strid
     result.insert(result.end(), source + row.size(), source + width);
   }
   return result;
+}
+
+Statistics scanColumns(const Statistics& columns, long long first, long long last) {
+  const auto count = static_cast<long long>(columns.sums.size());
+  const long long end = count - 1;
+  Statistics boxes;
+  for (long long j = 0; j < count; ++j) {
+    std::uint32_t S = 0;
+    std::uint32_t Q = 0;
+    for (long long i = clampIndex(j + first, end); i <= clampIndex(j + last, end); ++i) {
+      const auto times = static_cast<std::uint32_t>(timesClampedTo(i, j + first, j + last, end));
+      S += times * columns.sums[static_cast<std::size_t>(i)];
+      Q += times * columns.squares[static_cast<std::size_t>(i)];
+    }
+    boxes.sums.push_back(S);
+    boxes.squares.push_back(Q);
+  }
+  return boxes;
+}
+
+Statistics boxStatistics(const RowOf& rowOf, int columns, int rows, int halfSize, ColumnWidth width) {
+  Statistics plane;
+  for (int y = 0; y < rows; ++y) {
+    const auto count = static_cast<std::size_t>(columns);
+    Statistics column{std::vector<std::uint32_t>(count), std::vector<std::uint32_t>(count)};
+    for (long long i = y - halfSize; i <= y + halfSize; ++i) {
+      const Byte* row = rowOf(i);
+      for (std::size_t x = 0; x < count; ++x) {
+        column.sums[x] += row[x];
+        column.squares[x] += static_cast<std::uint32_t>(row[x] * row[x]);
+      }
+    }
+    for (std::uint32_t& sum : column.sums) {
+      if (width == ColumnWidth::k16Bits) sum &= 0xFFFF;
+    }
+    const Statistics boxes = scanColumns(column, -halfSize, halfSize);
+    plane.sums.insert(plane.sums.end(), boxes.sums.begin(), boxes.sums.end());
+    plane.squares.insert(plane.squares.end(), boxes.squares.begin(), boxes.squares.end());
+  }
+  return plane;
+}
+
+Byte referencePixel(std::uint32_t S, std::uint32_t Q, Byte x, int radius, int strength) {
+  const auto N = static_cast<float>((2 * radius + 1) * (2 * radius + 1));
+  const auto K = static_cast<float>(strength);
+  const float m = static_cast<float>(S) / N;
+  const float meanOfSquares = static_cast<float>(Q) / N;
+  const float squareOfMean = m * m;
+  float v = meanOfSquares - squareOfMean;
+  if (v < 0.0f) v = 0.0f;
+  const float ownShare = static_cast<float>(x) * v;
+  const float meanShare = m * K;
+  const float sum = ownShare + meanShare;
+  return roundedToByte(sum / (v + K));
+}
+
+Byte blendedStatistics(std::uint32_t third, std::uint32_t fourth, Byte x, int column, int width, int radius,
+                       int level) {
+  const auto [N, A, K] = formulaConstants(radius, level);
+  const bool wholeGroup = column < width / 8 * 8;
+  const bool swapped = wholeGroup && column % 8 < 4;
+  const float m = static_cast<float>(swapped ? fourth : third) * N;
+  const float s = static_cast<float>(swapped ? third : fourth) * N;
+  const float squareOfMean = m * m;
+  const float biased = s + A;
+  const float variance = s - squareOfMean;
+  const float a = wholeGroup ? biased - squareOfMean : variance + A;
+  const float ownShare = static_cast<float>(x) * a;
+  const float meanShare = m * K;
+  const float numerator = ownShare + meanShare;
+  const float denominator = a + K;
+  if (!wholeGroup) return roundedToByte(numerator / denominator);
+  return static_cast<Byte>(toUnsigned(numerator * reciprocalEstimate(denominator)) & 0xFF);
 }
 
 int skinPlateau(float a, float b) {

@@ -33,7 +33,10 @@ struct FormulaConstants {
 };
 FormulaConstants formulaConstants(long long halfSize, int level);
 
-/// The smoothed value of sample `x` in a box of side 2 * halfSize + 1 with the sum `S` and the sum of squares `Q`.
+/// The smoothed value of sample `x` in a box with the sum `S` and the sum of squares `Q`.
+Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, const FormulaConstants& constants);
+
+/// The same in a box of side 2 * halfSize + 1.
 Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, long long halfSize, int level);
 
 /// Vertical sums of one box: 16 bits (modulo 2^16) and 32 bits (modulo 2^32) for each column.
@@ -59,6 +62,30 @@ std::vector<Byte> smoothRow(const ColumnSums& box, const Byte* source, int width
 /// Smooths a plane: the box of row y is rows y - h .. y + h, clamped to the plane. The last width & 7 columns are the
 /// source. Returns width * height samples without padding.
 std::vector<Byte> smoothPlane(const Byte* luma, int width, int height, int stride, long long halfSize, int level);
+
+// --- Box statistics ----------------------------------------------------------------------------------------------
+
+/// Sums of samples and of their squares modulo 2^32: one of each for every column of a row or every pixel of a plane.
+struct Statistics {
+  std::vector<std::uint32_t> sums;
+  std::vector<std::uint32_t> squares;
+};
+
+/// For column j the sums of columns j + first .. j + last, indices outside the row counting as the nearest column.
+Statistics scanColumns(const Statistics& columns, long long first, long long last);
+
+/// What the sum of a column is taken modulo before the columns are added up.
+enum class ColumnWidth { k16Bits, k32Bits };
+
+/// The boxes of `rows` rows of `columns` pixels, centred on each pixel: rows as `rowOf` gives them, columns clamped.
+Statistics boxStatistics(const RowOf& rowOf, int columns, int rows, int halfSize, ColumnWidth width);
+
+/// The textbook smoothing: exact division, variance not below 0, rounded half up.
+Byte referencePixel(std::uint32_t S, std::uint32_t Q, Byte x, int radius, int strength);
+
+/// One pixel of Mean_var_Blend in a row of `width` pixels: the estimate with the roles of the arrays by turns in whole
+/// groups of 8, exact division behind them.
+Byte blendedStatistics(std::uint32_t third, std::uint32_t fourth, Byte x, int column, int width, int radius, int level);
 
 // --- Skin weights and blend --------------------------------------------------------------------------------------
 

@@ -1,0 +1,106 @@
+/// Edge-preserving smoothing and box statistics over a ring of integral rows. May be included from C.
+///
+///     r = radius (1 or more),  d = 2r + 1 (side of the box),  W = width + d (length of an integral row)
+///
+/// A source row counts as an extended row of W columns: r + 1 times its first pixel, the row, r times its last pixel.
+/// An integral row holds, for each of the W columns, the sum of all rows added so far over columns 0 .. c: 32 bits for
+/// samples, 64 bits for squares, both wrapping. With T the integral row written d rows before B, the box around pixel x
+/// has the sum
+///
+///     S = (B[x + d] + T[x]) - (B[x] + T[x + d])
+///
+/// and the sum of squares Q likewise (its low 32 bits). A smoothed pixel follows from S, Q and the sample by the
+/// formula of band_smoothing.h. The cost of a pixel does not depend on the radius.
+///
+/// width must be at least 8. No argument is checked. Outputs must not overlap the source. The drivers allocate their
+/// ring and write nothing when there is no memory. All functions are reentrant.
+#ifndef VLVK_KERNELS_ALT_INTEGRAL_MEAN_H
+#define VLVK_KERNELS_ALT_INTEGRAL_MEAN_H
+
+#include <stdint.h>
+
+#include "base/export.h"
+
+#if defined(__ARM_NEON)
+#include <arm_neon.h>
+typedef float32x4_t VKFloat4;
+#else
+/// Four floats in a vector register, passed by value.
+typedef float VKFloat4 __attribute__((vector_size(16)));
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Smooths a whole plane of at least radius + 1 rows; its edges are repeated. Source and destination rows are `stride`
+/// bytes apart.
+VLVK_API void Integral_Mean_Neon(const unsigned char* source, unsigned char* destination, int width, int height,
+                                 int stride, int radius, int level);
+
+/// The same for a band of a plane; bands together give the whole plane's result. `source` is the band's first row.
+///
+///     top     any number of rows; reads rows 0 .. rows + r - 1
+///     middle  any number of rows; reads rows -(r + 1) .. rows + r - 1
+///     bottom  at least r + 1 rows; reads rows -(r + 1) .. rows - 1
+VLVK_API void Integral_MeanTop_Neon(const unsigned char* source, unsigned char* destination, int width, int rows,
+                                    int stride, int radius, int level);
+VLVK_API void Integral_MeanMid_Neon(const unsigned char* source, unsigned char* destination, int width, int rows,
+                                    int stride, int radius, int level);
+VLVK_API void Integral_MeanBottom_Neon(const unsigned char* source, unsigned char* destination, int width, int rows,
+                                       int stride, int radius, int level);
+
+/// Writes the box sums of a whole plane instead of smoothing it. Output rows are `stride` elements apart.
+VLVK_API void Integral_Mean_Neon2(const unsigned char* source, uint32_t* sums, uint32_t* squares, int width, int height,
+                                  int stride, int radius);
+
+/// Adds one extended row to the column accumulators and writes the integral row.
+///
+/// @param columnSums       W elements, zero before the first row; updated
+/// @param columnSquares    likewise
+/// @param source           `width` samples
+/// @param integral         W elements, written
+/// @param integralSquares  likewise
+VLVK_API void Integral_Mean_Integral_Line_Neon(uint32_t* columnSums, uint64_t* columnSquares,
+                                               const unsigned char* source, uint32_t* integral,
+                                               uint64_t* integralSquares, int width, int radius);
+
+/// The same with the squares of the samples given: `squares` has `width` elements.
+VLVK_API void Integral_Mean_Integral_Line_with_V_Neon(uint32_t* columnSums, uint64_t* columnSquares,
+                                                      const unsigned char* source, const unsigned short* squares,
+                                                      uint32_t* integral, uint64_t* integralSquares, int width,
+                                                      int radius);
+
+/// Smooths one row from the integral rows above (`top`) and at the end (`bottom`) of its box, W elements each.
+VLVK_API void Integral_Mean_Line_Neon(const uint32_t* top, const uint64_t* topSquares, const uint32_t* bottom,
+                                      const uint64_t* bottomSquares, const unsigned char* source,
+                                      unsigned char* destination, int width, int radius, int level);
+
+/// Writes one row of box sums. `source` is not read.
+VLVK_API void Integral_Mean_Line_Neon2(const uint32_t* top, const uint64_t* topSquares, const uint32_t* bottom,
+                                       const uint64_t* bottomSquares, const unsigned char* source, uint32_t* sums,
+                                       uint32_t* squares, int width, int radius);
+
+/// Smooths eight pixels; the integral rows are positioned at the first of them.
+///
+/// @param side      d
+/// @param inverse   1 / d^2 as a float's bit pattern
+/// @param radius    not read
+/// @param strength  not read
+/// @param strengths weight of the mean; pixel i takes lane i % 4
+/// @param biases    added to the variance; pixel i takes lane i % 4
+VLVK_API void Integral_Mean_Block_Neon(const uint32_t* top, const uint64_t* topSquares, const uint32_t* bottom,
+                                       const uint64_t* bottomSquares, int side, unsigned int inverse,
+                                       const unsigned char* source, unsigned char* destination, int radius,
+                                       int strength, VKFloat4 strengths, VKFloat4 biases);
+
+/// Writes the box sums of eight pixels. `source` is not read.
+VLVK_API void Integral_Mean_Block_Neon2(const uint32_t* top, const uint64_t* topSquares, const uint32_t* bottom,
+                                        const uint64_t* bottomSquares, int side, const unsigned char* source,
+                                        uint32_t* sums, uint32_t* squares);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,34 @@
+/// Smoothing from ready box statistics: the second pass behind line_mean.h or Integral_Mean_Neon2. May be included from
+/// C.
+#ifndef VLVK_KERNELS_ALT_MEAN_VAR_BLEND_H
+#define VLVK_KERNELS_ALT_MEAN_VAR_BLEND_H
+
+#include "base/export.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Turns box sums, box sums of squares and samples into smoothed samples.
+///
+/// Whole groups of 8 columns take the formula of band_smoothing.h with the reciprocal estimate and truncation. Beware:
+/// in the first four columns of each group the two arrays change roles, so those stay almost as they were. The last
+/// width & 7 columns divide exactly and round half up.
+///
+/// No argument is checked. Reentrant, allocates nothing.
+///
+/// @param destination  `rows` rows, `stride` bytes apart
+/// @param source       likewise; not overlapping
+/// @param sums         rows x width elements without padding
+/// @param squares      likewise
+/// @param rows         0 or less: nothing is done
+/// @param radius       half-size of the box that the sums were taken over
+/// @param level        strength, as for MeanTop_Window_Neon
+VLVK_API void Mean_var_Blend(unsigned char* destination, const unsigned char* source, const unsigned int* sums,
+                             const unsigned int* squares, int width, int rows, int stride, int radius, int level);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
