@@ -1,6 +1,7 @@
 /// See CMakeupEngine3.h.
 #include "bindings/CMakeupEngine3.h"
 
+#include "base/shared_field.h"
 #include "bindings/java_resource.h"
 #include "bindings/low_memory.h"
 #include "filter/CFastEdgePreserved.h"
@@ -9,8 +10,9 @@ CMakeupEngine3::CMakeupEngine3() : filter(new CFastEdgePreserved(4, this)), jniE
 
 CMakeupEngine3::~CMakeupEngine3() {
   if (jniEnv != nullptr && loaderRef != nullptr) jniEnv->DeleteWeakGlobalRef(loaderRef);
-  jniEnv = nullptr;
-  loaderRef = nullptr;
+  // Plain stores to a dying object would be dropped, but callers that own the memory look at it.
+  vlvk::storeShared(jniEnv, static_cast<JNIEnv*>(nullptr));
+  vlvk::storeShared(loaderRef, static_cast<jobject>(nullptr));
 }
 
 int CMakeupEngine3::InitializeWithEnv(JNIEnv* env, jobject loader) {

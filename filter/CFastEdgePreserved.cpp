@@ -12,9 +12,12 @@
 
 namespace {
 
+/// Frees a buffer and forgets it, so that callers who own the memory of a dying filter see it: a plain store would be
+/// dropped.
 void release(unsigned char*& buffer) {
+  if (buffer == nullptr) return;
   std::free(buffer);
-  buffer = nullptr;
+  vlvk::storeShared(buffer, static_cast<unsigned char*>(nullptr));
 }
 
 /// Stores a setting if it differs; returns whether it did.

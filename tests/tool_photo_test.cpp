@@ -11,70 +11,34 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "bindings/IBeautyResourceLoader.h"
 #include "convert/rgb_to_yuv.h"
 #include "filter/CFastEdgePreserved.h"
-#include "tests/tool_support.h"
+#include "tests/tool_directory.h"
 
 namespace vlvk::tool_test {
 namespace {
 
 namespace fs = std::filesystem;
 
-class Photo : public ::testing::Test {
+class Photo : public ToolDirectory {
  protected:
-  void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "vlvk-photo-XXXXXX").string();
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    directory_ = name;
-  }
-  void TearDown() override { fs::remove_all(directory_); }
-
-  std::string path(const std::string& name) const { return (directory_ / name).string(); }
-
   /// Runs `photo IN OUT`, both names inside the directory, and expects success without a word.
   void process(const std::string& in, const std::string& out, const std::vector<std::string>& options = {}) const {
     std::vector<std::string> arguments{"photo", path(in), path(out)};
     arguments.insert(arguments.end(), options.begin(), options.end());
-    const ProgramRun run = runProgram(arguments);
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.out + run.err, "");
-  }
-
-  std::map<fs::path, Bytes> contents() const {
-    std::map<fs::path, Bytes> files;
-    for (const auto& entry : fs::directory_iterator(directory_)) {
-      files[entry.path()] = entry.is_regular_file() ? readBytes(entry.path()) : Bytes{};
-    }
-    return files;
-  }
-
-  /// Expects one line that holds `name`, and every file as it was.
-  void expectRefused(const std::vector<std::string>& arguments, const std::string& name,
-                     std::uint64_t fileLimit = 0) const {
-    const auto before = contents();
-    const ProgramRun run = runProgram(arguments, fileLimit);
-    EXPECT_GT(run.exitCode, 0);
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
-    EXPECT_TRUE(run.err.ends_with('\n')) << run.err;
-    EXPECT_NE(run.err.find(name), std::string::npos) << name << " is not in: " << run.err;
-    EXPECT_TRUE(contents() == before) << "files changed after: " << run.err;
+    expectDone(arguments);
   }
 
   void expectInputRefused(const std::string& in) const {
     SCOPED_TRACE(in);
     expectRefused({"photo", path(in), path("out.png")}, path(in) + ": ");
   }
-
-  fs::path directory_;
 };
 
 class BytesLoader final : public IBeautyResourceLoader {
