@@ -52,7 +52,7 @@ set(VLVK_LIBRARY_SOURCES
   kernels/reference_filter.h
   kernels/skin_blend.cpp
   kernels/skin_blend.h
-  kernels/skin_table_layout.h
+  kernels/skin_model.h
   kernels/skin_tables.cpp
   kernels/skin_tables.h
   kernels/sliding_box.h

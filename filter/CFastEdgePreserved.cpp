@@ -8,6 +8,7 @@
 #include "base/arm_math.h"
 #include "base/shared_field.h"
 #include "filter/timeb.h"
+#include "kernels/skin_model.h"
 #include "kernels/skin_tables.h"
 
 namespace {
@@ -30,8 +31,8 @@ bool change(int& setting, int value) {
 }  // namespace
 
 CFastEdgePreserved::CFastEdgePreserved(int bands, IBeautyResourceLoader* resourceLoader)
-    : threadCount(bands), skinTable{}, loader(resourceLoader) {
-  calcSkinProbilityInterleavingTable8x8x4_8x8x2(skinTable, 1.5F, 64.0F);
+    : threadCount(bands), skinCentre{vlvk::kSkinU, vlvk::kSkinV, vlvk::kSkinU}, skinTable{}, loader(resourceLoader) {
+  calcSkinProbilityInterleavingTable8x8x4_8x8x2(skinTable, vlvk::kLivePlateauFactor, vlvk::kLiveSpread);
 }
 
 CFastEdgePreserved::~CFastEdgePreserved() {

@@ -150,7 +150,7 @@ class VLVK_API CFastEdgePreserved {
   unsigned char* colorTable = nullptr;  ///< 64 x 64 x 64 entries of 4 bytes; null: no adjustment
   bool lookupDirty = true;              ///< the tables no longer match the settings
   bool rgbOrder = false;                ///< pixel order of the previous frame
-  int skinCentre[3] = {110, 155, 110};  ///< NV12 frames use the first two, NV21 frames the last two
+  int skinCentre[3];                    ///< U, V, U of skin: NV12 frames use the first two, NV21 frames the last two
   unsigned char skinTable[48];
   pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
   unsigned char* meanBuffer = nullptr;

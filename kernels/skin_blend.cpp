@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "kernels/skin_table_layout.h"
+#include "kernels/skin_model.h"
 #include "targets/row_loops.h"
 
 namespace {

@@ -8,18 +8,11 @@
 #include <cstdint>
 
 #include "base/arm_math.h"
-#include "kernels/skin_table_layout.h"
+#include "kernels/skin_model.h"
 
 namespace {
 
 constexpr unsigned char kFullWeight = 64;
-
-// The live curve: spread 64 (8 chroma units), plateau 1.5 times that.
-constexpr float kLivePlateauFactor = 1.5F;
-constexpr float kLiveSpread = 64.0F;
-// Mean skin chroma.
-constexpr int kSkinV = 155;
-constexpr int kSkinU = 110;
 
 /// Entries of full weight, 0 .. 255.
 int plateauLength(float a, float b) {
@@ -73,10 +66,10 @@ void calcSkinProbility256(unsigned char* table, float a, float b) {
 
 void MeanBuildSkinLookup(unsigned char* table) {
   std::array<unsigned char, 512> curve{};
-  calcSkinProbility256(curve.data(), kLivePlateauFactor, kLiveSpread);
+  calcSkinProbility256(curve.data(), vlvk::kLivePlateauFactor, vlvk::kLiveSpread);
   for (int row = 0; row < 256; ++row) {
     for (int column = 0; column < 256; ++column) {
-      const int product = curve[256 - kSkinV + row] * curve[256 - kSkinU + column];
+      const int product = curve[256 - vlvk::kSkinV + row] * curve[256 - vlvk::kSkinU + column];
       table[row * 256 + column] = static_cast<unsigned char>(product >> 5);
     }
   }

@@ -190,14 +190,8 @@ VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
 
 // Skin weights.
 
-VLVK_INLINE U8x16 splat16(std::uint8_t value) {
-  return {vdupq_n_u8(value)};
-}
 VLVK_INLINE U8x16 splatPair16(std::uint8_t first, std::uint8_t second) {
   return {vreinterpretq_u8_u16(vdupq_n_u16(static_cast<std::uint16_t>(first | second << 8)))};
-}
-VLVK_INLINE U8x16 sub(U8x16 a, U8x16 b) {
-  return {vsubq_u8(a.v, b.v)};
 }
 VLVK_INLINE U8x16 absDifference(U8x16 a, U8x16 b) {
   return {vabdq_u8(a.v, b.v)};

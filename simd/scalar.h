@@ -194,9 +194,6 @@ inline U8x8 truncToLowBytes(F32x8 v) {
 
 // Skin weights. Byte pairs are chroma pairs.
 
-inline U8x16 sub(U8x16 a, U8x16 b) {
-  return forLanes<U8x16>([&](int i) { return a.lane[i] - b.lane[i]; });
-}
 inline U8x16 splat16(std::uint8_t value) {
   return forLanes<U8x16>([&](int) { return value; });
 }

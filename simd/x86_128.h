@@ -85,9 +85,6 @@ VLVK_INLINE U8x16 splat16(std::uint8_t value) {
 VLVK_INLINE U8x16 splatPair16(std::uint8_t first, std::uint8_t second) {
   return {_mm_set1_epi16(static_cast<std::int16_t>(first | second << 8))};
 }
-VLVK_INLINE U8x16 sub(U8x16 a, U8x16 b) {
-  return {_mm_sub_epi8(a.v, b.v)};
-}
 VLVK_INLINE U8x16 absDifference(U8x16 a, U8x16 b) {
   return {_mm_or_si128(_mm_subs_epu8(a.v, b.v), _mm_subs_epu8(b.v, a.v))};
 }
