@@ -34,6 +34,11 @@ constexpr Integer truncSaturate(Float value) {
   return static_cast<Integer>(value);
 }
 
+/// Columns in the whole groups of 8 of a row.
+constexpr std::int32_t wholeGroups(std::int32_t width) {
+  return width > 0 ? width & ~7 : 0;
+}
+
 /// `value` rounded up to a multiple of 8, saturating at the largest one.
 constexpr std::int32_t roundUpTo8(std::int32_t value) {
   constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max() & ~7;

@@ -9,10 +9,10 @@
 
 namespace vlvk {
 
-/// Bytes from malloc, without a value, freed at the end of the scope.
+/// Zeroed bytes, freed at the end of the scope.
 class ScratchMemory {
  public:
-  explicit ScratchMemory(CheckedSize size) : memory_(size.fits() ? std::malloc(size.bytes()) : nullptr) {}
+  explicit ScratchMemory(CheckedSize size) : memory_(size.fits() ? std::calloc(size.bytes(), 1) : nullptr) {}
   ScratchMemory(const ScratchMemory&) = delete;
   ScratchMemory& operator=(const ScratchMemory&) = delete;
   ~ScratchMemory() { std::free(memory_); }

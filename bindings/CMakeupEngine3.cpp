@@ -1,6 +1,7 @@
 /// See CMakeupEngine3.h.
 #include "bindings/CMakeupEngine3.h"
 
+#include "base/checked_size.h"
 #include "base/shared_field.h"
 #include "bindings/java_resource.h"
 #include "bindings/low_memory.h"
@@ -27,8 +28,9 @@ int CMakeupEngine3::getResFromName(const char* name, unsigned char* dst) {
 }
 
 int CMakeupEngine3::processVideo(unsigned char* yuv, int width, int height, unsigned char* out, int outStride) {
-  if (yuv == nullptr) return -1;
-  unsigned char* chroma = yuv + static_cast<std::ptrdiff_t>(height) * width;
+  const vlvk::CheckedSize lumaSize = vlvk::CheckedSize(width) * height;
+  if (yuv == nullptr || !lumaSize.fits()) return -1;
+  unsigned char* chroma = yuv + lumaSize.bytes();
   return filter->processVideo(yuv, width, chroma, width, width, height, out, outStride, true);
 }
 

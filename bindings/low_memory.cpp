@@ -22,8 +22,8 @@ constexpr int kAtAddressOnly = 0;  // the address is a hint then; what comes bac
 #endif
 
 constexpr std::uintptr_t kEnd = std::uintptr_t{1} << 31;
-// Systems keep the first pages free of mappings, so that null pointers fault.
-constexpr std::uintptr_t kBegin = std::uintptr_t{1} << 16;
+// Below this, systems like to keep pages unmapped so that null pointers with an offset fault. They come last.
+constexpr std::uintptr_t kNearNull = std::uintptr_t{1} << 16;
 
 std::size_t wholePages(std::size_t size, std::size_t page) {
   return (size + page - 1) / page * page;
@@ -37,15 +37,22 @@ void* mapAt(std::uintptr_t address, std::size_t size) {
   return nullptr;
 }
 
+/// The first free place in a range of addresses.
+void* mapBetween(std::uintptr_t begin, std::uintptr_t end, std::size_t size, std::size_t page) {
+  for (std::uintptr_t address = begin; address + size <= end; address += page) {
+    if (void* memory = mapAt(address, size)) return memory;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 void* allocateLow(std::size_t size) noexcept {
   const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
   const std::size_t bytes = wholePages(size, page);
-  for (std::uintptr_t address = wholePages(kBegin, page); address + bytes <= kEnd; address += page) {
-    if (void* memory = mapAt(address, bytes)) return memory;
-  }
-  return nullptr;
+  const std::uintptr_t begin = wholePages(kNearNull, page);
+  void* memory = mapBetween(begin, kEnd, bytes, page);
+  return memory != nullptr ? memory : mapBetween(page, begin, bytes, page);
 }
 
 void releaseLow(void* memory, std::size_t size) noexcept {

@@ -1,11 +1,10 @@
 /// The entry point for Android bitmaps.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
-#include <memory>
 
 #include "base/checked_size.h"
+#include "base/scratch_memory.h"
 #include "bindings/android_bitmap.h"
 #include "bindings/engine_handle.h"
 #include "bindings/makeup_entry_points.h"
@@ -26,10 +25,6 @@ bool fitsInt(const AndroidBitmapInfo& info) {
   return info.width <= kLargest && info.height <= kLargest && info.stride <= kLargest;
 }
 
-struct FreeMemory {
-  void operator()(void* memory) const { std::free(memory); }
-};
-
 /// Runs the engine over locked pixels, by way of an NV21 frame. Returns false when there is no memory for that.
 bool processPixels(CMakeupEngine3& engine, unsigned char* pixels, const AndroidBitmapInfo& info) {
   if (!fitsInt(info)) return false;
@@ -38,11 +33,9 @@ bool processPixels(CMakeupEngine3& engine, unsigned char* pixels, const AndroidB
   const auto stride = static_cast<int>(info.stride);
   const vlvk::CheckedSize lumaSize = vlvk::CheckedSize(width) * height;
   const vlvk::CheckedSize frameSize = lumaSize + vlvk::CheckedSize(width) * ((height + 1LL) / 2);
-  if (!frameSize.fits()) return false;
-  // Never empty, so that null means no memory. Zeroed: a single row or column has no converted neighbour.
-  const std::unique_ptr<void, FreeMemory> frame(std::calloc(frameSize.bytes() + 1, 1));
-  if (frame == nullptr) return false;
-  auto* luma = static_cast<unsigned char*>(frame.get());
+  const vlvk::ScratchMemory frame(frameSize + vlvk::CheckedSize(1));  // never empty, so that none means no memory
+  if (!frame.available()) return false;
+  auto* luma = frame.at<unsigned char>(0);
   VKRGBAToNV21_NeonCall(pixels, stride, luma, width, luma + lumaSize.bytes(), width, width, height);
   vlvk::repeatOddEdge(luma, width, width, height);
   engine.processVideo(luma, width, height, pixels, stride);  // what it returns is not the bitmap's concern

@@ -1,8 +1,8 @@
 /// The entry points of Java and of native hosts. Handles stand for engines.
 ///
 /// A handle is the engine's address, of which the low 32 bits count, sign-extended to 64 bits; 0 stands for no engine.
-/// No function but makeup_Uninit checks for it. `thiz` is never used. All calls of one engine belong to the thread that
-/// created it; different engines are independent.
+/// No function but makeup_Uninit checks for it. `thiz` is never used. Frames of one engine, and makeup_Uninit, belong
+/// to the thread that created it; different engines are independent.
 #ifndef VLVK_BINDINGS_MAKEUP_ENTRY_POINTS_H
 #define VLVK_BINDINGS_MAKEUP_ENTRY_POINTS_H
 

@@ -25,6 +25,7 @@ std::int32_t resourcePayloadSize(const unsigned char* header) noexcept {
 
 void scrambleResource(const unsigned char* src, std::int32_t size, unsigned char* dst) noexcept {
   const auto mask = static_cast<unsigned char>(~kInvertedMask);
+  if (size <= 0) return;
   std::int32_t i = 0;
   for (; i < size - 1; i += 2) {
     const unsigned char first = src[i];

@@ -2,7 +2,7 @@
 
 set(VLVK_JAVA_RELEASE 8 CACHE STRING "Java version that the classes are made for")
 find_package(Java QUIET COMPONENTS Development)
-if(NOT Java_FOUND OR NOT VLVK_JNI_INCLUDE)
+if(NOT Java_FOUND OR NOT VLVK_JNI_BINDINGS)
   message(STATUS "The Java classes are not built, missing: JDK")
   return()
 endif()

@@ -93,13 +93,27 @@ elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
     targets/row_loops_neon.cpp)
 endif()
 
-# The Java bindings, where there is a jni.h: a JDK's, or one in the toolchain's own folders (Android).
-find_package(Java QUIET COMPONENTS Development)
-get_filename_component(VLVK_JDK "${Java_JAVAC_EXECUTABLE}" REALPATH)
-get_filename_component(VLVK_JDK "${VLVK_JDK}/../.." ABSOLUTE)
-find_path(VLVK_JNI_INCLUDE jni.h HINTS ENV JAVA_HOME HINTS ${VLVK_JDK} PATH_SUFFIXES include NO_CMAKE_FIND_ROOT_PATH)
-find_path(VLVK_JNI_MD_INCLUDE jni_md.h HINTS ${VLVK_JNI_INCLUDE}/linux NO_DEFAULT_PATH)
-if(VLVK_JNI_INCLUDE)
+# The Java bindings, where there is a jni.h: on Android the toolchain's own, elsewhere a JDK's. A JDK's headers also serve
+# cross-compilers.
+if(ANDROID)
+  set(VLVK_JNI_BINDINGS ON)
+else()
+  find_package(Java QUIET COMPONENTS Development)
+  set(VLVK_JDK "$ENV{JAVA_HOME}")
+  if(NOT VLVK_JDK AND Java_JAVAC_EXECUTABLE)
+    get_filename_component(VLVK_JDK "${Java_JAVAC_EXECUTABLE}" REALPATH)
+    get_filename_component(VLVK_JDK "${VLVK_JDK}/../.." ABSOLUTE)
+  endif()
+  find_path(VLVK_JNI_INCLUDE jni.h HINTS ${VLVK_JDK}/include NO_CMAKE_FIND_ROOT_PATH)
+  find_path(VLVK_JNI_MD_INCLUDE jni_md.h HINTS ${VLVK_JNI_INCLUDE} ${VLVK_JNI_INCLUDE}/linux NO_CMAKE_FIND_ROOT_PATH)
+  if(VLVK_JNI_INCLUDE AND VLVK_JNI_MD_INCLUDE)
+    set(VLVK_JNI_BINDINGS ON)
+  else()
+    set(VLVK_JNI_BINDINGS OFF)
+    message(STATUS "The library is built without Java bindings, missing: jni.h")
+  endif()
+endif()
+if(VLVK_JNI_BINDINGS)
   list(APPEND VLVK_LIBRARY_SOURCES
     bindings/CMakeupEngine3.cpp
     bindings/CMakeupEngine3.h
@@ -114,17 +128,13 @@ if(VLVK_JNI_INCLUDE)
     bindings/makeup_bitmap.cpp
     bindings/makeup_entry_points.cpp
     bindings/makeup_entry_points.h)
-else()
-  message(STATUS "The library is built without Java bindings, missing: jni.h")
 endif()
 
 add_library(vlvk_objects OBJECT ${VLVK_LIBRARY_SOURCES})
 target_include_directories(vlvk_objects PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
-if(VLVK_JNI_INCLUDE)
-  target_include_directories(vlvk_objects SYSTEM PUBLIC $<BUILD_INTERFACE:${VLVK_JNI_INCLUDE}>)
-  if(VLVK_JNI_MD_INCLUDE)  # desktop JDKs keep it in a folder of its own
-    target_include_directories(vlvk_objects SYSTEM PUBLIC $<BUILD_INTERFACE:${VLVK_JNI_MD_INCLUDE}>)
-  endif()
+if(VLVK_JNI_BINDINGS AND NOT ANDROID)
+  target_include_directories(vlvk_objects SYSTEM PUBLIC
+    $<BUILD_INTERFACE:${VLVK_JNI_INCLUDE}> $<BUILD_INTERFACE:${VLVK_JNI_MD_INCLUDE}>)
 endif()
 set_target_properties(vlvk_objects PROPERTIES
   POSITION_INDEPENDENT_CODE ON
@@ -141,6 +151,10 @@ add_library(VLVKMakeupEngine SHARED)
 target_link_libraries(VLVKMakeupEngine PRIVATE vlvk_objects PUBLIC Threads::Threads)
 target_include_directories(VLVKMakeupEngine PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
 set_target_properties(VLVKMakeupEngine PROPERTIES LINKER_LANGUAGE CXX)
+if(ANDROID)
+  # The bitmap functions are weak references, which alone do not keep the library that has them.
+  target_link_libraries(VLVKMakeupEngine PRIVATE -Wl,--no-as-needed jnigraphics -Wl,--as-needed)
+endif()
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)
   # Android devices may have pages of 16 KiB.
   target_link_options(VLVKMakeupEngine PRIVATE -Wl,-z,max-page-size=16384)

@@ -82,7 +82,7 @@ add_executable(vlvk_tests
   tests/frame_support.h
   tests/frame_test.cpp
 )
-if(VLVK_JNI_INCLUDE)
+if(VLVK_JNI_BINDINGS)
   target_sources(vlvk_tests PRIVATE tests/bindings_without_bitmaps_test.cpp)
 endif()
 target_link_libraries(vlvk_tests PRIVATE vlvk_objects ${VLVK_VOCABULARY_OBJECTS} GTest::gtest GTest::gtest_main)
@@ -92,7 +92,7 @@ include(GoogleTest)
 gtest_discover_tests(vlvk_tests DISCOVERY_TIMEOUT 120)
 
 # The Java bindings, with a virtual machine and bitmaps that the executable provides.
-if(VLVK_JNI_INCLUDE)
+if(VLVK_JNI_BINDINGS)
   add_executable(vlvk_bindings_tests
     tests/bindings_bitmap_test.cpp
     tests/bindings_engine.h
@@ -136,7 +136,10 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
     tests/frame_failure_test.cpp
     tests/frame_model.cpp
     tests/frame_support.cpp
+    tests/kernel_failure_test.cpp
     tests/naive/naive.cpp
+    tests/support/failing_system.cpp
+    tests/support/failing_system.h
     tests/support/guarded_buffer.cpp
     tests/support/plane.cpp
     tests/support/random_content.cpp

@@ -27,7 +27,7 @@ struct Band {
   const VKBandScratch* scratch;
 
   int reach() const { return vlvk::roundUpTo8(radius); }
-  int columns() const { return width & ~7; }
+  int columns() const { return vlvk::wholeGroups(width); }
 
   /// The bottom edge repeats the band's last row; a band shorter than the box repeats the last row that entered first.
   std::int64_t bottomRow() const { return std::int64_t{std::max(rows, reach())} - 1; }
@@ -104,13 +104,13 @@ void MeanBottom_Window_V3_Neon(const unsigned char* source, unsigned char* desti
 void MeanLineEx_Neon(unsigned short* columnSums, unsigned int* columnSquares, const unsigned char* addRow,
                      const unsigned char* subRow, int width, const unsigned char* source, unsigned char* destination,
                      int halfSize, int level) {
-  vlvk::rowLoops().slideColumnSums(columnSums, columnSquares, addRow, subRow, std::max(width, 0) & ~7);
+  vlvk::rowLoops().slideColumnSums(columnSums, columnSquares, addRow, subRow, vlvk::wholeGroups(width));
   MeanLine_Neon(columnSums, columnSquares, width, source, destination, halfSize, level);
 }
 
 void MeanLine_Neon(const unsigned short* columnSums, const unsigned int* columnSquares, int width,
                    const unsigned char* source, unsigned char* destination, int halfSize, int level) {
   // The sums are the caller's own and need not stem from samples.
-  vlvk::rowLoops().smoothRowAnySums(columnSums, columnSquares, std::max(width, 0) & ~7, source, destination, halfSize,
+  vlvk::rowLoops().smoothRowAnySums(columnSums, columnSquares, vlvk::wholeGroups(width), source, destination, halfSize,
                                     vlvk::makePixelFormula(halfSize, level));
 }

@@ -1,7 +1,6 @@
 /// See reference_filter.h.
 #include "kernels/reference_filter.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "base/arm_math.h"
 #include "kernels/skin_model.h"
 #include "targets/row_loops.h"
 
@@ -45,7 +46,7 @@ void blendPlane(const std::uint8_t* unsmoothed, const std::uint8_t* smoothed, st
                 const std::uint8_t* chroma, std::ptrdiff_t chromaStride, int width, int height,
                 const SkinWeights& weights) {
   const vlvk::RowLoops& loops = vlvk::rowLoops();
-  const int grouped = std::max(width, 0) & ~7;
+  const int grouped = vlvk::wholeGroups(width);
   const int paired = std::max(width, 0) & ~1;
   if (paired == 0) return;
   for (int pair = 0; pair < height >> 1; ++pair) {

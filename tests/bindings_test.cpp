@@ -139,7 +139,7 @@ TEST(Handle, ManyEnginesAreApart) {
 class LowMemoryTaken {
  public:
   LowMemoryTaken() {
-    std::uintptr_t free = 0x10000;
+    std::uintptr_t free = lowestMapping();
     std::ifstream maps("/proc/self/maps");
     std::vector<std::pair<std::uintptr_t, std::uintptr_t>> gaps;
     std::uintptr_t begin = 0;
@@ -169,6 +169,15 @@ class LowMemoryTaken {
 
  private:
   static constexpr std::uintptr_t kEnd = std::uintptr_t{1} << 31;
+  /// The lowest address that the system lets a process map.
+  static std::uintptr_t lowestMapping() {
+    for (std::uintptr_t address = page();; address += page()) {
+      void* probe = mmap(at(address), page(), PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED_NOREPLACE, -1, 0);
+      if (probe == MAP_FAILED) continue;
+      munmap(probe, page());
+      return address;
+    }
+  }
   static void* at(std::uintptr_t address) { return reinterpret_cast<void*>(address); }
   static std::size_t page() { return static_cast<std::size_t>(sysconf(_SC_PAGESIZE)); }
 
@@ -181,7 +190,7 @@ TEST(Handle, TheOnlyFreePageIsFound) {
   const LowMemoryTaken taken;
   EXPECT_EQ(makeup_Init(java.env(), nullptr, java.loader()), 0);
   EXPECT_EQ(java.takeCalls(), Calls{});
-  for (const std::uintptr_t page : {taken.last(), taken.first()}) {
+  for (const std::uintptr_t page : {taken.first(), taken.last()}) {
     LowMemoryTaken::release(page);
     const Engine engine(java);
     EXPECT_EQ(engine.handle, static_cast<jlong>(page));

@@ -1,109 +1,17 @@
 /// Frames when memory runs out or threads do not start, and what a frame asks of the system at all.
-///
-/// This executable brings its own malloc family and pthread_create. They count, fail on demand and hand on to the C
-/// library; the engine, linked as the shared library that hosts load, must come through them.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <malloc.h>
-#include <pthread.h>
 
-#include <atomic>
-#include <cerrno>
 #include <climits>
-#include <cstddef>
 
 #include "tests/frame_support.h"
-
-namespace {
-
-/// Counts requests while it is armed; those with the numbers first .. last fail.
-struct Fault {
-  std::atomic<bool> armed{false};
-  std::atomic<int> requests{0};
-  std::atomic<int> first{INT_MAX};
-  std::atomic<int> last{INT_MAX};
-
-  void arm(int from, int to) {
-    requests = 0;
-    first = from;
-    last = to;
-    armed = true;
-  }
-
-  bool hits() {
-    if (!armed) return false;
-    const int number = requests++;
-    return number >= first && number <= last;
-  }
-};
-
-// All constant-initialised: the first allocation comes long before main.
-constinit Fault memoryFault;
-constinit Fault threadFault;
-constinit std::atomic<long long> liveBytes{0};
-constinit thread_local bool startingThread = false;  // the C library's own memory for a thread is not ours to count
-
-void* counted(void* memory) {
-  if (memory != nullptr) liveBytes += static_cast<long long>(malloc_usable_size(memory));
-  return memory;
-}
-
-void discount(void* memory) {
-  if (memory != nullptr) liveBytes -= static_cast<long long>(malloc_usable_size(memory));
-}
-
-bool refused() {
-  if (startingThread || !memoryFault.hits()) return false;
-  errno = ENOMEM;
-  return true;
-}
-
-}  // namespace
-
-extern "C" {
-
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* memory, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
-void __libc_free(void* memory);
-
-void* malloc(std::size_t size) noexcept {
-  return refused() ? nullptr : counted(__libc_malloc(size));
-}
-void* calloc(std::size_t count, std::size_t size) noexcept {
-  return refused() ? nullptr : counted(__libc_calloc(count, size));
-}
-void* realloc(void* memory, std::size_t size) noexcept {
-  if (refused()) return nullptr;
-  discount(memory);
-  return counted(__libc_realloc(memory, size));
-}
-void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
-  return refused() ? nullptr : counted(__libc_memalign(alignment, size));
-}
-int posix_memalign(void** memory, std::size_t alignment, std::size_t size) noexcept {
-  *memory = aligned_alloc(alignment, size);
-  return *memory == nullptr ? ENOMEM : 0;
-}
-void free(void* memory) noexcept {
-  discount(memory);
-  __libc_free(memory);
-}
-
-int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*body)(void*), void* argument) noexcept {
-  static const auto next = reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
-  if (threadFault.hits()) return EAGAIN;
-  startingThread = true;
-  const int result = next(thread, attributes, body, argument);
-  startingThread = false;
-  return result;
-}
-
-}  // extern "C"
+#include "tests/support/failing_system.h"
 
 namespace frame_tests {
 namespace {
+
+using testing_support::liveBytes;
+using testing_support::memoryFault;
+using testing_support::threadFault;
 
 constexpr int kNever = INT_MAX;
 

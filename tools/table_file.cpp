@@ -14,8 +14,9 @@ namespace {
 
 using Header = std::array<std::uint8_t, kResourceHeaderSize>;
 
-constexpr std::size_t kMaxFileSize = std::size_t{16} << 20;  // the engine does not mind what follows the payload
-constexpr int kFactorA = 4;                                  // where the factors stand in the header
+constexpr std::size_t kMaxFileSize = std::size_t{16}
+                                     << 20;  // of this program; the engine minds nothing behind the payload
+constexpr int kFactorA = 4;                  // where the factors stand in the header
 constexpr int kFactorB = 8;
 
 // Every byte is below 128: the same number to readers that take bytes as signed and those that do not.

@@ -1,7 +1,6 @@
 /// See integral_mean.h.
 #include "kernels/alt/integral_mean.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -16,6 +15,11 @@ namespace {
 using vlvk::BoxRows;
 using vlvk::CheckedSize;
 using vlvk::IntegralRows;
+
+/// Side of the box.
+std::ptrdiff_t sideOf(int radius) {
+  return 2 * std::ptrdiff_t{radius} + 1;
+}
 
 /// Column accumulators and the integral row that is being written.
 struct IntegralLine {
@@ -64,8 +68,6 @@ class IntegralRing {
     if (!memory_.available()) return;
     columnSquares_ = memory_.at<std::uint64_t>(0);
     columnSums_ = memory_.at<std::uint32_t>((rows_ + 1) * length_ * sizeof(std::uint64_t));
-    std::fill_n(columnSquares_, length_, 0);
-    std::fill_n(columnSums_, length_, 0);
   }
 
   bool available() const { return memory_.available(); }
@@ -79,7 +81,7 @@ class IntegralRing {
   /// The newest integral row and the oldest, d rows above it.
   IntegralRows box() const {
     const std::size_t newest = (next_ + rows_ - 1) % rows_;
-    return {sums(next_), squares(next_), sums(newest), squares(newest), 2 * std::ptrdiff_t{radius_} + 1};
+    return {sums(next_), squares(next_), sums(newest), squares(newest), sideOf(radius_)};
   }
 
  private:
@@ -117,10 +119,6 @@ void smoothBand(const BoxRows& rows, unsigned char* destination, int width, int 
   forEachBoxRow(rows, width, rowCount, radius, [&](std::ptrdiff_t y, const IntegralRows& box) {
     vlvk::rowLoops().integralSmooth(box, width, rows.plane + y * rows.stride, destination + y * rows.stride, formula);
   });
-}
-
-std::ptrdiff_t sideOf(int radius) {
-  return 2 * std::ptrdiff_t{radius} + 1;
 }
 
 BoxRows wholePlane(const unsigned char* source, int height, int stride) {

@@ -12,8 +12,9 @@
 /// and the sum of squares Q likewise (its low 32 bits). A smoothed pixel follows from S, Q and the sample by the
 /// formula of band_smoothing.h. The cost of a pixel does not depend on the radius.
 ///
-/// width must be at least 8. No argument is checked. Outputs must not overlap the source. The drivers allocate their
-/// ring and write nothing when there is no memory. All functions are reentrant.
+/// width must be at least 8: with less, the drivers do nothing and the line functions must not be called. No argument
+/// is checked otherwise. Outputs must not overlap the source. The drivers allocate their ring and write nothing when
+/// there is no memory. All functions are reentrant.
 #ifndef VLVK_KERNELS_ALT_INTEGRAL_MEAN_H
 #define VLVK_KERNELS_ALT_INTEGRAL_MEAN_H
 
@@ -81,7 +82,8 @@ VLVK_API void Integral_Mean_Line_Neon2(const uint32_t* top, const uint64_t* topS
                                        const uint64_t* bottomSquares, const unsigned char* source, uint32_t* sums,
                                        uint32_t* squares, int width, int radius);
 
-/// Smooths eight pixels; the integral rows are positioned at the first of them.
+/// Smooths eight pixels; the integral rows are positioned at the first of them. Constants that are denormal numbers, or
+/// make such in the formula, count as 0 on ARMv7.
 ///
 /// @param side      d
 /// @param inverse   1 / d^2 as a float's bit pattern

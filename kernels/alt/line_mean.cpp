@@ -1,7 +1,6 @@
 /// See line_mean.h.
 #include "kernels/alt/line_mean.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -22,7 +21,7 @@ using vlvk::NarrowColumnSums;
 class ColumnRows {
  public:
   explicit ColumnRows(int width)
-      : columns_(std::max(width, 0) & ~7),
+      : columns_(vlvk::wholeGroups(width)),
         memory_(vlvk::CheckedSize(columns_) * (sizeof(std::uint32_t) + sizeof(std::uint16_t))) {}
 
   /// There are columns, and memory for them.
@@ -84,7 +83,7 @@ void MeanMid_Window_Neon2(const unsigned char* source, unsigned int* sums, unsig
 
 void MeanLine_V2_Neon(const unsigned short* columnSums, const unsigned int* columnSquares, int width,
                       unsigned int* sums, unsigned int* squares, int halfSize) {
-  vlvk::rowLoops().boxSumsRow(columnSums, columnSquares, std::max(width, 0) & ~7, sums, squares, halfSize);
+  vlvk::rowLoops().boxSumsRow(columnSums, columnSquares, vlvk::wholeGroups(width), sums, squares, halfSize);
 }
 
 void MeanLine_Neon2(const unsigned short* columnSums, const unsigned int* columnSquares, int width,

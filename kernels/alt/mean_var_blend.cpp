@@ -1,7 +1,6 @@
 /// See mean_var_blend.h.
 #include "kernels/alt/mean_var_blend.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -28,7 +27,7 @@ unsigned char blendExactly(unsigned char sample, unsigned int sum, unsigned int 
 void Mean_var_Blend(unsigned char* destination, const unsigned char* source, const unsigned int* sums,
                     const unsigned int* squares, int width, int rows, int stride, int radius, int level) {
   const vlvk::PixelFormula formula = vlvk::makePixelFormula(radius, level);
-  const int grouped = std::max(width, 0) & ~7;
+  const int grouped = vlvk::wholeGroups(width);
   for (std::ptrdiff_t y = 0; y < rows; ++y) {
     const unsigned char* in = source + y * stride;
     unsigned char* out = destination + y * stride;

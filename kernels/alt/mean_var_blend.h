@@ -11,9 +11,10 @@ extern "C" {
 
 /// Turns box sums, box sums of squares and samples into smoothed samples.
 ///
-/// Whole groups of 8 columns take the formula of band_smoothing.h with the reciprocal estimate and truncation. Beware:
-/// in the first four columns of each group the two arrays change roles, so those stay almost as they were. The last
-/// width & 7 columns divide exactly and round half up.
+/// Whole groups of 8 columns take the formula of band_smoothing.h with the reciprocal estimate and truncation, the
+/// variance formed as (mean square + bias) - mean^2. Beware: in the first four columns of each group the two arrays
+/// change roles, so those stay almost as they were. The last width & 7 columns form (mean square - mean^2) + bias,
+/// divide exactly and round half up.
 ///
 /// No argument is checked. Reentrant, allocates nothing.
 ///

@@ -92,7 +92,7 @@ inline void integralSmooth8(const IntegralRows& rows, const std::uint8_t* source
 }
 
 /// See RowLoops::blendStatistics. The first four of 8 columns take the arrays in exchanged roles, and the bias is added
-/// before the squared mean is taken away.
+/// before the squared mean is taken away. `third` and `fourth` are those arguments of Mean_var_Blend.
 inline void blendStatistics(const std::uint8_t* source, std::uint8_t* destination, const std::uint32_t* sums,
                             const std::uint32_t* squares, int columns, const PixelFormula& formula) {
   const FormulaLanes k = formulaLanes(formula);

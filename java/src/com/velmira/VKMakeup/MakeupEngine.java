@@ -123,7 +123,9 @@ public final class MakeupEngine implements AutoCloseable {
         refuseLoader();
         synchronized (frames) {
             requireOpen();
-            if (engine.process(nv21, width, height, whitening, softening, reload.getAndSet(false)) != 0) {
+            boolean asked = reload.getAndSet(false);
+            if (engine.process(nv21, width, height, whitening, softening, asked) != 0) {
+                reload.compareAndSet(false, asked);
                 throw new MakeupException("a frame of " + width + " x " + height
                         + " pixels was not processed: no memory for the engine's buffers or for a copy of the array");
             }

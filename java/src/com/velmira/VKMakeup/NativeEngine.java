@@ -28,6 +28,7 @@ final class NativeEngine {
     }
 
     private static final Engine NATIVES = new Engine();
+    private static final byte[] NO_FRAME = new byte[1];
     private static final Deque<NativeEngine> IDLE = new ArrayDeque<>();
     private static int created;
 
@@ -82,15 +83,18 @@ final class NativeEngine {
     /** Gives the engine back. The caller must not use it any more. */
     void release() {
         adapter.reader = null;
-        onThread(() -> {
-            // An empty frame frees the buffers of the last one; that its resource is missing, the colour table.
-            askLoaderAgain();
-            NATIVES.ProcessVideo(handle, new byte[1], 0, 0);
-            askLoaderAgain();
-            return null;
-        });
-        synchronized (IDLE) {
-            IDLE.push(this);
+        try {
+            onThread(() -> {
+                // An empty frame frees the buffers of the last one; that its resource is missing, the colour table.
+                askLoaderAgain();
+                NATIVES.ProcessVideo(handle, NO_FRAME, 0, 0);
+                askLoaderAgain();
+                return null;
+            });
+        } finally {
+            synchronized (IDLE) {
+                IDLE.push(this);
+            }
         }
     }
 

@@ -1,0 +1,41 @@
+/// A malloc family and a pthread_create of the executable's own, which count, fail on demand and hand on to the C
+/// library. What is tested must be linked as the shared library that hosts load: its calls come through them like
+/// everyone's.
+#ifndef VLVK_TESTS_SUPPORT_FAILING_SYSTEM_H
+#define VLVK_TESTS_SUPPORT_FAILING_SYSTEM_H
+
+#include <atomic>
+#include <climits>
+
+namespace testing_support {
+
+/// Counts requests while it is armed; those with the numbers first .. last fail.
+struct Fault {
+  std::atomic<bool> armed{false};
+  std::atomic<int> requests{0};
+  std::atomic<int> first{INT_MAX};
+  std::atomic<int> last{INT_MAX};
+
+  void arm(int from, int to) {
+    requests = 0;
+    first = from;
+    last = to;
+    armed = true;
+  }
+
+  bool hits() {
+    if (!armed) return false;
+    const int number = requests++;
+    return number >= first && number <= last;
+  }
+};
+
+extern Fault memoryFault;
+extern Fault threadFault;
+
+/// Bytes that are allocated now, threads' stacks left out.
+extern std::atomic<long long> liveBytes;
+
+}  // namespace testing_support
+
+#endif
