@@ -148,3 +148,29 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
   vlvk_set_warnings(vlvk_failure_tests)
   gtest_discover_tests(vlvk_failure_tests DISCOVERY_TIMEOUT 120)
 endif()
+
+# Headers of C functions, each alone in a C file.
+include(CheckLanguage)
+check_language(C)
+if(CMAKE_C_COMPILER)
+  enable_language(C)
+  add_library(vlvk_c_headers OBJECT)
+  foreach(header
+      base/export.h convert/rgb_to_yuv.h convert/yuv_to_rgb.h kernels/alt/integral_mean.h kernels/alt/line_mean.h
+      kernels/alt/mean_var_blend.h kernels/band_smoothing.h kernels/reference_filter.h kernels/skin_blend.h
+      kernels/skin_tables.h)
+    string(MAKE_C_IDENTIFIER ${header} unit)
+    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/c_headers/${unit}.c CONTENT "#include \"${header}\"\n\nint ${unit};\n")
+    target_sources(vlvk_c_headers PRIVATE ${CMAKE_BINARY_DIR}/c_headers/${unit}.c)
+  endforeach()
+  target_include_directories(vlvk_c_headers PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_compile_options(vlvk_c_headers PRIVATE -Wall -Wextra -Wpedantic -Wstrict-prototypes -Werror)
+  set_target_properties(vlvk_c_headers PROPERTIES C_STANDARD 99 C_EXTENSIONS OFF)
+endif()
+
+# What the library exports; the list is that of a 64-bit one with Java bindings.
+if(CMAKE_NM AND VLVK_JNI_BINDINGS AND CMAKE_SIZEOF_VOID_P EQUAL 8 AND NOT VLVK_SANITIZE)
+  add_test(NAME exported_symbols COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLIBRARY=$<TARGET_FILE:VLVKMakeupEngine>
+    -DLIST=${CMAKE_CURRENT_SOURCE_DIR}/tests/exported_symbols.txt
+    -P ${CMAKE_CURRENT_SOURCE_DIR}/tests/check_symbols.cmake)
+endif()
