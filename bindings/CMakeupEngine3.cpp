@@ -34,6 +34,7 @@ int CMakeupEngine3::processVideo(unsigned char* yuv, int width, int height, unsi
   return filter->processVideo(yuv, width, chroma, width, width, height, out, outStride, true);
 }
 
+// NOLINTNEXTLINE(misc-new-delete-overloads): the sized form matches it
 void* CMakeupEngine3::operator new(std::size_t size) noexcept {
   return vlvk::allocateLow(size);
 }

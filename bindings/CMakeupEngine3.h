@@ -44,7 +44,7 @@ class VLVK_API CMakeupEngine3 : public IBeautyResourceLoader {
 
   /// An engine's address fits 31 bits, so that 32 bits of a handle can hold it on every processor. Null when there is
   /// no such memory. Release with delete.
-  static void* operator new(std::size_t size) noexcept;
+  static void* operator new(std::size_t size) noexcept;  // NOLINT(misc-new-delete-overloads): the sized form matches it
   static void operator delete(void* memory, std::size_t size) noexcept;
 
   CFastEdgePreserved* filter;
