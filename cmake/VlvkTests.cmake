@@ -52,6 +52,7 @@ add_executable(vlvk_tests
   tests/support/plane.h
   tests/support/random_content.cpp
   tests/support/random_content.h
+  tests/support/sanitizer_options.cpp
   tests/support/target_test.cpp
   tests/support/target_test.h
 
@@ -102,6 +103,7 @@ if(VLVK_JNI_BINDINGS)
     tests/support/guarded_buffer.cpp
     tests/support/plane.cpp
     tests/support/random_content.cpp
+    tests/support/sanitizer_options.cpp
   )
   target_include_directories(vlvk_bindings_tests SYSTEM PRIVATE
     $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/arm_math.h"
 #include "convert/rgb_to_yuv.h"
 #include "convert/yuv_to_rgb.h"
 #include "kernels/band_smoothing.h"
@@ -30,7 +31,7 @@ bool goesBackIntoFrame(const MakeupParam& p) {
 
 /// The smoothing leaves the columns behind the last whole group of 8 alone: there the picture is its unsmoothed self.
 void copyRightTail(const MakeupParam& p) {
-  const int begin = p.width & ~7;
+  const int begin = wholeGroups(p.width);
   const auto size = static_cast<std::size_t>(p.width - begin);
   for (std::ptrdiff_t y = 0; y < p.rows && size != 0; ++y) {
     std::memcpy(p.meanPlane + y * p.yStride + begin, p.yPlane + y * p.yStride + begin, size);
@@ -95,8 +96,8 @@ void smoothBand(const FramePlan& plan, BandTask& task) {
     (task.owner->*task.stage)(&p, p.meanPlane);
     return;
   }
-  smoothRows(columnSumsIn(p.scratchA, p.scratchB, p.width & ~7), rowsAround(plan, task), plan.reach, p.softenLevel,
-             p.rows, p.yPlane, p.meanPlane, p.yStride);
+  smoothRows(columnSumsIn(p.scratchA, p.scratchB, wholeGroups(p.width)), rowsAround(plan, task), plan.reach,
+             p.softenLevel, p.rows, p.yPlane, p.meanPlane, p.yStride);
 }
 
 /// The part of a band's order that covers `rows` rows from row y on. The pixels of an in-place frame are not kept, so

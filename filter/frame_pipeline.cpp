@@ -99,6 +99,7 @@ CFastEdgePreserved::Stage bandStage(const FramePlan& plan, int band) {
   return &CFastEdgePreserved::FastEdgePreservedMid;
 }
 
+/// Start routine of a band's thread.
 void* runWork(void* argument) {
   auto& work = *static_cast<BandWork*>(argument);
   vlvk::runBand(*work.plan, work.task);

@@ -11,16 +11,6 @@
 #include "tests/bindings_engine.h"
 #include "tests/support/plane.h"
 
-// Read by sanitizers: a request for more memory than there is must fail as it does without them.
-extern "C" const char* __asan_default_options();
-extern "C" const char* __tsan_default_options();
-extern "C" const char* __asan_default_options() {
-  return "allocator_may_return_null=1";
-}
-extern "C" const char* __tsan_default_options() {
-  return "allocator_may_return_null=1";
-}
-
 namespace bindings_tests {
 namespace {
 
