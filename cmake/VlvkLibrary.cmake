@@ -46,6 +46,7 @@ set(VLVK_LIBRARY_SOURCES
   kernels/band_smoothing.h
   kernels/blend_rows.h
   kernels/box_rows.h
+  kernels/color_rows.h
   kernels/pixel_formula.cpp
   kernels/pixel_formula.h
   kernels/reference_filter.cpp
@@ -59,6 +60,7 @@ set(VLVK_LIBRARY_SOURCES
   kernels/smooth_plane.cpp
   kernels/smooth_plane.h
   kernels/smooth_rows.h
+  simd/channel_weights.h
   simd/inline.h
   simd/reciprocal_estimate.h
   simd/scalar.h

@@ -14,6 +14,12 @@ inline U8x16x2 channelOfRows(I16x8x2 lumaLow, I16x8x2 lumaHigh, I16x8 chromaTerm
                                             add(lumaHigh, bothRows(duplicateHigh(chromaTerm))));
 }
 
+/// offset + kU * u + kV * v.
+template <ChromaOrder kChroma, int kU, int kV>
+inline I16x8 weighChroma(const ChromaPairs& pairs, I16x8 offset) {
+  return kChroma == kVThenU ? weighPairs<kV, kU>(pairs, offset) : weighPairs<kU, kV>(pairs, offset);
+}
+
 /// See RowLoops::yuvToPixels.
 template <ChromaOrder kChroma, PixelOrder kPixels>
 inline void yuvToPixels(const std::uint8_t* luma0, const std::uint8_t* luma1, const std::uint8_t* chroma,
@@ -26,15 +32,14 @@ inline void yuvToPixels(const std::uint8_t* luma0, const std::uint8_t* luma1, co
   const U8x16x2 opaque = splatRows(255);
 
   for (std::ptrdiff_t c = 0; c < columns; c += 16) {
-    const U8x16 pairs = loadU8x16(chroma + c);
-    const I16x8 u = kChroma == kVThenU ? secondOfPairs(pairs) : firstOfPairs(pairs);
-    const I16x8 v = kChroma == kVThenU ? firstOfPairs(pairs) : secondOfPairs(pairs);
+    const ChromaPairs pairs = loadChromaPairs(chroma + c);
     const U8x16x2 luma = loadRows(luma0 + c, luma1 + c);
     const I16x8x2 lumaLow = mulWidenLow(luma, k.luma);
     const I16x8x2 lumaHigh = mulWidenHigh(luma, k.luma);
-    const U8x16x2 red = channelOfRows(lumaLow, lumaHigh, add(mul(v, k.redV), redOffset));
-    const U8x16x2 green = channelOfRows(lumaLow, lumaHigh, add(add(mul(u, k.greenU), mul(v, k.greenV)), greenOffset));
-    const U8x16x2 blue = channelOfRows(lumaLow, lumaHigh, add(mul(u, k.blueU), blueOffset));
+    const U8x16x2 red = channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, 0, k.redV>(pairs, redOffset));
+    const U8x16x2 green =
+        channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, k.greenU, k.greenV>(pairs, greenOffset));
+    const U8x16x2 blue = channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, k.blueU, 0>(pairs, blueOffset));
     storePixels(pixels0 + 4 * c, pixels1 + 4 * c, kPixels == kRgba ? red : blue, green, kPixels == kRgba ? blue : red,
                 opaque);
   }

@@ -1,10 +1,12 @@
 /// Colour adjustment of a band: colour table, tone curves, or the green curve alone.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
 #include "convert/pixel_orders.h"
 #include "filter/CFastEdgePreserved.h"
+#include "targets/row_loops.h"
 
 namespace {
 
@@ -75,11 +77,27 @@ struct PixelRows {
 };
 
 template <class Mapping>
+void mapPixels(const unsigned char* source, unsigned char* destination, int first, int end, Mapping mapping) {
+  for (std::ptrdiff_t i = 4 * static_cast<std::ptrdiff_t>(first); i < 4 * static_cast<std::ptrdiff_t>(end); i += 4) {
+    storePixel(destination + i, mapping(loadPixel(source + i)));
+  }
+}
+
+template <class Mapping>
 void mapPixels(const PixelRows& band, Mapping mapping) {
   band.forEachRow([&](const unsigned char* source, unsigned char* destination) {
-    for (std::ptrdiff_t i = 0; i < 4 * static_cast<std::ptrdiff_t>(band.width); i += 4) {
-      storePixel(destination + i, mapping(loadPixel(source + i)));
-    }
+    mapPixels(source, destination, 0, band.width, mapping);
+  });
+}
+
+/// Blocks of 16 pixels by the row loop, the rest pixel by pixel.
+template <vlvk::PixelOrder kOrder>
+void mapThroughTable(const PixelRows& band, const unsigned char* table) {
+  const auto lookUpColors = vlvk::rowLoops().lookUpColors[kOrder];
+  const int blocks = std::max(band.width, 0) & ~15;
+  band.forEachRow([&](const unsigned char* source, unsigned char* destination) {
+    lookUpColors(source, destination, blocks, table);
+    mapPixels(source, destination, blocks, band.width, TableMapping<kOrder>{table});
   });
 }
 
@@ -101,7 +119,7 @@ void adjustBand(const CFastEdgePreserved& filter, const MakeupParam& p) {
   const PixelRows band{p.outPlane, p.outStride, apart ? p.dstPlane : p.outPlane, apart ? p.dstStride : p.outStride,
                        p.width,    p.rows};
   if (p.colorAdjustIntensity > 0) {
-    mapPixels(band, TableMapping<kOrder>{filter.colorTable});
+    mapThroughTable<kOrder>(band, filter.colorTable);
   } else if (p.whitenIntensity > 0) {
     const bool rgba = kOrder == vlvk::kRgba;
     mapPixels(band, CurveMapping{rgba ? filter.toneCurve0 : filter.toneCurve2, filter.toneCurve1,

@@ -17,9 +17,9 @@ PixelFormula makePixelFormula(int halfSize, int level) {
           .strength = static_cast<float>(strength)};
 }
 
-bool boxSumsFitInt(int halfSize) {
-  constexpr int kLargestHalfSize = 90;  // (2 * 90 + 1)^2 * 255^2 = 2130284025
-  return halfSize <= kLargestHalfSize;
+bool isTame(int halfSize, const PixelFormula& formula) {
+  constexpr int kLargestHalfSize = 63;  // (2 * 63 + 1) * 255 = 32385
+  return halfSize <= kLargestHalfSize && formula.bias >= 1.0F && formula.strength >= 0.0F;
 }
 
 }  // namespace vlvk

@@ -21,9 +21,13 @@ struct PixelFormula {
 ///                  the bias wraps modulo 2^32
 PixelFormula makePixelFormula(int halfSize, int level);
 
-/// Whether box sums of 8-bit samples stay below 2^31 for this half-size, squares included, so that they may be
-/// converted to float as signed integers, which is cheaper on x86.
-bool boxSumsFitInt(int halfSize);
+/// Whether box sums of 8-bit samples and results are as small as RowLoops::smoothRow needs them:
+///
+/// - column sums of the 2h + 1 rows stay below 2^15, and so do their differences with sign, and box sums, squares
+///   included, below 2^31;
+/// - bias and strength are large enough that every quotient lies between the sample and the mean, up to the error of
+///   the estimate: 0 .. 256.
+bool isTame(int halfSize, const PixelFormula& formula);
 
 }  // namespace vlvk
 

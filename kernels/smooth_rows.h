@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "kernels/pixel_formula.h"
+#include "simd/inline.h"
 
 namespace vlvk::VLVK_TARGET {
 
@@ -45,24 +47,36 @@ enum Denominator {
   kAny      ///< made of a caller's own constants
 };
 
-/// Moves samples towards the mean, the more the smaller their biased variance is against the strength.
-template <Denominator kDenominator>
-inline U8x8 pulledToMean(U8x8 samples, F32x8 mean, F32x8 biasedVariance, F32x8 strength) {
-  const F32x8 numerator = add(mul(toFloat(samples), biasedVariance), mul(mean, strength));
-  const F32x8 denominator = add(biasedVariance, strength);
+/// The quotient that becomes a smoothed pixel.
+struct Quotient {
+  F32x8 numerator;
+  F32x8 denominator;
+};
+
+/// Samples moved towards the mean, the more the smaller their biased variance is against the strength.
+inline Quotient pulledToMean(F32x8 samples, F32x8 mean, F32x8 biasedVariance, F32x8 strength) {
+  return {add(mul(samples, biasedVariance), mul(mean, strength)), add(biasedVariance, strength)};
+}
+
+/// The pixel formula as far as its quotient, see PixelFormula.
+inline Quotient smoothed(F32x8 samples, F32x8 sums, F32x8 squares, const FormulaLanes& k) {
+  const F32x8 mean = mul(sums, k.inverseArea);
+  const F32x8 variance = sub(mul(squares, k.inverseArea), mul(mean, mean));
+  return pulledToMean(samples, mean, add(variance, k.bias), k.strength);
+}
+
+template <Denominator kDenominator = kModest>
+inline F32x8 divided(const Quotient& quotient) {
   if constexpr (kDenominator == kModest) {
-    return truncToLowBytes(mul(numerator, reciprocalEstimateOfModest(denominator)));
+    return mul(quotient.numerator, reciprocalEstimateOfModest(quotient.denominator));
   } else {
-    return truncToLowBytes(mul(numerator, reciprocalEstimate(denominator)));
+    return mul(quotient.numerator, reciprocalEstimate(quotient.denominator));
   }
 }
 
-/// The pixel formula, see PixelFormula.
 template <Denominator kDenominator = kModest>
 inline U8x8 smoothedPixels(U8x8 samples, F32x8 sums, F32x8 squares, const FormulaLanes& k) {
-  const F32x8 mean = mul(sums, k.inverseArea);
-  const F32x8 variance = sub(mul(squares, k.inverseArea), mul(mean, mean));
-  return pulledToMean<kDenominator>(samples, mean, add(variance, k.bias), k.strength);
+  return truncToLowBytes(divided<kDenominator>(smoothed(toFloat(samples), sums, squares, k)));
 }
 
 /// 8 elements from `index` on, each index clamped to 0 .. last.
@@ -102,14 +116,49 @@ inline U32x8 boxSteps(U32x8 entering, U32x8 leaving) {
   return sub(entering, leaving);
 }
 
+/// Sums for 16 columns, even and odd ones apart.
+struct PairedSums {
+  U32x8 even;
+  U32x8 odd;
+};
+
+inline PairedSums sumsOfPairs(U32x8 carried, const PairSteps& steps) {
+  const U32x8 odd = add(carried, prefixSum(steps.pair));
+  return {sub(odd, steps.odd), odd};
+}
+
+/// Box sums of a run of columns, even and odd ones apart: 8 even columns, the 8 odd ones among them, 8 even ones ...
+struct BoxRun {
+  static constexpr int kColumns = 256;
+  std::uint32_t sums[kColumns];
+  std::uint32_t squares[kColumns];
+};
+
+/// Quotients of a run, in the same order.
+struct QuotientRun {
+  float numerators[BoxRun::kColumns];
+  float denominators[BoxRun::kColumns];
+};
+
+inline void storePaired(std::uint32_t* to, const PairedSums& sums) {
+  store(to, sums.even);
+  store(to + 8, sums.odd);
+}
+
+/// What scanBoxSums takes for a user of runs where there is none.
+struct NoRuns {};
+
 /// Scans column sums into box sums and calls `use8(j, sums, squares)` for columns j .. j + 7, j = 0, 8 ... below
 /// `columns`.
 ///
 /// The box of column j is the one of column j - 1 plus column j + h, less column j - h - 1 (or both one further to the
-/// right), indices clamped to 0 .. last. Runs of 8 columns at both ends clamp, those between do not need to.
-template <BoxShift kShift, class Sum, class Use8>
-inline void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std::ptrdiff_t columns, std::ptrdiff_t last,
-                        int halfSize, Use8 use8) {
+/// right), indices clamped to 0 .. last. Columns at both ends clamp, those between do not need to; where
+/// `useRun(j, columns, run)` is given, it gets those, a multiple of 16 at a time (differences of column sums must fit
+/// 16 bits then). Sums and what is made of them are long chains of dependent operations: in loops of their own, more of
+/// them run side by side.
+template <BoxShift kShift, class Sum, class Use8, class UseRun = NoRuns>
+VLVK_INLINE void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std::ptrdiff_t columns, std::ptrdiff_t last,
+                             int halfSize, Use8 use8, UseRun useRun = {}) {
   if (columns <= 0) return;
   const std::ptrdiff_t reach = halfSize <= last ? halfSize : last + 1;  // farther indices clamp alike
   const std::ptrdiff_t toEntering = reach + kShift;
@@ -124,7 +173,7 @@ inline void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std::ptrd
     carriedSquare = splatLast(boxSquares);
     use8(j, boxSums, boxSquares);
   };
-  const auto scanClamped8 = [&](std::ptrdiff_t j) {
+  const auto scanClamped8 = [&](std::ptrdiff_t j) __attribute__((always_inline)) {
     scan8(j, boxSteps(loadClamped(sums, j + toEntering, last), loadClamped(sums, j + toLeaving, last)),
           boxSteps(loadClamped(squares, j + toEntering, last), loadClamped(squares, j + toLeaving, last)));
   };
@@ -132,6 +181,22 @@ inline void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std::ptrd
   std::ptrdiff_t j = 0;
   for (; j + toLeaving < 0 && j < columns; j += 8)
     scanClamped8(j);
+  if constexpr (!std::is_same_v<UseRun, NoRuns>) {
+    BoxRun run;
+    while (j + toEntering + 15 <= last) {
+      int count = 0;
+      for (; j + toEntering + 15 <= last && count < BoxRun::kColumns; j += 16, count += 16) {
+        const PairedSums boxSums = sumsOfPairs(carriedSum, pairSteps(sums + j + toEntering, sums + j + toLeaving));
+        const PairedSums boxSquares =
+            sumsOfPairs(carriedSquare, pairSteps(squares + j + toEntering, squares + j + toLeaving));
+        carriedSum = splatLast(boxSums.odd);
+        carriedSquare = splatLast(boxSquares.odd);
+        storePaired(run.sums + count, boxSums);
+        storePaired(run.squares + count, boxSquares);
+      }
+      useRun(j - count, count, run);
+    }
+  }
   for (; j + toEntering + 7 <= last; j += 8) {
     scan8(j, boxSteps(load8(sums + j + toEntering), load8(sums + j + toLeaving)),
           boxSteps(load8(squares + j + toEntering), load8(squares + j + toLeaving)));
@@ -140,21 +205,52 @@ inline void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std::ptrd
     scanClamped8(j);
 }
 
-/// See RowLoops::smoothRow, smoothRowAnySums.
-template <bool kAnySums>
-inline void smoothRow(const std::uint16_t* sums, const std::uint32_t* squares, int columns, const std::uint8_t* source,
-                      std::uint8_t* destination, int halfSize, const PixelFormula& formula) {
+/// See RowLoops::smoothRowAnySums.
+inline void smoothRowAnySums(const std::uint16_t* sums, const std::uint32_t* squares, int columns,
+                             const std::uint8_t* source, std::uint8_t* destination, int halfSize,
+                             const PixelFormula& formula) {
   const FormulaLanes k = formulaLanes(formula);
   scanBoxSums<kOneToTheRight>(
       sums, squares, columns, columns - 1,
       halfSize, [&](std::ptrdiff_t j, U32x8 boxSums, U32x8 boxSquares) __attribute__((always_inline)) {
-        const U8x8 samples = loadU8x8(source + j);
-        if constexpr (kAnySums) {
-          store(destination + j, smoothedPixels(samples, toFloat(boxSums), toFloat(boxSquares), k));
-        } else {
-          store(destination + j, smoothedPixels(samples, toFloatBelow2To31(boxSums), toFloatBelow2To31(boxSquares), k));
-        }
+        store(destination + j, smoothedPixels(loadU8x8(source + j), toFloat(boxSums), toFloat(boxSquares), k));
       });
+}
+
+/// Smooths a run of columns, a multiple of 16.
+inline void smoothRun(const BoxRun& run, const std::uint8_t* source, std::uint8_t* destination, int columns,
+                      const FormulaLanes& k) {
+  QuotientRun quotients;
+  const auto quotientOf = [&](F32x8 samples, int i) __attribute__((always_inline)) {
+    const Quotient quotient =
+        smoothed(samples, toFloatBelow2To31(load8(run.sums + i)), toFloatBelow2To31(load8(run.squares + i)), k);
+    store(quotients.numerators + i, quotient.numerator);
+    store(quotients.denominators + i, quotient.denominator);
+  };
+  const auto pixelsAt = [&](int i) __attribute__((always_inline)) {
+    return divided({load8(quotients.numerators + i), load8(quotients.denominators + i)});
+  };
+  for (int i = 0; i < columns; i += 16) {
+    const U8x16 samples = loadU8x16(source + i);
+    quotientOf(toFloatEven(samples), i);
+    quotientOf(toFloatOdd(samples), i + 8);
+  }
+  for (int i = 0; i < columns; i += 16)
+    store(destination + i, truncToLowBytes(pixelsAt(i), pixelsAt(i + 8)));
+}
+
+/// See RowLoops::smoothRow.
+inline void smoothRow(const std::uint16_t* sums, const std::uint32_t* squares, int columns, const std::uint8_t* source,
+                      std::uint8_t* destination, int halfSize, const PixelFormula& formula) {
+  const FormulaLanes k = formulaLanes(formula);
+  scanBoxSums<kOneToTheRight>(
+      sums, squares, columns, columns - 1, halfSize,
+      [&](std::ptrdiff_t j, U32x8 boxSums, U32x8 boxSquares) __attribute__((always_inline)) {
+        store(destination + j,
+              smoothedPixels(loadU8x8(source + j), toFloatBelow2To31(boxSums), toFloatBelow2To31(boxSquares), k));
+      },
+      [&](std::ptrdiff_t j, int count, const BoxRun& run)
+          __attribute__((always_inline)) { smoothRun(run, source + j, destination + j, count, k); });
 }
 
 }  // namespace vlvk::VLVK_TARGET

@@ -17,6 +17,13 @@ struct U32x8 {
 struct F32x8 {
   __m256 v;
 };
+/// Chroma terms serve both rows: both halves hold the same 8 lanes.
+struct I16x8 {
+  __m256i v;
+};
+struct ChromaPairs {
+  __m256i v;
+};
 struct U8x16x2 {
   __m256i v;
 };
@@ -32,6 +39,10 @@ struct Pixels8 {
 
 VLVK_INLINE __m256i loadUnaligned256(const void* from) {
   return _mm256_loadu_si256(static_cast<const __m256i*>(from));
+}
+
+VLVK_INLINE void storeUnaligned256(void* to, __m256i v) {
+  _mm256_storeu_si256(static_cast<__m256i*>(to), v);
 }
 
 // Memory.
@@ -51,7 +62,10 @@ VLVK_INLINE U32x8 loadLow8(const std::uint64_t* from) {
   return {evenWords(loadUnaligned256(from), loadUnaligned256(from + 4))};
 }
 VLVK_INLINE void store(std::uint32_t* to, U32x8 v) {
-  _mm256_storeu_si256(static_cast<__m256i*>(static_cast<void*>(to)), v.v);
+  storeUnaligned256(to, v.v);
+}
+VLVK_INLINE void store(float* to, F32x8 v) {
+  _mm256_storeu_ps(to, v.v);
 }
 VLVK_INLINE U32x8 splat8(std::uint32_t value) {
   return {_mm256_set1_epi32(static_cast<std::int32_t>(value))};
@@ -95,6 +109,25 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {_mm256_permutevar8x32_epi32(v.v, _mm256_set1_epi32(7))};
 }
 
+struct PairSteps {
+  U32x8 pair;
+  U32x8 odd;
+};
+VLVK_INLINE PairSteps pairSteps(const std::uint16_t* entering, const std::uint16_t* leaving) {
+  const __m256i steps = _mm256_sub_epi16(loadUnaligned256(entering), loadUnaligned256(leaving));
+  return {{_mm256_madd_epi16(steps, _mm256_set1_epi16(1))}, {_mm256_srai_epi32(steps, 16)}};
+}
+VLVK_INLINE PairSteps pairSteps(const std::uint32_t* entering, const std::uint32_t* leaving) {
+  const __m256i first = _mm256_sub_epi32(loadUnaligned256(entering), loadUnaligned256(leaving));
+  const __m256i second = _mm256_sub_epi32(loadUnaligned256(entering + 8), loadUnaligned256(leaving + 8));
+  // Columns 0-3 8-11 and 4-7 12-15, so that splitting inside the halves leaves pairs in order.
+  const __m256 low = _mm256_castsi256_ps(_mm256_permute2x128_si256(first, second, 0x20));
+  const __m256 high = _mm256_castsi256_ps(_mm256_permute2x128_si256(first, second, 0x31));
+  const __m256i even = _mm256_castps_si256(_mm256_shuffle_ps(low, high, 0x88));
+  const __m256i odd = _mm256_castps_si256(_mm256_shuffle_ps(low, high, 0xDD));
+  return {{_mm256_add_epi32(even, odd)}, {odd}};
+}
+
 // Single precision.
 
 VLVK_INLINE F32x8 add(F32x8 a, F32x8 b) {
@@ -118,6 +151,12 @@ VLVK_INLINE F32x8 toFloatBelow2To31(U32x8 v) {
 }
 VLVK_INLINE F32x8 toFloat(U8x8 v) {
   return {_mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(v.v))};
+}
+VLVK_INLINE F32x8 toFloatEven(U8x16 v) {
+  return {_mm256_cvtepi32_ps(_mm256_cvtepu16_epi32(_mm_and_si128(v.v, _mm_set1_epi16(0xFF))))};
+}
+VLVK_INLINE F32x8 toFloatOdd(U8x16 v) {
+  return {_mm256_cvtepi32_ps(_mm256_cvtepu16_epi32(_mm_srli_epi16(v.v, 8)))};
 }
 
 /// One division gives the estimate: the reciprocal of the middle of the input's fraction class, rounded to 8 fraction
@@ -152,6 +191,13 @@ VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
   // The low byte of each lane to the start of its half, then both halves side by side.
   const __m256i lowBytes = _mm256_shuffle_epi8(integers, _mm256_set1_epi32(0x0C080400));
   return {_mm_unpacklo_epi32(_mm256_castsi256_si128(lowBytes), _mm256_extracti128_si256(lowBytes, 1))};
+}
+VLVK_INLINE U8x16 truncToLowBytes(F32x8 even, F32x8 odd) {
+  const __m256i low = _mm256_and_si256(_mm256_cvttps_epi32(even.v), _mm256_set1_epi32(0xFF));
+  const __m256i high = _mm256_slli_epi32(_mm256_cvttps_epi32(odd.v), 8);
+  const __m256i both = _mm256_or_si256(low, high);  // a pair in the lower half of each lane
+  const __m256i pairs = _mm256_shuffle_epi8(both, _mm256_set1_epi64x(0x0D0C090805040100));
+  return {_mm_unpacklo_epi64(_mm256_castsi256_si128(pairs), _mm256_extracti128_si256(pairs, 1))};
 }
 
 // Skin weights.
@@ -199,7 +245,7 @@ VLVK_INLINE U8x16x2 splatRows(std::uint8_t value) {
   return {_mm256_set1_epi8(static_cast<char>(value))};
 }
 VLVK_INLINE I16x8x2 bothRows(I16x8 v) {
-  return {_mm256_broadcastsi128_si256(v.v)};
+  return {v.v};
 }
 VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
   return {_mm256_add_epi16(a.v, b.v)};
@@ -210,12 +256,11 @@ VLVK_INLINE I16x8x2 mulWidenLow(U8x16x2 v, std::uint8_t factor) {
 VLVK_INLINE I16x8x2 mulWidenHigh(U8x16x2 v, std::uint8_t factor) {
   return {_mm256_mullo_epi16(_mm256_unpackhi_epi8(v.v, _mm256_setzero_si256()), _mm256_set1_epi16(factor))};
 }
-/// The saturating addition cannot change a sum that matters: 32767 stays far above 255.
+/// The rounding multiplication keeps bits 15 and up of twice the product, rounded.
 template <int kBits>
 VLVK_INLINE U8x16x2 roundShiftNarrowSat(I16x8x2 low, I16x8x2 high) {
-  const __m256i half = _mm256_set1_epi16(1 << (kBits - 1));
-  return {_mm256_packus_epi16(_mm256_srai_epi16(_mm256_adds_epi16(low.v, half), kBits),
-                              _mm256_srai_epi16(_mm256_adds_epi16(high.v, half), kBits))};
+  const __m256i factor = _mm256_set1_epi16(1 << (15 - kBits));
+  return {_mm256_packus_epi16(_mm256_mulhrs_epi16(low.v, factor), _mm256_mulhrs_epi16(high.v, factor))};
 }
 VLVK_INLINE void storePixels(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 c0, U8x16x2 c1, U8x16x2 c2, U8x16x2 c3) {
   const __m256i low01 = _mm256_unpacklo_epi8(c0.v, c1.v);
@@ -228,6 +273,37 @@ VLVK_INLINE void storePixels(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 c0, U
   storeHalves(to0 + 48, to1 + 48, _mm256_unpackhi_epi16(high01, high23));
 }
 
+// Chroma terms.
+
+VLVK_INLINE ChromaPairs loadChromaPairs(const std::uint8_t* from) {
+  return {_mm256_broadcastsi128_si256(loadUnaligned(from))};
+}
+VLVK_INLINE I16x8 splatI16(std::int16_t value) {
+  return {_mm256_set1_epi16(value)};
+}
+/// Weights that fit a byte take one multiply-add.
+template <int kFirst, int kSecond>
+VLVK_INLINE I16x8 weighPairs(ChromaPairs v, I16x8 offset) {
+  if constexpr (kFirst >= -128 && kFirst <= 127 && kSecond >= -128 && kSecond <= 127) {
+    static_assert(kFirst + kSecond >= -128 && kFirst + kSecond <= 128);
+    const __m256i weights = _mm256_set1_epi16(static_cast<std::int16_t>((kFirst & 0xFF) | (kSecond & 0xFF) << 8));
+    return {_mm256_add_epi16(offset.v, _mm256_maddubs_epi16(v.v, weights))};
+  } else {
+    const __m256i first = _mm256_and_si256(v.v, _mm256_set1_epi16(0xFF));
+    const __m256i second = _mm256_srli_epi16(v.v, 8);
+    __m256i sum = offset.v;
+    if constexpr (kFirst != 0) sum = _mm256_add_epi16(sum, _mm256_mullo_epi16(first, _mm256_set1_epi16(kFirst)));
+    if constexpr (kSecond != 0) sum = _mm256_add_epi16(sum, _mm256_mullo_epi16(second, _mm256_set1_epi16(kSecond)));
+    return {sum};
+  }
+}
+VLVK_INLINE I16x8 duplicateLow(I16x8 v) {
+  return {_mm256_unpacklo_epi16(v.v, v.v)};
+}
+VLVK_INLINE I16x8 duplicateHigh(I16x8 v) {
+  return {_mm256_unpackhi_epi16(v.v, v.v)};
+}
+
 // Pixels to luma and chroma.
 
 VLVK_INLINE Pixels16 loadPixels16(const std::uint8_t* from) {
@@ -236,28 +312,56 @@ VLVK_INLINE Pixels16 loadPixels16(const std::uint8_t* from) {
 VLVK_INLINE Pixels8 evenPixels(const Pixels16& v) {
   return {evenWords(v.eight[0], v.eight[1])};
 }
-/// Eight pixels in 32-bit lanes: channels 0 and 2, then 1 and alpha, as pairs of 16 bits for the multiply-add.
-template <int k0, int k1, int k2, int kBias>
-VLVK_INLINE __m256i weigh8(__m256i pixels) {
-  const __m256i outer = _mm256_and_si256(pixels, _mm256_set1_epi32(0x00FF00FF));
-  const __m256i inner = _mm256_srli_epi16(pixels, 8);
-  const __m256i sum = _mm256_add_epi32(_mm256_madd_epi16(outer, _mm256_set1_epi32((k2 * 65536) | (k0 & 0xFFFF))),
-                                       _mm256_madd_epi16(inner, _mm256_set1_epi32(k1 & 0xFFFF)));
-  return _mm256_srli_epi32(_mm256_add_epi32(sum, _mm256_set1_epi32(kBias)), 8);
+/// Multiply-adds put two digits together, then all three.
+template <int c0, int c2>
+VLVK_INLINE void storeColorIndices(std::uint32_t* to, const Pixels16& v) {
+  static_assert(c0 + c2 == 2);
+  const __m256i first = _mm256_set1_epi32(c0 == 0 ? 0x00014001 : 0x00010140);
+  const __m256i second = _mm256_set1_epi32(c0 == 0 ? 0x10000001 : 0x00010040);
+  for (int i = 0; i < 2; ++i) {
+    const __m256i digits = _mm256_and_si256(_mm256_srli_epi16(v.eight[i], 2), _mm256_set1_epi32(0x003F3F3F));
+    storeUnaligned256(to + 8 * i, _mm256_madd_epi16(_mm256_maddubs_epi16(digits, first), second));
+  }
 }
-template <int k0, int k1, int k2, int kBias>
+/// Byte weights of a pixel for the multiply-add of unsigned with signed bytes, whose pair sums must fit 16 bits with
+/// their sign. A middle weight above 127 is shared with the fourth byte, which then holds the middle channel as well.
+template <ChannelWeights k>
+struct ByteWeights {
+  static constexpr bool kSplit = k.c1 > 127;
+  static constexpr int kFourth = kSplit ? 128 - k.c2 : 0;
+  static constexpr int kSecond = k.c1 - kFourth;
+  static_assert(k.c0 <= 127 && kSecond <= 127 && k.c0 + kSecond <= 128 && k.c0 + kSecond >= -128);
+  static constexpr std::int32_t kPacked = (k.c0 & 0xFF) | (kSecond & 0xFF) << 8 | (k.c2 & 0xFF) << 16 | kFourth << 24;
+};
+/// Eight sums in 32-bit lanes, without the bias.
+template <ChannelWeights k>
+VLVK_INLINE __m256i weigh8(__m256i pixels) {
+  if constexpr (ByteWeights<k>::kSplit) {
+    const __m128i secondToFourth = _mm_setr_epi8(0, 1, 2, 1, 4, 5, 6, 5, 8, 9, 10, 9, 12, 13, 14, 13);
+    pixels = _mm256_shuffle_epi8(pixels, _mm256_broadcastsi128_si256(secondToFourth));
+  }
+  const __m256i pairs = _mm256_maddubs_epi16(pixels, _mm256_set1_epi32(ByteWeights<k>::kPacked));
+  return _mm256_madd_epi16(pairs, _mm256_set1_epi16(1));
+}
+template <ChannelWeights k>
 VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
   // Packing works inside the halves: pixels 0-3 8-11 | 4-7 12-15, as words, then as bytes.
+  const __m256i sums = _mm256_packus_epi32(weigh8<k>(v.eight[0]), weigh8<k>(v.eight[1]));
   const __m256i words =
-      _mm256_packs_epi32(weigh8<k0, k1, k2, kBias>(v.eight[0]), weigh8<k0, k1, k2, kBias>(v.eight[1]));
+      _mm256_srli_epi16(_mm256_add_epi16(sums, _mm256_set1_epi16(static_cast<std::int16_t>(k.bias))), 8);
   const __m128i bytes = _mm_packus_epi16(_mm256_castsi256_si128(words), _mm256_extracti128_si256(words, 1));
   return {_mm_shuffle_epi32(bytes, 0xD8)};  // quarters 0, 2, 1, 3
 }
-template <int k0, int k1, int k2, int kBias>
-VLVK_INLINE U8x8 weighChannels(const Pixels8& v) {
-  const __m256i sums = weigh8<k0, k1, k2, kBias>(v.v);
-  const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1));
-  return {_mm_packus_epi16(words, words)};
+/// The sums fit 16 bits with their sign; the bias makes them positive.
+template <ChannelWeights kFirst, ChannelWeights kSecond>
+VLVK_INLINE void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
+  static_assert(kFirst.bias == kSecond.bias);
+  const __m256i sums = _mm256_packs_epi32(weigh8<kFirst>(v.v), weigh8<kSecond>(v.v));
+  const __m256i biased = _mm256_add_epi16(sums, _mm256_set1_epi16(static_cast<std::int16_t>(kFirst.bias)));
+  // The upper byte of each: four first ones, four second ones in either half.
+  const __m128i interleave = _mm_setr_epi8(1, 9, 3, 11, 5, 13, 7, 15, 1, 9, 3, 11, 5, 13, 7, 15);
+  const __m256i pairs = _mm256_shuffle_epi8(biased, _mm256_broadcastsi128_si256(interleave));
+  storeUnaligned(to, _mm_unpacklo_epi64(_mm256_castsi256_si128(pairs), _mm256_extracti128_si256(pairs, 1)));
 }
 
 }  // namespace vlvk::VLVK_TARGET

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "simd/channel_weights.h"
 #include "simd/inline.h"
 
 namespace vlvk::VLVK_TARGET {
@@ -31,8 +32,10 @@ struct F32x8 {
   float32x4_t low;
   float32x4_t high;
 };
+/// Columns 0 .. 7 and 8 .. 15 of each row: halves are what most operations take and give.
 struct U8x16x2 {
-  uint8x16_t row[2];
+  uint8x8_t low[2];
+  uint8x8_t high[2];
 };
 struct I16x8x2 {
   int16x8_t row[2];
@@ -80,6 +83,10 @@ VLVK_INLINE void store(std::uint16_t* to, U16x8 v) {
 VLVK_INLINE void store(std::uint32_t* to, U32x8 v) {
   vst1q_u32(to, v.low);
   vst1q_u32(to + 4, v.high);
+}
+VLVK_INLINE void store(float* to, F32x8 v) {
+  vst1q_f32(to, v.low);
+  vst1q_f32(to + 4, v.high);
 }
 VLVK_INLINE U16x8 splat8(std::uint16_t value) {
   return {vdupq_n_u16(value)};
@@ -138,6 +145,26 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {last, last};
 }
 
+struct PairSteps {
+  U32x8 pair;
+  U32x8 odd;
+};
+VLVK_INLINE PairSteps pairSteps(const std::uint16_t* entering, const std::uint16_t* leaving) {
+  const int16x8_t low = vreinterpretq_s16_u16(vsubq_u16(vld1q_u16(entering), vld1q_u16(leaving)));
+  const int16x8_t high = vreinterpretq_s16_u16(vsubq_u16(vld1q_u16(entering + 8), vld1q_u16(leaving + 8)));
+  return {{vreinterpretq_u32_s32(vpaddlq_s16(low)), vreinterpretq_u32_s32(vpaddlq_s16(high))},
+          {vreinterpretq_u32_s32(vshrq_n_s32(vreinterpretq_s32_s16(low), 16)),
+           vreinterpretq_u32_s32(vshrq_n_s32(vreinterpretq_s32_s16(high), 16))}};
+}
+VLVK_INLINE PairSteps pairSteps(const std::uint32_t* entering, const std::uint32_t* leaving) {
+  const U32x8 low = sub(load8(entering), load8(leaving));
+  const U32x8 high = sub(load8(entering + 8), load8(leaving + 8));
+  const uint32x4x2_t lowSplit = vuzpq_u32(low.low, low.high);
+  const uint32x4x2_t highSplit = vuzpq_u32(high.low, high.high);
+  const U32x8 odd = {lowSplit.val[1], highSplit.val[1]};
+  return {add({lowSplit.val[0], highSplit.val[0]}, odd), odd};
+}
+
 // Single precision. ARMv7 flushes denormals to zero here.
 
 VLVK_INLINE F32x8 toFloat(U32x8 v) {
@@ -146,9 +173,17 @@ VLVK_INLINE F32x8 toFloat(U32x8 v) {
 VLVK_INLINE F32x8 toFloatBelow2To31(U32x8 v) {
   return toFloat(v);
 }
+VLVK_INLINE F32x8 toFloat(uint16x8_t v) {
+  return {vcvtq_f32_u32(vmovl_u16(vget_low_u16(v))), vcvtq_f32_u32(vmovl_u16(vget_high_u16(v)))};
+}
 VLVK_INLINE F32x8 toFloat(U8x8 v) {
-  const uint16x8_t wide = vmovl_u8(v.v);
-  return {vcvtq_f32_u32(vmovl_u16(vget_low_u16(wide))), vcvtq_f32_u32(vmovl_u16(vget_high_u16(wide)))};
+  return toFloat(vmovl_u8(v.v));
+}
+VLVK_INLINE F32x8 toFloatEven(U8x16 v) {
+  return toFloat(vandq_u16(vreinterpretq_u16_u8(v.v), vdupq_n_u16(0xFF)));
+}
+VLVK_INLINE F32x8 toFloatOdd(U8x16 v) {
+  return toFloat(vshrq_n_u16(vreinterpretq_u16_u8(v.v), 8));
 }
 VLVK_INLINE F32x8 add(F32x8 a, F32x8 b) {
   return {vaddq_f32(a.low, b.low), vaddq_f32(a.high, b.high)};
@@ -184,8 +219,14 @@ VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
 }
 #endif
 
+VLVK_INLINE uint16x8_t trunc8(F32x8 v) {
+  return vuzpq_u16(vreinterpretq_u16_u32(vcvtq_u32_f32(v.low)), vreinterpretq_u16_u32(vcvtq_u32_f32(v.high))).val[0];
+}
 VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
-  return {vmovn_u16(vcombine_u16(vmovn_u32(vcvtq_u32_f32(v.low)), vmovn_u32(vcvtq_u32_f32(v.high))))};
+  return {vmovn_u16(trunc8(v))};
+}
+VLVK_INLINE U8x16 truncToLowBytes(F32x8 even, F32x8 odd) {
+  return {vreinterpretq_u8_u16(vsliq_n_u16(trunc8(even), trunc8(odd), 8))};
 }
 
 // Skin weights.
@@ -234,15 +275,15 @@ VLVK_INLINE U8x16 mulPairsShift6(U8x16 v) {
   const uint8x8x2_t both = vzip_u8(weight, weight);
   return {vcombine_u8(both.val[0], both.val[1])};
 }
+VLVK_INLINE uint8x8_t mix8(uint8x8_t a, uint8x8_t b, uint8x8_t rest, uint8x8_t weight) {
+  return vshrn_n_u16(vmlal_u8(vmull_u8(a, rest), b, weight), 6);
+}
 VLVK_INLINE U8x16x2 mixBy64ths(U8x16x2 a, U8x16x2 b, U8x16 weight) {
   const uint8x16_t rest = vsubq_u8(vdupq_n_u8(64), weight.v);
   U8x16x2 result;
   for (int r = 0; r < 2; ++r) {
-    uint16x8_t low = vmull_u8(vget_low_u8(a.row[r]), vget_low_u8(rest));
-    uint16x8_t high = vmull_u8(vget_high_u8(a.row[r]), vget_high_u8(rest));
-    low = vmlal_u8(low, vget_low_u8(b.row[r]), vget_low_u8(weight.v));
-    high = vmlal_u8(high, vget_high_u8(b.row[r]), vget_high_u8(weight.v));
-    result.row[r] = vcombine_u8(vshrn_n_u16(low, 6), vshrn_n_u16(high, 6));
+    result.low[r] = mix8(a.low[r], b.low[r], vget_low_u8(rest), vget_low_u8(weight.v));
+    result.high[r] = mix8(a.high[r], b.high[r], vget_high_u8(rest), vget_high_u8(weight.v));
   }
   return result;
 }
@@ -250,14 +291,17 @@ VLVK_INLINE U8x16x2 mixBy64ths(U8x16x2 a, U8x16x2 b, U8x16 weight) {
 // Row pairs.
 
 VLVK_INLINE U8x16x2 loadRows(const std::uint8_t* from0, const std::uint8_t* from1) {
-  return {{vld1q_u8(from0), vld1q_u8(from1)}};
+  const uint8x16_t row0 = vld1q_u8(from0);
+  const uint8x16_t row1 = vld1q_u8(from1);
+  return {{vget_low_u8(row0), vget_low_u8(row1)}, {vget_high_u8(row0), vget_high_u8(row1)}};
 }
 VLVK_INLINE void storeRows(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 v) {
-  vst1q_u8(to0, v.row[0]);
-  vst1q_u8(to1, v.row[1]);
+  vst1q_u8(to0, vcombine_u8(v.low[0], v.high[0]));
+  vst1q_u8(to1, vcombine_u8(v.low[1], v.high[1]));
 }
 VLVK_INLINE U8x16x2 splatRows(std::uint8_t value) {
-  return {{vdupq_n_u8(value), vdupq_n_u8(value)}};
+  const uint8x8_t v = vdup_n_u8(value);
+  return {{v, v}, {v, v}};
 }
 VLVK_INLINE I16x8x2 bothRows(I16x8 v) {
   return {{v.v, v.v}};
@@ -265,28 +309,39 @@ VLVK_INLINE I16x8x2 bothRows(I16x8 v) {
 
 // Chroma terms.
 
+/// First and second bytes apart, as the structure load delivers them.
+struct ChromaPairs {
+  uint8x8x2_t bytes;
+};
+VLVK_INLINE ChromaPairs loadChromaPairs(const std::uint8_t* from) {
+  return {vld2_u8(from)};
+}
 VLVK_INLINE I16x8 splatI16(std::int16_t value) {
   return {vdupq_n_s16(value)};
 }
-VLVK_INLINE I16x8 firstOfPairs(U8x16 v) {
-  return {vreinterpretq_s16_u16(vandq_u16(vreinterpretq_u16_u8(v.v), vdupq_n_u16(0xFF)))};
+/// sum + factor * v; the sign of the factor picks the instruction.
+template <int kFactor>
+VLVK_INLINE uint16x8_t mulAccumulate(uint16x8_t sum, uint8x8_t v) {
+  if constexpr (kFactor == 0) return sum;
+  if constexpr (kFactor < 0) return vmlsl_u8(sum, v, vdup_n_u8(static_cast<std::uint8_t>(-kFactor)));
+  return vmlal_u8(sum, v, vdup_n_u8(static_cast<std::uint8_t>(kFactor)));
 }
-VLVK_INLINE I16x8 secondOfPairs(U8x16 v) {
-  return {vreinterpretq_s16_u16(vshrq_n_u16(vreinterpretq_u16_u8(v.v), 8))};
+template <int kFirst, int kSecond>
+VLVK_INLINE I16x8 weighPairs(const ChromaPairs& v, I16x8 offset) {
+  uint16x8_t sum = vreinterpretq_u16_s16(offset.v);
+  sum = mulAccumulate<kFirst>(sum, v.bytes.val[0]);
+  return {vreinterpretq_s16_u16(mulAccumulate<kSecond>(sum, v.bytes.val[1]))};
 }
-VLVK_INLINE I16x8 add(I16x8 a, I16x8 b) {
-  return {vaddq_s16(a.v, b.v)};
-}
-VLVK_INLINE I16x8 mul(I16x8 v, std::int16_t factor) {
-  return {vmulq_n_s16(v.v, factor)};
+/// Widened and copied into the upper halves: on ARMv7, g++ 12 spends more on a zip.
+VLVK_INLINE int16x8_t duplicate4(int16x4_t v) {
+  const uint32x4_t wide = vmovl_u16(vreinterpret_u16_s16(v));
+  return vreinterpretq_s16_u32(vsliq_n_u32(wide, wide, 16));
 }
 VLVK_INLINE I16x8 duplicateLow(I16x8 v) {
-  const int16x4x2_t both = vzip_s16(vget_low_s16(v.v), vget_low_s16(v.v));
-  return {vcombine_s16(both.val[0], both.val[1])};
+  return {duplicate4(vget_low_s16(v.v))};
 }
 VLVK_INLINE I16x8 duplicateHigh(I16x8 v) {
-  const int16x4x2_t both = vzip_s16(vget_high_s16(v.v), vget_high_s16(v.v));
-  return {vcombine_s16(both.val[0], both.val[1])};
+  return {duplicate4(vget_high_s16(v.v))};
 }
 
 // Luma of two rows to pixels.
@@ -295,22 +350,28 @@ VLVK_INLINE int16x8_t mulWiden8(uint8x8_t v, std::uint8_t factor) {
   return vreinterpretq_s16_u16(vmull_u8(v, vdup_n_u8(factor)));
 }
 VLVK_INLINE I16x8x2 mulWidenLow(U8x16x2 v, std::uint8_t factor) {
-  return {{mulWiden8(vget_low_u8(v.row[0]), factor), mulWiden8(vget_low_u8(v.row[1]), factor)}};
+  return {{mulWiden8(v.low[0], factor), mulWiden8(v.low[1], factor)}};
 }
 VLVK_INLINE I16x8x2 mulWidenHigh(U8x16x2 v, std::uint8_t factor) {
-  return {{mulWiden8(vget_high_u8(v.row[0]), factor), mulWiden8(vget_high_u8(v.row[1]), factor)}};
+  return {{mulWiden8(v.high[0], factor), mulWiden8(v.high[1], factor)}};
 }
 VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
   return {{vaddq_s16(a.row[0], b.row[0]), vaddq_s16(a.row[1], b.row[1])}};
 }
 template <int kBits>
 VLVK_INLINE U8x16x2 roundShiftNarrowSat(I16x8x2 low, I16x8x2 high) {
-  return {{vcombine_u8(vqrshrun_n_s16(low.row[0], kBits), vqrshrun_n_s16(high.row[0], kBits)),
-           vcombine_u8(vqrshrun_n_s16(low.row[1], kBits), vqrshrun_n_s16(high.row[1], kBits))}};
+  return {{vqrshrun_n_s16(low.row[0], kBits), vqrshrun_n_s16(low.row[1], kBits)},
+          {vqrshrun_n_s16(high.row[0], kBits), vqrshrun_n_s16(high.row[1], kBits)}};
+}
+VLVK_INLINE void storePixels8(std::uint8_t* to, uint8x8_t c0, uint8x8_t c1, uint8x8_t c2, uint8x8_t c3) {
+  const uint8x8x4_t pixels{{c0, c1, c2, c3}};
+  vst4_u8(to, pixels);
 }
 VLVK_INLINE void storePixels(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 c0, U8x16x2 c1, U8x16x2 c2, U8x16x2 c3) {
-  vst4q_u8(to0, {{c0.row[0], c1.row[0], c2.row[0], c3.row[0]}});
-  vst4q_u8(to1, {{c0.row[1], c1.row[1], c2.row[1], c3.row[1]}});
+  storePixels8(to0, c0.low[0], c1.low[0], c2.low[0], c3.low[0]);
+  storePixels8(to0 + 32, c0.high[0], c1.high[0], c2.high[0], c3.high[0]);
+  storePixels8(to1, c0.low[1], c1.low[1], c2.low[1], c3.low[1]);
+  storePixels8(to1 + 32, c0.high[1], c1.high[1], c2.high[1], c3.high[1]);
 }
 
 // Pixels to luma and chroma.
@@ -324,32 +385,52 @@ VLVK_INLINE Pixels8 evenPixels(const Pixels16& v) {
     even.channels.val[c] = vmovn_u16(vreinterpretq_u16_u8(v.channels.val[c]));
   return even;
 }
-/// sum + factor * v; the sign of the factor picks the instruction.
-template <int kFactor>
-VLVK_INLINE uint16x8_t mulAccumulate(uint16x8_t sum, uint8x8_t v) {
-  if constexpr (kFactor < 0) return vmlsl_u8(sum, v, vdup_n_u8(static_cast<std::uint8_t>(-kFactor)));
-  return vmlal_u8(sum, v, vdup_n_u8(static_cast<std::uint8_t>(kFactor)));
+/// The sum of three products. One that is not subtracted comes first, so that there is nothing to add it to.
+template <ChannelWeights k>
+VLVK_INLINE uint16x8_t weightedSum(uint8x8_t c0, uint8x8_t c1, uint8x8_t c2) {
+  if constexpr (k.c0 < 0) return weightedSum<ChannelWeights{k.c2, k.c1, k.c0, k.bias}>(c2, c1, c0);
+  const uint16x8_t sum = vmull_u8(c0, vdup_n_u8(static_cast<std::uint8_t>(k.c0)));
+  return mulAccumulate<k.c2>(mulAccumulate<k.c1>(sum, c1), c2);
 }
-template <int k0, int k1, int k2, int kBias>
-VLVK_INLINE uint8x8_t weigh8(uint8x8_t c0, uint8x8_t c1, uint8x8_t c2) {
-  uint16x8_t sum = vdupq_n_u16(static_cast<std::uint16_t>(kBias));
-  sum = mulAccumulate<k0>(sum, c0);
-  sum = mulAccumulate<k1>(sum, c1);
-  return vshrn_n_u16(mulAccumulate<k2>(sum, c2), 8);
+/// The upper halves of the lanes of a + biasA and b + biasB.
+VLVK_INLINE uint8x16_t addNarrowHigh(uint16x8_t a, uint16x8_t biasA, uint16x8_t b, uint16x8_t biasB) {
+#if defined(__aarch64__)
+  return vaddhn_high_u16(vaddhn_u16(a, biasA), b, biasB);
+#else
+  uint8x16_t both;  // g++ 12 would join the halves with moves
+  asm("vaddhn.i16 %e0, %q1, %q2\n\tvaddhn.i16 %f0, %q3, %q4" : "=&w"(both) : "w"(a), "w"(biasA), "w"(b), "w"(biasB));
+  return both;
+#endif
 }
-template <int k0, int k1, int k2, int kBias>
+VLVK_INLINE uint16x8_t biasLanes(const ChannelWeights& k) {
+  return vdupq_n_u16(static_cast<std::uint16_t>(k.bias));
+}
+template <ChannelWeights k>
 VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
   const uint8x16x4_t& c = v.channels;
-  return {
-      vcombine_u8(weigh8<k0, k1, k2, kBias>(vget_low_u8(c.val[0]), vget_low_u8(c.val[1]), vget_low_u8(c.val[2])),
-                  weigh8<k0, k1, k2, kBias>(vget_high_u8(c.val[0]), vget_high_u8(c.val[1]), vget_high_u8(c.val[2])))};
+  const uint16x8_t low = weightedSum<k>(vget_low_u8(c.val[0]), vget_low_u8(c.val[1]), vget_low_u8(c.val[2]));
+  const uint16x8_t high = weightedSum<k>(vget_high_u8(c.val[0]), vget_high_u8(c.val[1]), vget_high_u8(c.val[2]));
+  return {addNarrowHigh(low, biasLanes(k), high, biasLanes(k))};
 }
-template <int k0, int k1, int k2, int kBias>
-VLVK_INLINE U8x8 weighChannels(const Pixels8& v) {
-  return {weigh8<k0, k1, k2, kBias>(v.channels.val[0], v.channels.val[1], v.channels.val[2])};
+template <ChannelWeights kFirst, ChannelWeights kSecond>
+VLVK_INLINE void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
+  const uint8x8x4_t& c = v.channels;
+  const uint8x16_t both = addNarrowHigh(weightedSum<kFirst>(c.val[0], c.val[1], c.val[2]), biasLanes(kFirst),
+                                        weightedSum<kSecond>(c.val[0], c.val[1], c.val[2]), biasLanes(kSecond));
+  const uint8x8x2_t pairs{{vget_low_u8(both), vget_high_u8(both)}};
+  vst2_u8(to, pairs);
 }
-VLVK_INLINE void storePairs(std::uint8_t* to, U8x8 first, U8x8 second) {
-  vst2_u8(to, {{first.v, second.v}});
+/// The 18 bits of an index are the three digits of 6 bits; its bytes are made of them one by one and interleaved.
+template <int c0, int c2>
+VLVK_INLINE void storeColorIndices(std::uint32_t* to, const Pixels16& v) {
+  const uint8x16_t digit0 = vshrq_n_u8(v.channels.val[c0], 2);
+  const uint8x16_t digit1 = vshrq_n_u8(v.channels.val[1], 2);
+  uint8x16x4_t bytes;
+  bytes.val[0] = vsliq_n_u8(digit0, digit1, 6);                                            // 1 1 0 0 0 0 0 0
+  bytes.val[1] = vsliq_n_u8(vshrq_n_u8(digit1, 2), vshrq_n_u8(v.channels.val[c2], 2), 4);  // 2 2 2 2 1 1 1 1
+  bytes.val[2] = vshrq_n_u8(v.channels.val[c2], 6);
+  bytes.val[3] = vdupq_n_u8(0);
+  vst4q_u8(reinterpret_cast<std::uint8_t*>(to), bytes);
 }
 
 }  // namespace vlvk::VLVK_TARGET

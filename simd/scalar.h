@@ -14,6 +14,7 @@
 #include <type_traits>
 
 #include "base/arm_math.h"
+#include "simd/channel_weights.h"
 #include "simd/reciprocal_estimate.h"
 
 #ifndef VLVK_TARGET
@@ -100,6 +101,9 @@ inline void store(std::uint16_t* to, U16x8 v) {
 inline void store(std::uint32_t* to, U32x8 v) {
   storeLanes(to, v);
 }
+inline void store(float* to, F32x8 v) {
+  storeLanes(to, v);
+}
 
 inline U16x8 splat8(std::uint16_t value) {
   return forLanes<U16x8>([&](int) { return value; });
@@ -157,6 +161,20 @@ inline U32x8 splatLast(U32x8 v) {
   return splat8(v.lane[7]);
 }
 
+/// What the box sums of 16 columns gain on their left neighbours, for 8 pairs of columns.
+struct PairSteps {
+  U32x8 pair;  ///< both columns together
+  U32x8 odd;   ///< the second (odd) column alone
+};
+/// entering - leaving of 16 columns. The differences of 16-bit sums must fit 16 bits with their sign.
+template <class Sum>
+inline PairSteps pairSteps(const Sum* entering, const Sum* leaving) {
+  using Difference = std::make_signed_t<Sum>;
+  const auto step = [&](int i) { return static_cast<Difference>(static_cast<Sum>(entering[i] - leaving[i])); };
+  return {forLanes<U32x8>([&](int i) { return static_cast<std::int64_t>(step(2 * i)) + step(2 * i + 1); }),
+          forLanes<U32x8>([&](int i) { return step(2 * i + 1); })};
+}
+
 // Single precision. Every operation rounds by itself.
 
 /// Any 32-bit value, rounded to nearest.
@@ -169,6 +187,12 @@ inline F32x8 toFloatBelow2To31(U32x8 v) {
 }
 inline F32x8 toFloat(U8x8 v) {
   return forLanes<F32x8>([&](int i) { return static_cast<float>(v.lane[i]); });
+}
+inline F32x8 toFloatEven(U8x16 v) {
+  return forLanes<F32x8>([&](int i) { return static_cast<float>(v.lane[2 * i]); });
+}
+inline F32x8 toFloatOdd(U8x16 v) {
+  return forLanes<F32x8>([&](int i) { return static_cast<float>(v.lane[2 * i + 1]); });
 }
 inline F32x8 add(F32x8 a, F32x8 b) {
   return forLanes<F32x8>([&](int i) { return a.lane[i] + b.lane[i]; });
@@ -190,6 +214,11 @@ inline F32x8 reciprocalEstimateOfModest(F32x8 v) {
 /// Truncates to unsigned 32-bit integers (negative and NaN: 0, too large: 2^32 - 1) and keeps their low 8 bits.
 inline U8x8 truncToLowBytes(F32x8 v) {
   return forLanes<U8x8>([&](int i) { return truncSaturate<std::uint32_t>(v.lane[i]); });
+}
+/// The same for even and odd columns, 0 or more and below 2^15.
+inline U8x16 truncToLowBytes(F32x8 even, F32x8 odd) {
+  return forLanes<U8x16>(
+      [&](int i) { return static_cast<std::int32_t>(i % 2 == 0 ? even.lane[i / 2] : odd.lane[i / 2]); });
 }
 
 // Skin weights. Byte pairs are chroma pairs.
@@ -244,6 +273,11 @@ inline void storeRows(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 v) {
 inline U8x16x2 splatRows(std::uint8_t value) {
   return {{splat16(value), splat16(value)}};
 }
+/// The chroma row of two luma rows: 8 byte pairs.
+using ChromaPairs = U8x16;
+inline ChromaPairs loadChromaPairs(const std::uint8_t* from) {
+  return loadU8x16(from);
+}
 /// The same values in both rows.
 inline I16x8x2 bothRows(I16x8 v) {
   return {{v, v}};
@@ -254,19 +288,10 @@ inline I16x8x2 bothRows(I16x8 v) {
 inline I16x8 splatI16(std::int16_t value) {
   return forLanes<I16x8>([&](int) { return value; });
 }
-/// The first (even) byte of each pair, zero-extended.
-inline I16x8 firstOfPairs(U8x16 v) {
-  return forLanes<I16x8>([&](int i) { return v.lane[2 * i]; });
-}
-/// The second (odd) byte of each pair, zero-extended.
-inline I16x8 secondOfPairs(U8x16 v) {
-  return forLanes<I16x8>([&](int i) { return v.lane[2 * i + 1]; });
-}
-inline I16x8 add(I16x8 a, I16x8 b) {
-  return forLanes<I16x8>([&](int i) { return a.lane[i] + b.lane[i]; });
-}
-inline I16x8 mul(I16x8 v, std::int16_t factor) {
-  return forLanes<I16x8>([&](int i) { return v.lane[i] * factor; });
+/// offset + kFirst * first byte + kSecond * second byte of each pair, wrapping.
+template <int kFirst, int kSecond>
+inline I16x8 weighPairs(ChromaPairs v, I16x8 offset) {
+  return forLanes<I16x8>([&](int i) { return offset.lane[i] + kFirst * v.lane[2 * i] + kSecond * v.lane[2 * i + 1]; });
 }
 /// Lanes 0, 0, 1, 1, 2, 2, 3, 3.
 inline I16x8 duplicateLow(I16x8 v) {
@@ -290,7 +315,10 @@ inline I16x8x2 mulWidenHigh(U8x16x2 v, std::uint8_t factor) {
            forLanes<I16x8>([&](int i) { return v.row[1].lane[8 + i] * factor; })}};
 }
 inline I16x8x2 add(I16x8x2 a, I16x8x2 b) {
-  return {{add(a.row[0], b.row[0]), add(a.row[1], b.row[1])}};
+  I16x8x2 result;
+  for (int r = 0; r < 2; ++r)
+    result.row[r] = forLanes<I16x8>([&](int i) { return a.row[r].lane[i] + b.row[r].lane[i]; });
+  return result;
 }
 /// (v + 2^(kBits - 1)) >> kBits without overflow, clamped to 0 .. 255; `low` gives the first 8 columns, `high` the
 /// last.
@@ -328,22 +356,32 @@ inline Pixels16 loadPixels16(const std::uint8_t* from) {
 inline Pixels8 evenPixels(const Pixels16& v) {
   return forLanes<Pixels8>([&](int i) { return v.lane[8 * (i / 4) + i % 4]; });
 }
-/// (k0 * c0 + k1 * c1 + k2 * c2 + kBias) >> 8 of every pixel's channels, the sum within 0 .. 65535.
-template <int k0, int k1, int k2, int kBias>
+/// Weighed channels of pixel i, see ChannelWeights. The sum stays within 0 .. 65535.
+template <ChannelWeights k, class Pixels>
+inline std::uint8_t weighedPixel(const Pixels& v, int i) {
+  return static_cast<std::uint8_t>(
+      (k.c0 * v.lane[4 * i] + k.c1 * v.lane[4 * i + 1] + k.c2 * v.lane[4 * i + 2] + k.bias) >> 8);
+}
+template <ChannelWeights k>
 inline U8x16 weighChannels(const Pixels16& v) {
-  return forLanes<U8x16>(
-      [&](int i) { return (k0 * v.lane[4 * i] + k1 * v.lane[4 * i + 1] + k2 * v.lane[4 * i + 2] + kBias) >> 8; });
+  return forLanes<U8x16>([&](int i) { return weighedPixel<k>(v, i); });
 }
-template <int k0, int k1, int k2, int kBias>
-inline U8x8 weighChannels(const Pixels8& v) {
-  return forLanes<U8x8>(
-      [&](int i) { return (k0 * v.lane[4 * i] + k1 * v.lane[4 * i + 1] + k2 * v.lane[4 * i + 2] + kBias) >> 8; });
-}
-/// Writes first, second, first, second ...
-inline void storePairs(std::uint8_t* to, U8x8 first, U8x8 second) {
+/// Writes first, second, first, second ... of the pixels' channels weighed in two ways, with a bias of 128 << 8 and
+/// more.
+template <ChannelWeights kFirst, ChannelWeights kSecond>
+inline void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
   for (int i = 0; i < 8; ++i) {
-    to[2 * i] = first.lane[i];
-    to[2 * i + 1] = second.lane[i];
+    to[2 * i] = weighedPixel<kFirst>(v, i);
+    to[2 * i + 1] = weighedPixel<kSecond>(v, i);
+  }
+}
+/// Writes, for each of 16 pixels, the number made of the upper 6 bits of its first three channels; channel c0 is the
+/// lowest digit, c1 (the middle one) the next, c2 the highest.
+template <int c0, int c2>
+inline void storeColorIndices(std::uint32_t* to, const Pixels16& v) {
+  for (int i = 0; i < 16; ++i) {
+    const auto digit = [&](int channel) { return static_cast<std::uint32_t>(v.lane[4 * i + channel] >> 2); };
+    to[i] = digit(c0) | digit(1) << 6 | digit(c2) << 12;
   }
 }
 

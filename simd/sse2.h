@@ -15,6 +15,9 @@ struct F32x8 {
   __m128 low;
   __m128 high;
 };
+struct I16x8 {
+  __m128i v;
+};
 struct U8x16x2 {
   __m128i row[2];
 };
@@ -39,6 +42,9 @@ VLVK_INLINE F32x8 load8(const float* from) {
 VLVK_INLINE __m128i evenWords(__m128i a, __m128i b) {
   return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), 0x88));
 }
+VLVK_INLINE __m128i oddWords(__m128i a, __m128i b) {
+  return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), 0xDD));
+}
 VLVK_INLINE U32x8 loadLow8(const std::uint64_t* from) {
   return {evenWords(loadUnaligned(from), loadUnaligned(from + 2)),
           evenWords(loadUnaligned(from + 4), loadUnaligned(from + 6))};
@@ -46,6 +52,10 @@ VLVK_INLINE U32x8 loadLow8(const std::uint64_t* from) {
 VLVK_INLINE void store(std::uint32_t* to, U32x8 v) {
   storeUnaligned(to, v.low);
   storeUnaligned(to + 4, v.high);
+}
+VLVK_INLINE void store(float* to, F32x8 v) {
+  _mm_storeu_ps(to, v.low);
+  _mm_storeu_ps(to + 4, v.high);
 }
 VLVK_INLINE U32x8 splat8(std::uint32_t value) {
   const __m128i v = _mm_set1_epi32(static_cast<std::int32_t>(value));
@@ -92,6 +102,23 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {last, last};
 }
 
+struct PairSteps {
+  U32x8 pair;
+  U32x8 odd;
+};
+VLVK_INLINE PairSteps pairSteps(const std::uint16_t* entering, const std::uint16_t* leaving) {
+  const __m128i low = _mm_sub_epi16(loadUnaligned(entering), loadUnaligned(leaving));
+  const __m128i high = _mm_sub_epi16(loadUnaligned(entering + 8), loadUnaligned(leaving + 8));
+  const __m128i ones = _mm_set1_epi16(1);
+  return {{_mm_madd_epi16(low, ones), _mm_madd_epi16(high, ones)}, {_mm_srai_epi32(low, 16), _mm_srai_epi32(high, 16)}};
+}
+VLVK_INLINE PairSteps pairSteps(const std::uint32_t* entering, const std::uint32_t* leaving) {
+  const U32x8 low = sub(load8(entering), load8(leaving));
+  const U32x8 high = sub(load8(entering + 8), load8(leaving + 8));
+  const U32x8 odd = {oddWords(low.low, low.high), oddWords(high.low, high.high)};
+  return {add({evenWords(low.low, low.high), evenWords(high.low, high.high)}, odd), odd};
+}
+
 // Single precision.
 
 VLVK_INLINE F32x8 add(F32x8 a, F32x8 b) {
@@ -118,6 +145,12 @@ VLVK_INLINE F32x8 toFloatBelow2To31(U32x8 v) {
 }
 VLVK_INLINE F32x8 toFloat(U8x8 v) {
   return toFloatBelow2To31(widen(U16x8{widen(v)}));
+}
+VLVK_INLINE F32x8 toFloatEven(U8x16 v) {
+  return toFloatBelow2To31(widen(U16x8{_mm_and_si128(v.v, _mm_set1_epi16(0xFF))}));
+}
+VLVK_INLINE F32x8 toFloatOdd(U8x16 v) {
+  return toFloatBelow2To31(widen(U16x8{_mm_srli_epi16(v.v, 8)}));
 }
 
 /// One division gives the estimate: the reciprocal of the middle of the input's fraction class, rounded to 8 fraction
@@ -164,6 +197,11 @@ VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
   const __m128i words = _mm_packs_epi32(truncLow4(v.low), truncLow4(v.high));
   return {_mm_packus_epi16(words, words)};
 }
+VLVK_INLINE U8x16 truncToLowBytes(F32x8 even, F32x8 odd) {
+  const __m128i low = _mm_packs_epi32(_mm_cvttps_epi32(even.low), _mm_cvttps_epi32(even.high));
+  const __m128i high = _mm_packs_epi32(_mm_cvttps_epi32(odd.low), _mm_cvttps_epi32(odd.high));
+  return {_mm_or_si128(_mm_and_si128(low, _mm_set1_epi16(0xFF)), _mm_slli_epi16(high, 8))};
+}
 
 // Skin weights.
 
@@ -181,9 +219,11 @@ VLVK_INLINE Table64 loadTable64(const std::uint8_t* from) {
 VLVK_INLINE U8x16 lookup(const Table64& table, U8x16 index) {
   alignas(16) std::uint8_t lane[16];
   storeUnaligned(lane, _mm_min_epu8(index.v, _mm_set1_epi8(64)));
-  for (std::uint8_t& element : lane)
-    element = table.entry[element];
-  return {loadUnaligned(lane)};
+  const auto pair = [&](int i) __attribute__((always_inline)) {
+    return static_cast<std::int16_t>(table.entry[lane[2 * i]] | table.entry[lane[2 * i + 1]] << 8);
+  };
+  // Through registers: bytes stored one by one could not be loaded as a vector without waiting.
+  return {_mm_setr_epi16(pair(0), pair(1), pair(2), pair(3), pair(4), pair(5), pair(6), pair(7))};
 }
 
 VLVK_INLINE U8x16x2 mixBy64ths(U8x16x2 a, U8x16x2 b, U8x16 weight) {
@@ -257,6 +297,35 @@ VLVK_INLINE void storePixels(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 c0, U
   }
 }
 
+// Chroma terms.
+
+using ChromaPairs = U8x16;
+VLVK_INLINE ChromaPairs loadChromaPairs(const std::uint8_t* from) {
+  return loadU8x16(from);
+}
+VLVK_INLINE I16x8 splatI16(std::int16_t value) {
+  return {_mm_set1_epi16(value)};
+}
+template <int kFirst, int kSecond>
+VLVK_INLINE I16x8 weighPairs(ChromaPairs v, I16x8 offset) {
+  __m128i sum = offset.v;
+  if constexpr (kFirst != 0) {
+    const __m128i first = _mm_and_si128(v.v, _mm_set1_epi16(0xFF));
+    sum = _mm_add_epi16(sum, _mm_mullo_epi16(first, _mm_set1_epi16(kFirst)));
+  }
+  if constexpr (kSecond != 0) {
+    const __m128i second = _mm_srli_epi16(v.v, 8);
+    sum = _mm_add_epi16(sum, _mm_mullo_epi16(second, _mm_set1_epi16(kSecond)));
+  }
+  return {sum};
+}
+VLVK_INLINE I16x8 duplicateLow(I16x8 v) {
+  return {_mm_unpacklo_epi16(v.v, v.v)};
+}
+VLVK_INLINE I16x8 duplicateHigh(I16x8 v) {
+  return {_mm_unpackhi_epi16(v.v, v.v)};
+}
+
 // Pixels to luma and chroma.
 
 VLVK_INLINE Pixels16 loadPixels16(const std::uint8_t* from) {
@@ -265,25 +334,40 @@ VLVK_INLINE Pixels16 loadPixels16(const std::uint8_t* from) {
 VLVK_INLINE Pixels8 evenPixels(const Pixels16& v) {
   return {{evenWords(v.four[0], v.four[1]), evenWords(v.four[2], v.four[3])}};
 }
-/// Four pixels in 32-bit lanes: channels 0 and 2, then 1 and alpha, as pairs of 16 bits for the multiply-add.
-template <int k0, int k1, int k2, int kBias>
+/// Every digit is shifted to its place in the 32-bit lane of its pixel.
+template <int c0, int c2>
+VLVK_INLINE void storeColorIndices(std::uint32_t* to, const Pixels16& v) {
+  static_assert(c0 + c2 == 2);
+  const __m128i low = _mm_set1_epi32(0x3F);
+  const __m128i middle = _mm_set1_epi32(0xFC0);
+  const __m128i high = _mm_set1_epi32(0x3F000);
+  for (int i = 0; i < 4; ++i) {
+    const __m128i pixels = v.four[i];
+    const __m128i c0Digit = _mm_and_si128(_mm_srli_epi32(pixels, c0 == 0 ? 2 : 18), low);
+    const __m128i c2Digit = _mm_and_si128(c0 == 0 ? _mm_srli_epi32(pixels, 6) : _mm_slli_epi32(pixels, 10), high);
+    const __m128i c1Digit = _mm_and_si128(_mm_srli_epi32(pixels, 4), middle);
+    storeUnaligned(to + 4 * i, _mm_or_si128(_mm_or_si128(c0Digit, c1Digit), c2Digit));
+  }
+}
+/// Four sums in 32-bit lanes: channels 0 and 2, then 1 and alpha, as pairs of 16 bits for the multiply-add.
+template <ChannelWeights k>
 VLVK_INLINE __m128i weigh4(__m128i pixels) {
   const __m128i outer = _mm_and_si128(pixels, _mm_set1_epi32(0x00FF00FF));
   const __m128i inner = _mm_srli_epi16(pixels, 8);
-  const __m128i sum = _mm_add_epi32(_mm_madd_epi16(outer, _mm_set1_epi32((k2 * 65536) | (k0 & 0xFFFF))),
-                                    _mm_madd_epi16(inner, _mm_set1_epi32(k1 & 0xFFFF)));
-  return _mm_srli_epi32(_mm_add_epi32(sum, _mm_set1_epi32(kBias)), 8);
+  const __m128i sum = _mm_add_epi32(_mm_madd_epi16(outer, _mm_set1_epi32((k.c2 * 65536) | (k.c0 & 0xFFFF))),
+                                    _mm_madd_epi16(inner, _mm_set1_epi32(k.c1 & 0xFFFF)));
+  return _mm_srli_epi32(_mm_add_epi32(sum, _mm_set1_epi32(k.bias)), 8);
 }
-template <int k0, int k1, int k2, int kBias>
+template <ChannelWeights k>
 VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
-  return {
-      _mm_packus_epi16(_mm_packs_epi32(weigh4<k0, k1, k2, kBias>(v.four[0]), weigh4<k0, k1, k2, kBias>(v.four[1])),
-                       _mm_packs_epi32(weigh4<k0, k1, k2, kBias>(v.four[2]), weigh4<k0, k1, k2, kBias>(v.four[3])))};
+  return {_mm_packus_epi16(_mm_packs_epi32(weigh4<k>(v.four[0]), weigh4<k>(v.four[1])),
+                           _mm_packs_epi32(weigh4<k>(v.four[2]), weigh4<k>(v.four[3])))};
 }
-template <int k0, int k1, int k2, int kBias>
-VLVK_INLINE U8x8 weighChannels(const Pixels8& v) {
-  const __m128i words = _mm_packs_epi32(weigh4<k0, k1, k2, kBias>(v.four[0]), weigh4<k0, k1, k2, kBias>(v.four[1]));
-  return {_mm_packus_epi16(words, words)};
+template <ChannelWeights kFirst, ChannelWeights kSecond>
+VLVK_INLINE void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
+  const __m128i first = _mm_packs_epi32(weigh4<kFirst>(v.four[0]), weigh4<kFirst>(v.four[1]));
+  const __m128i second = _mm_packs_epi32(weigh4<kSecond>(v.four[0]), weigh4<kSecond>(v.four[1]));
+  storeUnaligned(to, _mm_or_si128(first, _mm_slli_epi16(second, 8)));
 }
 
 }  // namespace vlvk::VLVK_TARGET

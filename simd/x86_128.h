@@ -7,6 +7,7 @@
 
 #include <cstdint>
 
+#include "simd/channel_weights.h"
 #include "simd/inline.h"
 
 namespace vlvk::VLVK_TARGET {
@@ -19,9 +20,6 @@ struct U8x16 {
   __m128i v;
 };
 struct U16x8 {
-  __m128i v;
-};
-struct I16x8 {
   __m128i v;
 };
 
@@ -93,34 +91,6 @@ VLVK_INLINE U8x16 mulPairsShift6(U8x16 v) {
   const __m128i second = _mm_srli_epi16(v.v, 8);
   const __m128i weight = _mm_srli_epi16(_mm_mullo_epi16(first, second), 6);
   return {_mm_or_si128(weight, _mm_slli_epi16(weight, 8))};
-}
-
-// Chroma terms.
-
-VLVK_INLINE I16x8 splatI16(std::int16_t value) {
-  return {_mm_set1_epi16(value)};
-}
-VLVK_INLINE I16x8 firstOfPairs(U8x16 v) {
-  return {_mm_and_si128(v.v, _mm_set1_epi16(0xFF))};
-}
-VLVK_INLINE I16x8 secondOfPairs(U8x16 v) {
-  return {_mm_srli_epi16(v.v, 8)};
-}
-VLVK_INLINE I16x8 add(I16x8 a, I16x8 b) {
-  return {_mm_add_epi16(a.v, b.v)};
-}
-VLVK_INLINE I16x8 mul(I16x8 v, std::int16_t factor) {
-  return {_mm_mullo_epi16(v.v, _mm_set1_epi16(factor))};
-}
-VLVK_INLINE I16x8 duplicateLow(I16x8 v) {
-  return {_mm_unpacklo_epi16(v.v, v.v)};
-}
-VLVK_INLINE I16x8 duplicateHigh(I16x8 v) {
-  return {_mm_unpackhi_epi16(v.v, v.v)};
-}
-
-VLVK_INLINE void storePairs(std::uint8_t* to, U8x8 first, U8x8 second) {
-  storeUnaligned(to, _mm_unpacklo_epi8(first.v, second.v));
 }
 
 }  // namespace vlvk::VLVK_TARGET

@@ -7,6 +7,7 @@
 #include "convert/rgb_to_yuv_rows.h"
 #include "convert/yuv_to_rgb_rows.h"
 #include "kernels/blend_rows.h"
+#include "kernels/color_rows.h"
 #include "kernels/smooth_rows.h"
 // Builds on the smoothing.
 #include "kernels/alt/statistics_rows.h"
@@ -21,8 +22,8 @@ const RowLoops kRowLoops = {
     .name = VLVK_NAME_OF(VLVK_TARGET),
     .addRow = addRow,
     .slideColumnSums = slideColumnSums,
-    .smoothRow = smoothRow<false>,
-    .smoothRowAnySums = smoothRow<true>,
+    .smoothRow = smoothRow,
+    .smoothRowAnySums = smoothRowAnySums,
     .boxSumsRow = boxSumsRow,
     .boxSumsRowWide = boxSumsRowWide,
     .integralBoxSums = integralBoxSums,
@@ -30,6 +31,7 @@ const RowLoops kRowLoops = {
     .integralSmooth8 = integralSmooth8,
     .blendStatistics = blendStatistics,
     .blendRowPair = blendRowPair,
+    .lookUpColors = {lookUpColors<kRgba>, lookUpColors<kBgra>},
     .yuvToPixels = {{yuvToPixels<kVThenU, kRgba>, yuvToPixels<kVThenU, kBgra>},
                     {yuvToPixels<kUThenV, kRgba>, yuvToPixels<kUThenV, kBgra>}},
     .pixelsToYuv = {{pixelsToYuv<kVThenU, kRgba>, pixelsToYuv<kVThenU, kBgra>},

@@ -30,6 +30,8 @@ struct RowLoops {
   using SmoothRow = void (*)(const std::uint16_t* sums, const std::uint32_t* squares, int columns,
                              const std::uint8_t* source, std::uint8_t* destination, int halfSize,
                              const PixelFormula& formula);
+  using LookUpColors = void (*)(const std::uint8_t* source, std::uint8_t* destination, int columns,
+                                const std::uint8_t* table);
   using YuvToPixels = void (*)(const std::uint8_t* luma0, const std::uint8_t* luma1, const std::uint8_t* chroma,
                                std::uint8_t* pixels0, std::uint8_t* pixels1, int columns);
   using PixelsToYuv = void (*)(const std::uint8_t* pixels0, const std::uint8_t* pixels1, std::uint8_t* luma0,
@@ -49,7 +51,7 @@ struct RowLoops {
                           const std::uint8_t* leaving, int columns);
 
   /// Scans the column sums into box sums and smooths one row with them. `columns` is a multiple of 8.
-  /// The first form needs box sums below 2^31 (boxSumsFitInt), the second takes any.
+  /// The first form needs column sums of samples and what isTame says, the second takes any.
   SmoothRow smoothRow;
   SmoothRow smoothRowAnySums;
 
@@ -78,6 +80,10 @@ struct RowLoops {
                        const std::uint8_t* smoothed1, std::uint8_t* out0, std::uint8_t* out1,
                        const std::uint8_t* chroma, int columns, const std::uint8_t* weights,
                        const std::uint8_t* centre);
+
+  /// Replaces colours by the table's entries for them; `columns` is a multiple of 16. Source and destination may be the
+  /// same row. The table has 4 bytes for each colour of 6 bits a channel, at red + 64 * (green + 64 * blue).
+  LookUpColors lookUpColors[kPixelOrders];
 
   /// Converts a row pair; `columns` is a multiple of 16. Indexed by byte order.
   YuvToPixels yuvToPixels[kChromaOrders][kPixelOrders];

@@ -102,7 +102,8 @@ inline void blendStatistics(const std::uint8_t* source, std::uint8_t* destinatio
     const F32x8 mean = mul(toFloat(joinHalves(fourth, third)), k.inverseArea);
     const F32x8 meanSquare = mul(toFloat(joinHalves(third, fourth)), k.inverseArea);
     const F32x8 biased = sub(add(meanSquare, k.bias), mul(mean, mean));
-    store(destination + x, pulledToMean<kModest>(loadU8x8(source + x), mean, biased, k.strength));
+    store(destination + x,
+          truncToLowBytes(divided(pulledToMean(toFloat(loadU8x8(source + x)), mean, biased, k.strength))));
   }
 }
 

@@ -1,0 +1,25 @@
+/// Row loop of the colour table. Included by targets/all_rows.h.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "convert/pixel_orders.h"
+
+namespace vlvk::VLVK_TARGET {
+
+/// See RowLoops::lookUpColors. The indices are formed in vectors; the table is larger than any register, so its entries
+/// are loads of their own.
+template <PixelOrder kPixels>
+inline void lookUpColors(const std::uint8_t* source, std::uint8_t* destination, int columns,
+                         const std::uint8_t* table) {
+  constexpr int kRed = kPixels == kRgba ? 0 : 2;
+  for (std::ptrdiff_t c = 0; c < columns; c += 16) {
+    std::uint32_t indices[16];
+    storeColorIndices<kRed, 2 - kRed>(indices, loadPixels16(source + 4 * c));
+    for (int i = 0; i < 16; ++i)
+      std::memcpy(destination + 4 * (c + i), table + 4 * static_cast<std::size_t>(indices[i]), 4);
+  }
+}
+
+}  // namespace vlvk::VLVK_TARGET
