@@ -1,4 +1,4 @@
-# The shared library, and its objects with all internals for tests and benchmarks.
+# The shared library, and its objects with all internals for the program, tests and benchmarks.
 
 set(VLVK_LIBRARY_SOURCES
   base/arm_math.h

@@ -23,12 +23,18 @@ inline void pixelsToYuv(const std::uint8_t* pixels0, const std::uint8_t* pixels1
   constexpr ChannelWeights kLuma = inOrder<kPixels>(kRgbToLuma, kLumaOffset);
   constexpr ChannelWeights kU = inOrder<kPixels>(kRgbToU, kChromaOffset);
   constexpr ChannelWeights kV = inOrder<kPixels>(kRgbToV, kChromaOffset);
-  for (std::ptrdiff_t c = 0; c < columns; c += 16) {
-    const Pixels16 upper = loadPixels16(pixels0 + 4 * c);
-    const Pixels16 lower = loadPixels16(pixels1 + 4 * c);
-    store(luma0 + c, weighChannels<kLuma>(upper));
-    store(luma1 + c, weighChannels<kLuma>(lower));
-    storeWeighedPairs<kChroma == kVThenU ? kV : kU, kChroma == kVThenU ? kU : kV>(chroma + c, evenPixels(upper));
+  for (; columns > 0; columns -= 16) {
+    const Pixels16 upper = loadPixels16(pixels0);
+    pixels0 += 64;
+    store(luma0, weighChannels<kLuma>(upper));
+    luma0 += 16;
+    storeWeighedPairs<kChroma == kVThenU ? kV : kU, kChroma == kVThenU ? kU : kV>(chroma, evenPixels(upper));
+    chroma += 16;
+    // The second row only now: there are not registers enough for both.
+    const Pixels16 lower = loadPixels16(pixels1);
+    pixels1 += 64;
+    store(luma1, weighChannels<kLuma>(lower));
+    luma1 += 16;
   }
 }
 

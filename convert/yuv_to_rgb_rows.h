@@ -10,8 +10,9 @@ namespace vlvk::VLVK_TARGET {
 
 /// One channel of two rows: luma term plus chroma term, in 16-bit lanes that wrap.
 inline U8x16x2 channelOfRows(I16x8x2 lumaLow, I16x8x2 lumaHigh, I16x8 chromaTerm) {
-  return roundShiftNarrowSat<kYuvToRgbBits>(add(lumaLow, bothRows(duplicateLow(chromaTerm))),
-                                            add(lumaHigh, bothRows(duplicateHigh(chromaTerm))));
+  const I16x16 ofColumns = duplicateEach(chromaTerm);
+  return roundShiftNarrowSat<kYuvToRgbBits>(add(lumaLow, bothRows(ofColumns.low)),
+                                            add(lumaHigh, bothRows(ofColumns.high)));
 }
 
 /// offset + kU * u + kV * v.
@@ -31,17 +32,21 @@ inline void yuvToPixels(const std::uint8_t* luma0, const std::uint8_t* luma1, co
   const I16x8 blueOffset = splatI16(-k.luma * kLumaOffset - k.blueU * kChromaOffset);
   const U8x16x2 opaque = splatRows(255);
 
-  for (std::ptrdiff_t c = 0; c < columns; c += 16) {
-    const ChromaPairs pairs = loadChromaPairs(chroma + c);
-    const U8x16x2 luma = loadRows(luma0 + c, luma1 + c);
+  for (; columns > 0; columns -= 16) {
+    const ChromaPairs pairs = loadChromaPairs(chroma);
+    const U8x16x2 luma = loadRows(luma0, luma1);
     const I16x8x2 lumaLow = mulWidenLow(luma, k.luma);
     const I16x8x2 lumaHigh = mulWidenHigh(luma, k.luma);
     const U8x16x2 red = channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, 0, k.redV>(pairs, redOffset));
     const U8x16x2 green =
         channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, k.greenU, k.greenV>(pairs, greenOffset));
     const U8x16x2 blue = channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, k.blueU, 0>(pairs, blueOffset));
-    storePixels(pixels0 + 4 * c, pixels1 + 4 * c, kPixels == kRgba ? red : blue, green, kPixels == kRgba ? blue : red,
-                opaque);
+    storePixels(pixels0, pixels1, kPixels == kRgba ? red : blue, green, kPixels == kRgba ? blue : red, opaque);
+    luma0 += 16;
+    luma1 += 16;
+    chroma += 16;
+    pixels0 += 64;
+    pixels1 += 64;
   }
 }
 

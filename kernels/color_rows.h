@@ -14,11 +14,13 @@ template <PixelOrder kPixels>
 inline void lookUpColors(const std::uint8_t* source, std::uint8_t* destination, int columns,
                          const std::uint8_t* table) {
   constexpr int kRed = kPixels == kRgba ? 0 : 2;
-  for (std::ptrdiff_t c = 0; c < columns; c += 16) {
+  for (; columns > 0; columns -= 16) {
     std::uint32_t indices[16];
-    storeColorIndices<kRed, 2 - kRed>(indices, loadPixels16(source + 4 * c));
+    storeColorIndices<kRed, 2 - kRed>(indices, loadPixels16(source));
+    source += 64;
     for (int i = 0; i < 16; ++i)
-      std::memcpy(destination + 4 * (c + i), table + 4 * static_cast<std::size_t>(indices[i]), 4);
+      std::memcpy(destination + 4 * i, table + 4 * static_cast<std::size_t>(indices[i]), 4);
+    destination += 64;
   }
 }
 

@@ -22,11 +22,15 @@ inline void addRow(std::uint16_t* __restrict sums, std::uint32_t* __restrict squ
 /// See RowLoops::slideColumnSums.
 inline void slideColumnSums(std::uint16_t* sums, std::uint32_t* squares, const std::uint8_t* entering,
                             const std::uint8_t* leaving, int columns) {
-  for (int c = 0; c < columns; c += 8) {
-    const U8x8 in = loadU8x8(entering + c);
-    const U8x8 out = loadU8x8(leaving + c);
-    store(sums + c, subWiden(addWiden(load8(sums + c), in), out));
-    store(squares + c, subWiden(addWiden(load8(squares + c), squareWiden(in)), squareWiden(out)));
+  for (; columns > 0; columns -= 8) {
+    const U8x8 in = loadU8x8(entering);
+    entering += 8;
+    const U8x8 out = loadU8x8(leaving);
+    leaving += 8;
+    store(sums, addDifference(load8(sums), in, out));
+    sums += 8;
+    store(squares, addSquareDifference(load8(squares), in, out));
+    squares += 8;
   }
 }
 
@@ -55,13 +59,13 @@ struct Quotient {
 
 /// Samples moved towards the mean, the more the smaller their biased variance is against the strength.
 inline Quotient pulledToMean(F32x8 samples, F32x8 mean, F32x8 biasedVariance, F32x8 strength) {
-  return {add(mul(samples, biasedVariance), mul(mean, strength)), add(biasedVariance, strength)};
+  return {addProduct(mul(samples, biasedVariance), mean, strength), add(biasedVariance, strength)};
 }
 
 /// The pixel formula as far as its quotient, see PixelFormula.
 inline Quotient smoothed(F32x8 samples, F32x8 sums, F32x8 squares, const FormulaLanes& k) {
   const F32x8 mean = mul(sums, k.inverseArea);
-  const F32x8 variance = sub(mul(squares, k.inverseArea), mul(mean, mean));
+  const F32x8 variance = subProduct(mul(squares, k.inverseArea), mean, mean);
   return pulledToMean(samples, mean, add(variance, k.bias), k.strength);
 }
 
@@ -181,7 +185,7 @@ VLVK_INLINE void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std:
   std::ptrdiff_t j = 0;
   for (; j + toLeaving < 0 && j < columns; j += 8)
     scanClamped8(j);
-  if constexpr (!std::is_same_v<UseRun, NoRuns>) {
+  if constexpr (kRunsPay && !std::is_same_v<UseRun, NoRuns>) {
     BoxRun run;
     while (j + toEntering + 15 <= last) {
       int count = 0;
@@ -197,9 +201,17 @@ VLVK_INLINE void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std:
       useRun(j - count, count, run);
     }
   }
+  const Sum* enteringSums = sums + j + toEntering;
+  const Sum* leavingSums = sums + j + toLeaving;
+  const std::uint32_t* enteringSquares = squares + j + toEntering;
+  const std::uint32_t* leavingSquares = squares + j + toLeaving;
   for (; j + toEntering + 7 <= last; j += 8) {
-    scan8(j, boxSteps(load8(sums + j + toEntering), load8(sums + j + toLeaving)),
-          boxSteps(load8(squares + j + toEntering), load8(squares + j + toLeaving)));
+    scan8(j, boxSteps(load8(enteringSums), load8(leavingSums)),
+          boxSteps(load8(enteringSquares), load8(leavingSquares)));
+    enteringSums += 8;
+    leavingSums += 8;
+    enteringSquares += 8;
+    leavingSquares += 8;
   }
   for (; j < columns; j += 8)
     scanClamped8(j);

@@ -85,11 +85,8 @@ VLVK_INLINE U32x8 sub(U32x8 a, U32x8 b) {
 VLVK_INLINE U32x8 widen(U16x8 v) {
   return {_mm256_cvtepu16_epi32(v.v)};
 }
-VLVK_INLINE U32x8 addWiden(U32x8 sums, U16x8 v) {
-  return add(sums, widen(v));
-}
-VLVK_INLINE U32x8 subWiden(U32x8 sums, U16x8 v) {
-  return sub(sums, widen(v));
+VLVK_INLINE U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
+  return sub(add(sums, widen(squareWiden(a))), widen(squareWiden(b)));
 }
 VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
   return sub(widen(a), widen(b));
@@ -108,6 +105,8 @@ VLVK_INLINE U32x8 prefixSum(U32x8 v) {
 VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {_mm256_permutevar8x32_epi32(v.v, _mm256_set1_epi32(7))};
 }
+
+inline constexpr bool kRunsPay = true;
 
 struct PairSteps {
   U32x8 pair;
@@ -138,6 +137,12 @@ VLVK_INLINE F32x8 sub(F32x8 a, F32x8 b) {
 }
 VLVK_INLINE F32x8 mul(F32x8 a, F32x8 b) {
   return {_mm256_mul_ps(a.v, b.v)};
+}
+VLVK_INLINE F32x8 addProduct(F32x8 sum, F32x8 a, F32x8 b) {
+  return add(sum, mul(a, b));
+}
+VLVK_INLINE F32x8 subProduct(F32x8 sum, F32x8 a, F32x8 b) {
+  return sub(sum, mul(a, b));
 }
 
 /// Both 16-bit halves convert exactly, so only the last addition rounds.
@@ -297,11 +302,12 @@ VLVK_INLINE I16x8 weighPairs(ChromaPairs v, I16x8 offset) {
     return {sum};
   }
 }
-VLVK_INLINE I16x8 duplicateLow(I16x8 v) {
-  return {_mm256_unpacklo_epi16(v.v, v.v)};
-}
-VLVK_INLINE I16x8 duplicateHigh(I16x8 v) {
-  return {_mm256_unpackhi_epi16(v.v, v.v)};
+struct I16x16 {
+  I16x8 low;
+  I16x8 high;
+};
+VLVK_INLINE I16x16 duplicateEach(I16x8 v) {
+  return {{_mm256_unpacklo_epi16(v.v, v.v)}, {_mm256_unpackhi_epi16(v.v, v.v)}};
 }
 
 // Pixels to luma and chroma.

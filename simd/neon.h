@@ -100,20 +100,16 @@ VLVK_INLINE F32x8 splat8(float value) {
 
 // Running sums.
 
-VLVK_INLINE U16x8 addWiden(U16x8 sums, U8x8 v) {
-  return {vaddw_u8(sums.v, v.v)};
+VLVK_INLINE U16x8 addDifference(U16x8 sums, U8x8 a, U8x8 b) {
+  return {vaddq_u16(sums.v, vsubl_u8(a.v, b.v))};
 }
-VLVK_INLINE U16x8 subWiden(U16x8 sums, U8x8 v) {
-  return {vsubw_u8(sums.v, v.v)};
-}
-VLVK_INLINE U16x8 squareWiden(U8x8 v) {
-  return {vmull_u8(v.v, v.v)};
-}
-VLVK_INLINE U32x8 addWiden(U32x8 sums, U16x8 v) {
-  return {vaddw_u16(sums.low, vget_low_u16(v.v)), vaddw_u16(sums.high, vget_high_u16(v.v))};
-}
-VLVK_INLINE U32x8 subWiden(U32x8 sums, U16x8 v) {
-  return {vsubw_u16(sums.low, vget_low_u16(v.v)), vsubw_u16(sums.high, vget_high_u16(v.v))};
+/// As (a + b) * (a - b), whose factors fit signed 16 bits.
+VLVK_INLINE U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
+  const int16x8_t plus = vreinterpretq_s16_u16(vaddl_u8(a.v, b.v));
+  const int16x8_t minus = vreinterpretq_s16_u16(vsubl_u8(a.v, b.v));
+  const int32x4_t low = vmlal_s16(vreinterpretq_s32_u32(sums.low), vget_low_s16(plus), vget_low_s16(minus));
+  const int32x4_t high = vmlal_s16(vreinterpretq_s32_u32(sums.high), vget_high_s16(plus), vget_high_s16(minus));
+  return {vreinterpretq_u32_s32(low), vreinterpretq_u32_s32(high)};
 }
 VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
   return {vsubl_u16(vget_low_u16(a.v), vget_low_u16(b.v)), vsubl_u16(vget_high_u16(a.v), vget_high_u16(b.v))};
@@ -144,6 +140,8 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   const uint32x4_t last = splatLast4(v.high);
   return {last, last};
 }
+
+inline constexpr bool kRunsPay = false;
 
 struct PairSteps {
   U32x8 pair;
@@ -193,6 +191,13 @@ VLVK_INLINE F32x8 sub(F32x8 a, F32x8 b) {
 }
 VLVK_INLINE F32x8 mul(F32x8 a, F32x8 b) {
   return {vmulq_f32(a.low, b.low), vmulq_f32(a.high, b.high)};
+}
+/// The multiply-accumulate instructions of ARMv7 round the product; AArch64 takes two instructions.
+VLVK_INLINE F32x8 addProduct(F32x8 sum, F32x8 a, F32x8 b) {
+  return {vmlaq_f32(sum.low, a.low, b.low), vmlaq_f32(sum.high, a.high, b.high)};
+}
+VLVK_INLINE F32x8 subProduct(F32x8 sum, F32x8 a, F32x8 b) {
+  return {vmlsq_f32(sum.low, a.low, b.low), vmlsq_f32(sum.high, a.high, b.high)};
 }
 VLVK_INLINE F32x8 reciprocalEstimateOfModest(F32x8 v) {
   return {vrecpeq_f32(v.low), vrecpeq_f32(v.high)};
@@ -332,16 +337,18 @@ VLVK_INLINE I16x8 weighPairs(const ChromaPairs& v, I16x8 offset) {
   sum = mulAccumulate<kFirst>(sum, v.bytes.val[0]);
   return {vreinterpretq_s16_u16(mulAccumulate<kSecond>(sum, v.bytes.val[1]))};
 }
-/// Widened and copied into the upper halves: on ARMv7, g++ 12 spends more on a zip.
-VLVK_INLINE int16x8_t duplicate4(int16x4_t v) {
-  const uint32x4_t wide = vmovl_u16(vreinterpret_u16_s16(v));
-  return vreinterpretq_s16_u32(vsliq_n_u32(wide, wide, 16));
-}
-VLVK_INLINE I16x8 duplicateLow(I16x8 v) {
-  return {duplicate4(vget_low_s16(v.v))};
-}
-VLVK_INLINE I16x8 duplicateHigh(I16x8 v) {
-  return {duplicate4(vget_high_s16(v.v))};
+struct I16x16 {
+  I16x8 low;
+  I16x8 high;
+};
+VLVK_INLINE I16x16 duplicateEach(I16x8 v) {
+#if defined(__aarch64__)
+  return {{vzip1q_s16(v.v, v.v)}, {vzip2q_s16(v.v, v.v)}};
+#else
+  I16x16 both{v, v};  // one instruction for both halves; g++ 12 takes two for the intrinsic
+  asm("vzip.16 %q0, %q1" : "+w"(both.low.v), "+w"(both.high.v));
+  return both;
+#endif
 }
 
 // Luma of two rows to pixels.

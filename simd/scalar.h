@@ -117,23 +117,16 @@ inline F32x8 splat8(float value) {
 
 // Running sums.
 
-/// sums + v.
-inline U16x8 addWiden(U16x8 sums, U8x8 v) {
-  return forLanes<U16x8>([&](int i) { return sums.lane[i] + v.lane[i]; });
+/// sums + a - b.
+inline U16x8 addDifference(U16x8 sums, U8x8 a, U8x8 b) {
+  return forLanes<U16x8>([&](int i) { return sums.lane[i] + a.lane[i] - b.lane[i]; });
 }
-inline U32x8 addWiden(U32x8 sums, U16x8 v) {
-  return forLanes<U32x8>([&](int i) { return sums.lane[i] + v.lane[i]; });
-}
-/// sums - v.
-inline U16x8 subWiden(U16x8 sums, U8x8 v) {
-  return forLanes<U16x8>([&](int i) { return sums.lane[i] - v.lane[i]; });
-}
-inline U32x8 subWiden(U32x8 sums, U16x8 v) {
-  return forLanes<U32x8>([&](int i) { return sums.lane[i] - v.lane[i]; });
-}
-/// v * v; 255 * 255 fits 16 bits.
-inline U16x8 squareWiden(U8x8 v) {
-  return forLanes<U16x8>([&](int i) { return v.lane[i] * v.lane[i]; });
+/// sums + a * a - b * b.
+inline U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
+  return forLanes<U32x8>([&](int i) {
+    const auto difference = a.lane[i] * a.lane[i] - b.lane[i] * b.lane[i];
+    return sums.lane[i] + static_cast<std::uint32_t>(difference);
+  });
 }
 
 /// a - b, sign-extended to 32 bits.
@@ -175,6 +168,9 @@ inline PairSteps pairSteps(const Sum* entering, const Sum* leaving) {
           forLanes<U32x8>([&](int i) { return step(2 * i + 1); })};
 }
 
+/// Whether loops gain from being split into shorter chains of operations with memory between them.
+inline constexpr bool kRunsPay = true;
+
 // Single precision. Every operation rounds by itself.
 
 /// Any 32-bit value, rounded to nearest.
@@ -202,6 +198,13 @@ inline F32x8 sub(F32x8 a, F32x8 b) {
 }
 inline F32x8 mul(F32x8 a, F32x8 b) {
   return forLanes<F32x8>([&](int i) { return a.lane[i] * b.lane[i]; });
+}
+/// sum + a * b and sum - a * b; the product is rounded, then the result.
+inline F32x8 addProduct(F32x8 sum, F32x8 a, F32x8 b) {
+  return add(sum, mul(a, b));
+}
+inline F32x8 subProduct(F32x8 sum, F32x8 a, F32x8 b) {
+  return sub(sum, mul(a, b));
 }
 /// The ARM reciprocal estimate, for every input.
 inline F32x8 reciprocalEstimate(F32x8 v) {
@@ -293,13 +296,15 @@ template <int kFirst, int kSecond>
 inline I16x8 weighPairs(ChromaPairs v, I16x8 offset) {
   return forLanes<I16x8>([&](int i) { return offset.lane[i] + kFirst * v.lane[2 * i] + kSecond * v.lane[2 * i + 1]; });
 }
-/// Lanes 0, 0, 1, 1, 2, 2, 3, 3.
-inline I16x8 duplicateLow(I16x8 v) {
-  return forLanes<I16x8>([&](int i) { return v.lane[i / 2]; });
-}
-/// Lanes 4, 4, 5, 5, 6, 6, 7, 7.
-inline I16x8 duplicateHigh(I16x8 v) {
-  return forLanes<I16x8>([&](int i) { return v.lane[4 + i / 2]; });
+/// 16 columns, the first and the last 8.
+struct I16x16 {
+  I16x8 low;
+  I16x8 high;
+};
+/// Lanes 0, 0, 1, 1 ... 7, 7.
+inline I16x16 duplicateEach(I16x8 v) {
+  return {forLanes<I16x8>([&](int i) { return v.lane[i / 2]; }),
+          forLanes<I16x8>([&](int i) { return v.lane[4 + i / 2]; })};
 }
 
 // Luma of two rows to pixels.
