@@ -1,80 +1,152 @@
-/// Time of a whole NV21 frame, in place and to RGBA.
+/// Time of a whole NV21 frame, in place and to RGBA, of its copy, and of the first frame of a new filter.
 ///
-/// The scene is skin all over, so that every pixel is smoothed and blended. `Time` and `per_pixel` are wall clock,
-/// `CPU` is the processor time of all threads together.
-#include <benchmark/benchmark.h>
+/// Wall clock: the standard engine runs four threads.
+#include <cstring>
+#include <memory>
 
-#include <cstddef>
-#include <cstdint>
-#include <random>
-#include <vector>
-
+#include "bench/allocation_counter.h"
+#include "bench/measure.h"
+#include "bench/neutral_colors.h"
+#include "bench/scene.h"
 #include "filter/CFastEdgePreserved.h"
+
+namespace vlvk_bench {
 
 namespace {
 
-/// Leaves the filter's neutral colour picture as it is, so that colours go through the table.
-class NeutralColors final : public IBeautyResourceLoader {
- public:
-  int getResFromName(const char* /*name*/, unsigned char* /*dst*/) override { return 0; }
+enum class Output { kInPlace, kToRgba };
+
+struct FrameCase {
+  Size size;
+  const Scene* scene;
+  const vlvk::RowLoops* target;
+  Output output = Output::kInPlace;
+  int threads = 4;
+  int radius = 20;
 };
 
-/// An NV21 frame: shaded skin with grain.
-std::vector<std::uint8_t> skinFrame(int width, int height) {
-  const auto columns = static_cast<std::size_t>(width);
-  const auto rows = static_cast<std::size_t>(height);
-  std::mt19937 random(1);  // the same frame every time
-  std::vector<std::uint8_t> frame;
-  frame.reserve(columns * rows * 3 / 2);
-  for (std::size_t y = 0; y < rows; ++y) {
-    for (std::size_t x = 0; x < columns; ++x) {
-      frame.push_back(static_cast<std::uint8_t>(90 + x * 60 / columns + y * 40 / rows + random() % 24));
-    }
-  }
-  for (std::size_t i = 0; i < columns * rows / 4; ++i) {
-    frame.push_back(static_cast<std::uint8_t>(151 + random() % 8));  // V
-    frame.push_back(static_cast<std::uint8_t>(106 + random() % 8));  // U
-  }
-  return frame;
-}
+/// One frame and where it goes.
+struct Run {
+  explicit Run(const FrameCase& c)
+      : original(c.scene->make(c.size)), frame(original), rgba(c.output == Output::kToRgba ? c.size.pixels() * 4 : 0) {}
 
-/// Arguments: width, height, threads.
-void frame(benchmark::State& state, bool inPlace) {
-  const int width = static_cast<int>(state.range(0));
-  const int height = static_cast<int>(state.range(1));
-  const std::size_t pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-  const std::vector<std::uint8_t> original = skinFrame(width, height);
-  std::vector<std::uint8_t> nv21 = original;
-  std::vector<std::uint8_t> rgba(inPlace ? 0 : pixels * 4);
+  int process(CFastEdgePreserved& filter, const FrameCase& c) {
+    return filter.processVideo(frame.data(), c.size.width, frame.data() + c.size.pixels(), c.size.width, c.size.width,
+                               c.size.height, rgba.empty() ? nullptr : rgba.data(), 4 * c.size.width, true);
+  }
 
+  const Nv21Frame original;
+  Nv21Frame frame;
+  std::vector<std::uint8_t> rgba;
+};
+
+void steadyFrame(benchmark::State& state, const FrameCase& c) {
+  const ForcedTarget forced(c.target);
+  Run run(c);
   NeutralColors colors;
-  CFastEdgePreserved filter(static_cast<int>(state.range(2)), &colors);
-  filter.radius = 20;
+  CFastEdgePreserved filter(c.threads, &colors);
+  filter.radius = c.radius;
+  run.process(filter, c);
   while (state.KeepRunning()) {
-    if (inPlace) {
+    if (c.output == Output::kInPlace) {
       // A frame that was beautified again and again would no longer be the scene.
       state.PauseTiming();
-      nv21 = original;
+      run.frame = run.original;
       state.ResumeTiming();
     }
-    const int result = filter.processVideo(nv21.data(), width, nv21.data() + pixels, width, width, height,
-                                           inPlace ? nullptr : rgba.data(), 4 * width, true);
-    if (result != 0) state.SkipWithError("the frame failed");
+    if (run.process(filter, c) != 0) state.SkipWithError("the frame failed");
     benchmark::ClobberMemory();
   }
-  state.counters["per_pixel"] = benchmark::Counter(
-      static_cast<double>(pixels), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  countPixels(state, c.size.pixels());
 }
 
-void sizesAndThreads(benchmark::internal::Benchmark* bench) {
-  bench->ArgNames({"width", "height", "threads"});
-  for (const int threads : {1, 4}) {
-    bench->Args({1280, 720, threads})->Args({1920, 1080, threads});
+/// Tables and buffers included, the end of the filter not.
+void firstFrame(benchmark::State& state, const FrameCase& c) {
+  Run run(c);
+  NeutralColors colors;
+  while (state.KeepRunning()) {
+    state.PauseTiming();
+    run.frame = run.original;
+    state.ResumeTiming();
+    auto filter = std::make_unique<CFastEdgePreserved>(c.threads, &colors);
+    filter->radius = c.radius;
+    if (run.process(*filter, c) != 0) state.SkipWithError("the frame failed");
+    state.PauseTiming();
+    filter.reset();
+    state.ResumeTiming();
   }
-  bench->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+  countPixels(state, c.size.pixels());
 }
 
-BENCHMARK_CAPTURE(frame, in_place, true)->Apply(sizesAndThreads);
-BENCHMARK_CAPTURE(frame, to_rgba, false)->Apply(sizesAndThreads);
+/// What a thousand steady frames take from the heap.
+void steadyMemory(benchmark::State& state, const FrameCase& c) {
+  Run run(c);
+  NeutralColors colors;
+  CFastEdgePreserved filter(c.threads, &colors);
+  for (int i = 0; i < 3; ++i)
+    run.process(filter, c);
+  constexpr int kFrames = 1000;
+  for ([[maybe_unused]] auto once : state) {
+    const std::size_t count = allocationCount();
+    const std::size_t bytes = heapBytes();
+    for (int i = 0; i < kFrames; ++i)
+      run.process(filter, c);
+    state.counters["allocations_per_frame"] = static_cast<double>(allocationCount() - count) / kFrames;
+    state.counters["growth_bytes"] = static_cast<double>(heapBytes()) - static_cast<double>(bytes);
+  }
+}
+
+void addCase(const char* variant, const FrameCase& c) {
+  add(std::string("frame/") + variant + "/" + c.target->name + "/" + c.size.name() + "/" + c.scene->name +
+          "/threads:" + std::to_string(c.threads) + "/radius:" + std::to_string(c.radius),
+      [c](benchmark::State& state) { steadyFrame(state, c); })
+      ->UseRealTime();
+}
+
+/// What moving the pixels of the frame alone takes.
+///
+/// @param pictures  copied in turn: one and the same may stay in the last-level cache, many come from memory
+void addCopy(const char* variant, Size size, int pictures) {
+  add(std::string("copy/") + variant + "/memcpy/" + size.name(), [=](benchmark::State& state) {
+    const std::size_t bytes = size.pixels() * 4;
+    const std::size_t total = bytes * static_cast<std::size_t>(pictures);
+    const std::vector<std::uint8_t> from(total, 1);
+    std::vector<std::uint8_t> to(total);
+    std::size_t at = 0;
+    measure(state, size.pixels(), [&] {
+      std::memcpy(to.data() + at, from.data() + at, bytes);
+      at = (at + bytes) % total;
+    });
+  })->UseRealTime();
+}
 
 }  // namespace
+
+void addFrameBenchmarks(const std::vector<Size>& sizes) {
+  const auto all = targets();
+  const Scene& skin = scenes().front();
+  for (const Size size : sizes) {
+    for (const Scene& scene : scenes()) {
+      addCase("in_place", {size, &scene, all.front()});
+      addCase("to_rgba", {size, &scene, all.front(), Output::kToRgba});
+    }
+    for (const auto* target : all) {
+      if (target != all.front()) addCase("in_place", {size, &skin, target});
+    }
+    for (const int radius : {0, 8, 40, 60, 100})
+      addCase("in_place", {size, &skin, all.front(), Output::kInPlace, 4, radius});
+    for (const int threads : {1, 2})
+      addCase("in_place", {size, &skin, all.front(), Output::kInPlace, threads});
+    const FrameCase first{size, &skin, all.front()};
+    add(std::string("frame/first/") + first.target->name + "/" + size.name() + "/skin/threads:4/radius:20",
+        [first](benchmark::State& state) { firstFrame(state, first); })
+        ->UseRealTime();
+    addCopy("same", size, 1);
+    addCopy("new", size, 16);
+    add("frame/memory/" + std::string(first.target->name) + "/" + size.name() + "/skin/threads:4/radius:20",
+        [first](benchmark::State& state) { steadyMemory(state, first); })
+        ->Iterations(1);
+  }
+}
+
+}  // namespace vlvk_bench

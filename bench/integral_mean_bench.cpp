@@ -1,48 +1,27 @@
-/// Time of the integral-image family on a 1080p luma plane. Counterpart of the sums: opencv_integral.
+/// Time of the integral-image family and of the blend from its statistics. Counterpart of the sums: integral/opencv.
 #include "kernels/alt/integral_mean.h"
 
-#include "bench/luma_plane.h"
+#include "bench/smoothers_bench.h"
 #include "kernels/alt/mean_var_blend.h"
 
-namespace {
+namespace vlvk_bench {
 
-using namespace vlvk_bench;
-
-struct Planes {
-  std::vector<std::uint8_t> source = lumaPlane();
-  std::vector<std::uint8_t> destination = std::vector<std::uint8_t>(kPixels);
-  std::vector<std::uint32_t> sums = std::vector<std::uint32_t>(kPixels);
-  std::vector<std::uint32_t> squares = std::vector<std::uint32_t>(kPixels);
-  const std::uint8_t* start = source.data() + std::size_t{kWidth} * kContextRows;
-};
-
-void integral_mean(benchmark::State& state) {
-  Planes p;
-  measure(state, [&] {
-    Integral_Mean_Neon(p.start, p.destination.data(), kWidth, kHeight, kWidth, static_cast<int>(state.range(0)),
-                       kLevel);
-  });
+void addIntegralMeanBenchmarks(const std::vector<Size>& sizes) {
+  const auto smooth = [](SmootherPlanes& p, Size s, int radius) {
+    Integral_Mean_Neon(p.start, p.destination.data(), s.width, s.height, s.width, radius, kSmootherLevel);
+  };
+  const auto sums = [](SmootherPlanes& p, Size s, int radius) {
+    Integral_Mean_Neon2(p.start, p.sums.data(), p.squares.data(), s.width, s.height, s.width, radius);
+  };
+  const auto blend = [](SmootherPlanes& p, Size s, int radius) {
+    Mean_var_Blend(p.destination.data(), p.start, p.sums.data(), p.squares.data(), s.width, s.height, s.width, radius,
+                   kSmootherLevel);
+  };
+  for (const Size size : sizes) {
+    addSmoother("integral_mean/smooth", size, smooth);
+    addSmoother("integral_mean/sums", size, sums);
+    addSmoother("mean_var_blend/blend", size, blend, sums);
+  }
 }
-BENCHMARK(integral_mean)->Apply(radii);
 
-void integral_sums(benchmark::State& state) {
-  Planes p;
-  measure(state, [&] {
-    Integral_Mean_Neon2(p.start, p.sums.data(), p.squares.data(), kWidth, kHeight, kWidth,
-                        static_cast<int>(state.range(0)));
-  });
-}
-BENCHMARK(integral_sums)->Apply(radii);
-
-void mean_var_blend(benchmark::State& state) {
-  Planes p;
-  const int radius = static_cast<int>(state.range(0));
-  Integral_Mean_Neon2(p.start, p.sums.data(), p.squares.data(), kWidth, kHeight, kWidth, radius);
-  measure(state, [&] {
-    Mean_var_Blend(p.destination.data(), p.start, p.sums.data(), p.squares.data(), kWidth, kHeight, kWidth, radius,
-                   kLevel);
-  });
-}
-BENCHMARK(mean_var_blend)->Apply(radii);
-
-}  // namespace
+}  // namespace vlvk_bench

@@ -1,32 +1,21 @@
-/// Time of the textbook smoother on a 1080p luma plane. Counterpart of the sums: opencv_box.
+/// Time of the textbook smoother. Counterpart of the sums: box_sums/opencv.
 #include "kernels/reference_filter.h"
 
-#include "bench/luma_plane.h"
+#include "bench/smoothers_bench.h"
 
-namespace {
+namespace vlvk_bench {
 
-using namespace vlvk_bench;
-
-void reference_sums(benchmark::State& state) {
-  const std::vector<std::uint8_t> source = lumaPlane();
-  std::vector<std::uint32_t> sums(kPixels);
-  std::vector<std::uint32_t> squares(kPixels);
-  measure(state, [&] {
-    Mean(source.data(), kWidth, kHeight, kWidth, sums.data(), squares.data(), static_cast<int>(state.range(0)));
-  });
+void addReferenceFilterBenchmarks(const std::vector<Size>& sizes) {
+  const auto sums = [](SmootherPlanes& p, Size s, int radius) {
+    Mean(p.start, s.width, s.height, s.width, p.sums.data(), p.squares.data(), radius);
+  };
+  const auto blend = [](SmootherPlanes& p, Size s, int radius) {
+    MeanBlendImage(p.image.data(), p.sums.data(), p.squares.data(), s.width, s.height, s.width, kSmootherLevel, radius);
+  };
+  for (const Size size : sizes) {
+    addSmoother("reference_filter/sums", size, sums);
+    addSmoother("reference_filter/blend", size, blend, sums);
+  }
 }
-BENCHMARK(reference_sums)->Apply(radii);
 
-void reference_blend(benchmark::State& state) {
-  const std::vector<std::uint8_t> source = lumaPlane();
-  const int radius = static_cast<int>(state.range(0));
-  std::vector<std::uint8_t> image(source);
-  std::vector<std::uint32_t> sums(kPixels);
-  std::vector<std::uint32_t> squares(kPixels);
-  Mean(source.data(), kWidth, kHeight, kWidth, sums.data(), squares.data(), radius);
-  measure(state,
-          [&] { MeanBlendImage(image.data(), sums.data(), squares.data(), kWidth, kHeight, kWidth, kLevel, radius); });
-}
-BENCHMARK(reference_blend)->Apply(radii);
-
-}  // namespace
+}  // namespace vlvk_bench

@@ -1,5 +1,12 @@
 # Benchmarks: one executable, one file for each unit.
 
+# On ARM, which is emulated for the most part, instructions are counted: scripts/arm_instructions.sh.
+if(VLVK_PROCESSOR_ARM OR VLVK_PROCESSOR_AARCH64)
+  add_executable(vlvk_count_rows bench/arm/count_rows.cpp)
+  target_link_libraries(vlvk_count_rows PRIVATE vlvk_objects)
+  vlvk_set_warnings(vlvk_count_rows)
+endif()
+
 find_package(benchmark CONFIG QUIET)
 if(NOT benchmark_FOUND)
   message(STATUS "vlvk_bench is not built, missing: Google Benchmark")
@@ -7,20 +14,60 @@ if(NOT benchmark_FOUND)
 endif()
 
 add_executable(vlvk_bench
+  bench/allocation_counter.cpp
+  bench/allocation_counter.h
+  bench/band_smoothing_bench.cpp
+  bench/conversions_bench.cpp
   bench/frame_bench.cpp
   bench/integral_mean_bench.cpp
   bench/line_mean_bench.cpp
-  bench/luma_plane.h
+  bench/main.cpp
+  bench/measure.h
+  bench/neutral_colors.h
+  bench/options.h
+  bench/planes.h
   bench/reference_filter_bench.cpp
+  bench/row_loops_bench.cpp
+  bench/scene.cpp
+  bench/scene.h
+  bench/skin_blend_bench.cpp
+  bench/smoothers_bench.h
 )
-target_link_libraries(vlvk_bench PRIVATE vlvk_objects benchmark::benchmark_main)
+target_link_libraries(vlvk_bench PRIVATE vlvk_objects benchmark::benchmark)
+target_link_options(vlvk_bench PRIVATE -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc)
 vlvk_set_warnings(vlvk_bench)
 
-# OpenCV's way to the same box sums, for comparison in the same run.
+# The sample picture as a scene, where the program's picture files can be read.
+if(TARGET vlvk_tool)
+  target_link_libraries(vlvk_bench PRIVATE vlvk_tool)
+  target_compile_definitions(vlvk_bench PRIVATE VLVK_BENCH_PORTRAIT="${CMAKE_CURRENT_SOURCE_DIR}/samples/portrait.png")
+endif()
+
+# Other libraries' ways to the same results, for comparison in the same run.
 find_package(OpenCV QUIET COMPONENTS core imgproc)
+find_path(VLVK_LIBYUV_INCLUDE libyuv.h)
+find_library(VLVK_LIBYUV yuv)
 if(OpenCV_FOUND)
-  target_sources(vlvk_bench PRIVATE bench/opencv_sums_bench.cpp)
-  target_link_libraries(vlvk_bench PRIVATE opencv_core opencv_imgproc)
+  add_library(vlvk_bench_opencv INTERFACE)
+  target_include_directories(vlvk_bench_opencv SYSTEM INTERFACE ${OpenCV_INCLUDE_DIRS})
+  target_link_libraries(vlvk_bench_opencv INTERFACE opencv_core opencv_imgproc)
+  target_compile_definitions(vlvk_bench PRIVATE VLVK_BENCH_OPENCV)
+  target_sources(vlvk_bench PRIVATE bench/opencv_bench.cpp)
+  target_link_libraries(vlvk_bench PRIVATE vlvk_bench_opencv)
 else()
   message(STATUS "vlvk_bench compares nothing with OpenCV, missing: OpenCV")
+endif()
+if(VLVK_LIBYUV_INCLUDE AND VLVK_LIBYUV)
+  target_compile_definitions(vlvk_bench PRIVATE VLVK_BENCH_LIBYUV)
+  target_sources(vlvk_bench PRIVATE bench/libyuv_bench.cpp)
+  target_include_directories(vlvk_bench SYSTEM PRIVATE ${VLVK_LIBYUV_INCLUDE})
+  target_link_libraries(vlvk_bench PRIVATE ${VLVK_LIBYUV})
+else()
+  message(STATUS "vlvk_bench compares nothing with libyuv, missing: libyuv")
+endif()
+if(OpenCV_FOUND AND VLVK_LIBYUV_INCLUDE AND VLVK_LIBYUV)
+  target_sources(vlvk_bench PRIVATE
+    bench/composition_bench.cpp
+    bench/peers/composition.cpp
+    bench/peers/composition.h)
 endif()

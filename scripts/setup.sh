@@ -3,7 +3,8 @@
 #
 #   bash scripts/setup.sh [PURPOSE...]
 #
-# Purposes, without any of them program: program, test, java, check (layout and lint), bench.
+# Purposes, without any of them program: program, test, java, check (layout and lint), bench (with the
+# libraries compared with), plot.
 set -euo pipefail
 
 packages=(cmake g++ make)
@@ -13,7 +14,8 @@ for purpose in "${@:-program}"; do
     test) packages+=(default-jdk-headless junit4 libgtest-dev) ;;
     java) packages+=(default-jdk-headless) ;;
     check) packages+=(clang-format clang-tidy) ;;
-    bench) packages+=(libbenchmark-dev) ;;
+    bench) packages+=(libbenchmark-dev libopencv-dev libyuv-dev) ;;
+    plot) packages+=(python3 python3-matplotlib) ;;
     *)
       echo "setup.sh: unknown purpose '$purpose'" >&2
       exit 2

@@ -1,0 +1,66 @@
+/// Time of the conversions between NV21 and RGBA and of the colour table, for every target. Counterparts:
+/// to_rgba/.../libyuv, to_nv21/.../libyuv.
+#include "bench/measure.h"
+#include "bench/neutral_colors.h"
+#include "bench/planes.h"
+#include "convert/rgb_to_yuv.h"
+#include "convert/yuv_to_rgb.h"
+#include "filter/CFastEdgePreserved.h"
+
+namespace vlvk_bench {
+
+namespace {
+
+using Convert = void (*)(ConversionPlanes& p, int width, int rows);
+
+void toRgba(ConversionPlanes& p, int width, int rows) {
+  VKNV21ToRGBA_NeonCall(p.nv21.data(), width, p.nv21.data() + p.chroma, width, p.rgba.data(), 4 * width, width, rows);
+}
+
+void toNv21(ConversionPlanes& p, int width, int rows) {
+  VKRGBAToNV21_NeonCall(p.rgba.data(), 4 * width, p.nv21.data(), width, p.nv21.data() + p.chroma, width, width, rows);
+}
+
+void addConversion(const char* unit, Size size, const Extent& extent, const vlvk::RowLoops* target, Convert convert) {
+  const int rows = extent.rows(size);
+  add(std::string(unit) + "/" + extent.name + "/" + target->name + "/" + size.name(), [=](benchmark::State& state) {
+    const ForcedTarget forced(target);
+    ConversionPlanes planes(size);
+    measure(state, Size{size.width, rows}.pixels(), [&] { convert(planes, size.width, rows); });
+  });
+}
+
+/// Colours of the skin scene through the neutral table, eight rows in place.
+void addColorTable(Size size, const vlvk::RowLoops* target) {
+  add(std::string("color_table/rows/") + target->name + "/" + size.name(), [=](benchmark::State& state) {
+    const ForcedTarget forced(target);
+    ConversionPlanes planes(size);
+    NeutralColors colors;
+    CFastEdgePreserved filter(1, &colors);
+    filter.processVideo(planes.nv21.data(), size.width, planes.nv21.data() + planes.chroma, size.width, size.width,
+                        size.height, planes.rgba.data(), 4 * size.width, true);
+    CFastEdgePreserved::MakeupParam band{};
+    band.outPlane = planes.rgba.data();
+    band.outStride = 4 * size.width;
+    band.width = size.width;
+    band.rows = 8;
+    band.colorAdjustIntensity = 100;
+    measure(state, Size{size.width, band.rows}.pixels(), [&] { filter.colorAdjustRGBA(&band); });
+  });
+}
+
+}  // namespace
+
+void addConversionBenchmarks(const std::vector<Size>& sizes) {
+  for (const Size size : sizes) {
+    for (const vlvk::RowLoops* target : targets()) {
+      for (const Extent& extent : kExtents) {
+        addConversion("to_rgba", size, extent, target, toRgba);
+        addConversion("to_nv21", size, extent, target, toNv21);
+      }
+      addColorTable(size, target);
+    }
+  }
+}
+
+}  // namespace vlvk_bench

@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Times the engine against what else could be used, and shows the figures as a table and as a picture.
+#
+#   bash scripts/speed.sh [CPUS]
+#
+# CPUS: two processors for the measurements, such as 0,1 (the default). Whatever is meant for one processor runs on the
+# last of them. Everything that is compared is measured in the same run, in turns.
+# Results: out/speed.md (the table), out/speed.png (the picture), out/speed-*.json (all figures).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+cpus="${1:-0,1}"
+one_cpu="${cpus##*,}"
+
+bash scripts/setup.sh program bench plot
+mkdir -p out
+cmake -S . -B build-speed -DCMAKE_BUILD_TYPE=Release -DVLVK_BUILD_TESTS=OFF -DVLVK_BUILD_JAVA=OFF >out/speed.log
+cmake --build build-speed --parallel "$(nproc)" --target vlvk_bench >>out/speed.log
+
+# Repetitions of all benchmarks are mixed, so that a change of the machine's speed meets them alike.
+measure() { # NAME CPUS FILTER [OPTION...]
+  echo "Measuring: $1" >&2
+  taskset -c "$2" build-speed/vlvk_bench --benchmark_filter="$3" --benchmark_repetitions="${VLVK_SPEED_REPETITIONS:-9}" \
+    --benchmark_enable_random_interleaving=true --benchmark_min_time=0.05 --benchmark_report_aggregates_only=true \
+    --benchmark_out="out/speed-$1.json" --benchmark_out_format=json "${@:4}" >/dev/null 2>out/speed.log
+}
+
+measure one "$one_cpu" '^(frame/(in_place|first)|copy|smoothing|color_table|blend)/|^to_(rgba|nv21)/.*/(avx2|neon|libyuv)|^box_sums/.*/half:23$' \
+  --size=1280x720 --size=1920x1080 --size=3840x2160
+measure two "$cpus" '^frame/in_place/.*/threads:(4/radius:20|2)/' --size=1920x1080 --size=3840x2160
+measure memory "$cpus" '^frame/memory/' --size=1920x1080
+/usr/bin/python3 scripts/speed_report.py out
