@@ -1,4 +1,5 @@
-# The desktop program vlvk-makeup. Everything but its main function is a library, so that tests reach it.
+# The desktop program vlvk-makeup. Everything but its main function is a library, so that tests reach it. The engine is
+# linked in, as the choice of the target is no exported name.
 
 find_package(CLI11 CONFIG QUIET)
 find_package(PNG QUIET)
@@ -21,12 +22,10 @@ if(VLVK_TOOLS_MISSING)
 endif()
 
 add_library(vlvk_tool STATIC
-  bindings/resource_file.cpp
-  bindings/resource_file.h
-  filter/color_picture.cpp
-  filter/color_picture.h
   tools/beautify.cpp
   tools/beautify.h
+  tools/bench.cpp
+  tools/bench.h
   tools/error.h
   tools/error_line.cpp
   tools/error_line.h
@@ -36,6 +35,8 @@ add_library(vlvk_tool STATIC
   tools/input_file.h
   tools/jpeg_file.cpp
   tools/jpeg_file.h
+  tools/number_option.cpp
+  tools/number_option.h
   tools/output_file.cpp
   tools/output_file.h
   tools/photo.cpp
@@ -52,8 +53,10 @@ add_library(vlvk_tool STATIC
   tools/table.h
   tools/table_file.cpp
   tools/table_file.h
+  tools/target.cpp
+  tools/target.h
 )
-target_link_libraries(vlvk_tool PUBLIC VLVKMakeupEngine CLI11::CLI11 PNG::PNG JPEG::JPEG)
+target_link_libraries(vlvk_tool PUBLIC vlvk_objects CLI11::CLI11 PNG::PNG JPEG::JPEG)
 vlvk_set_warnings(vlvk_tool)
 
 add_executable(vlvk-makeup tools/main.cpp)

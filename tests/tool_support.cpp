@@ -42,11 +42,6 @@ std::string textOf(std::FILE* file) {
   return text;
 }
 
-int channelsOf(int colorType) {
-  if (colorType == PNG_COLOR_TYPE_PALETTE) return 1;
-  return ((colorType & PNG_COLOR_MASK_COLOR) != 0 ? 3 : 1) + ((colorType & PNG_COLOR_MASK_ALPHA) != 0 ? 1 : 0);
-}
-
 void setPalette(png_structp png, png_infop info, int entries, bool keyed) {
   std::vector<png_color> palette;
   Bytes alpha;
@@ -95,6 +90,11 @@ ProgramRun runProgram(const std::vector<std::string>& arguments, std::uint64_t f
   int status = 0;
   if (child < 0 || waitpid(child, &status, 0) != child) throw std::runtime_error("the program cannot be started");
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, textOf(out), textOf(err)};
+}
+
+int channelsOf(int colorType) {
+  if (colorType == PNG_COLOR_TYPE_PALETTE) return 1;
+  return ((colorType & PNG_COLOR_MASK_COLOR) != 0 ? 3 : 1) + ((colorType & PNG_COLOR_MASK_ALPHA) != 0 ? 1 : 0);
 }
 
 Image patternImage(int width, int height) {

@@ -51,6 +51,9 @@ struct PngKind {
   Bytes profile = {};
 };
 
+/// Samples of a pixel.
+int channelsOf(int colorType);
+
 /// @param sample  value of a channel at a place, below 1 << depth; palette entry i is (i, 255 - i, 3 i)
 void writePng(const std::filesystem::path& path, int width, int height, const PngKind& kind,
               const std::function<int(int x, int y, int channel)>& sample);

@@ -8,11 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "tools/bench.h"
 #include "tools/error.h"
 #include "tools/error_line.h"
 #include "tools/photo.h"
 #include "tools/standard_output.h"
 #include "tools/table.h"
+#include "tools/target.h"
 
 namespace {
 
@@ -78,8 +80,10 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     CLI::App program("Skin beautification for pictures.", "vlvk-makeup");
     program.require_subcommand(1);
+    vlvk::tool::addTargetOption(&program);
     vlvk::tool::addPhotoCommand(&program);
     vlvk::tool::addTableCommand(&program);
+    vlvk::tool::addBenchCommand(&program);
     addVersionFlag(&program);
     return run(&program, argc, argv);
   } catch (const std::exception& error) {

@@ -7,8 +7,10 @@
 
 #include "tools/beautify.h"
 #include "tools/error.h"
+#include "tools/number_option.h"
 #include "tools/picture_file.h"
 #include "tools/table_file.h"
+#include "tools/target.h"
 
 namespace vlvk::tool {
 namespace {
@@ -37,13 +39,6 @@ void runPhoto(PhotoOptions* options) {
   writePicture(options->out, result, options->quality);
 }
 
-void addRange(CLI::App* command, const char* name, int* value, int low, int high, const char* help) {
-  command->add_option(name, *value, help)
-      ->check(CLI::Range(low, high).description(""))
-      ->type_name(std::to_string(low) + ".." + std::to_string(high))
-      ->capture_default_str();
-}
-
 }  // namespace
 
 void addPhotoCommand(CLI::App* program) {
@@ -53,16 +48,17 @@ void addPhotoCommand(CLI::App* program) {
   command->add_option("OUT", options->out, "Picture to write: .png, .jpg or .jpeg; may be IN")
       ->required()
       ->type_name("FILE");
-  addRange(command, "--whiten", &options->look.whiten, 0, 100, "Whitening in percent");
-  addRange(command, "--soften", &options->look.soften, 0, 1000, "Strength of skin smoothing");
-  addRange(command, "--radius", &options->look.radius, 0, 128,
-           "Reach of the smoothing in pixels, rounded up to a multiple of 8; 0: none");
+  addNumberOption(command, "--whiten", &options->look.whiten, 0, 100, "Whitening in percent");
+  addNumberOption(command, "--soften", &options->look.soften, 0, 1000, "Strength of skin smoothing");
+  addNumberOption(command, "--radius", &options->look.radius, 0, 128,
+                  "Reach of the smoothing in pixels, rounded up to a multiple of 8; 0: none");
   options->tableOption =
       command->add_option("--table", options->table, "Colour table to apply, a resource file such as adjust.vlk")
           ->type_name("FILE");
   command->add_flag("--compare", options->compare, "Write original (left) and result (right) side by side");
-  addRange(command, "--threads", &options->look.threads, 1, 64, "Threads to use; the result is the same");
-  addRange(command, "--quality", &options->quality, 1, 100, "Quality of a JPEG");
+  addNumberOption(command, "--threads", &options->look.threads, 1, 64, "Threads to use; the result is the same");
+  addNumberOption(command, "--quality", &options->quality, 1, 100, "Quality of a JPEG");
+  addTargetOption(command);
   command->footer(
       "Transparency is kept in PNG; a JPEG shows it over white. RGB colour profiles are carried over, and pictures\n"
       "that a camera took sideways are turned upright. At most 32768 pixels on a side and 268 megapixels are read.\n"

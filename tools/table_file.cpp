@@ -34,11 +34,21 @@ std::string hex(const Header& header, int at) {
 }
 
 // A factor by itself: the size that the header would state if the other factor were 1.
-std::string factor(const Header& header, int at) {
+std::int32_t factor(const Header& header, int at) {
   Header alone{};
   std::copy_n(header.begin() + at, 4, alone.begin() + kFactorA);
   alone[kFactorB] = 1;
-  return std::to_string(resourcePayloadSize(alone.data())) + " (" + hex(header, at) + ")";
+  return resourcePayloadSize(alone.data());
+}
+
+std::string described(const Header& header, int at) {
+  return std::to_string(factor(header, at)) + " (" + hex(header, at) + ")";
+}
+
+// Factors of any other kind of file are, nearly always, more than any payload has bytes.
+bool isFactorCredible(const Header& header, int at) {
+  const std::int32_t value = factor(header, at);
+  return value >= -kMaxResourcePayload && value <= kMaxResourcePayload;
 }
 
 std::string whatIsWrong(std::int32_t size, std::size_t present) {
@@ -53,7 +63,7 @@ std::string whatIsWrong(std::int32_t size, std::size_t present) {
 
 std::string factorsOf(const Header& header) {
   const bool negative = std::any_of(header.begin() + kFactorA, header.end(), [](int byte) { return byte >= 0x80; });
-  return "A " + factor(header, kFactorA) + " times B " + factor(header, kFactorB) +
+  return "A " + described(header, kFactorA) + " times B " + described(header, kFactorB) +
          (negative ? ", bytes from 80 on counting as negative" : "");
 }
 
@@ -66,6 +76,9 @@ Table readTable(const std::string& path) {
   }
   Table table{.header = {}, .fileSize = file.size(), .picture = std::vector<std::uint8_t>(kColorPictureSize)};
   std::copy_n(file.begin(), kResourceHeaderSize, table.header.begin());
+  if (!isFactorCredible(table.header, kFactorA) || !isFactorCredible(table.header, kFactorB)) {
+    throw Error(path, "not a colour table, nor any other resource file of the engine");
+  }
   const std::int32_t size = resourcePayloadSize(file.data());
   const std::string fault = whatIsWrong(size, file.size() - kResourceHeaderSize);
   if (!fault.empty()) {

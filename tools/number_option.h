@@ -1,0 +1,16 @@
+/// Options that take a number from a range.
+#ifndef VLVK_TOOLS_NUMBER_OPTION_H
+#define VLVK_TOOLS_NUMBER_OPTION_H
+
+#include <CLI/App.hpp>
+
+namespace vlvk::tool {
+
+/// Adds an option for a decimal number from `low` to `high`, `int` or `double`. `value` holds the default and must
+/// outlive the command.
+template <typename Number>
+void addNumberOption(CLI::App* command, const char* name, Number* value, Number low, Number high, const char* help);
+
+}  // namespace vlvk::tool
+
+#endif
