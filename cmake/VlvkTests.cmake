@@ -18,7 +18,7 @@ if(NOT TARGET GTest::gtest_main)
   endif()
 endif()
 
-# The vocabulary's float operations, compiled for each target like the row loops (VlvkLibrary.cmake knows the processor).
+# The vocabulary's operations, compiled for each target like the row loops (VlvkLibrary.cmake knows the processor).
 set(VLVK_VOCABULARIES scalar)
 if(VLVK_PROCESSOR_X86_64)
   list(APPEND VLVK_VOCABULARIES sse2 avx2)
@@ -26,7 +26,8 @@ elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
   list(APPEND VLVK_VOCABULARIES neon)
 endif()
 foreach(vocabulary IN LISTS VLVK_VOCABULARIES)
-  add_library(vlvk_ops_${vocabulary} OBJECT tests/vocabulary/float_ops.cpp tests/vocabulary/float_ops.h)
+  add_library(vlvk_ops_${vocabulary} OBJECT
+    tests/vocabulary/vocabulary_ops.cpp tests/vocabulary/vocabulary_ops.h)
   target_include_directories(vlvk_ops_${vocabulary} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   target_compile_definitions(vlvk_ops_${vocabulary} PRIVATE
     VLVK_TARGET=ops_${vocabulary}
@@ -59,7 +60,6 @@ add_executable(vlvk_tests
   # Kernels and conversions.
   tests/band_smoothing_test.cpp
   tests/conversions_test.cpp
-  tests/float_ops_test.cpp
   tests/integral_mean_test.cpp
   tests/line_mean_test.cpp
   tests/mean_var_blend_test.cpp
@@ -68,6 +68,7 @@ add_executable(vlvk_tests
   tests/skin_blend_test.cpp
   tests/skin_tables_test.cpp
   tests/targets_test.cpp
+  tests/vocabulary_test.cpp
 
   # Bindings.
   tests/resource_file_test.cpp
@@ -118,6 +119,7 @@ if(TARGET vlvk-makeup)
     tests/tool_directory.cpp
     tests/tool_directory.h
     tests/tool_photo_test.cpp
+    tests/tool_program_test.cpp
     tests/tool_support.cpp
     tests/tool_support.h
     tests/tool_table_test.cpp

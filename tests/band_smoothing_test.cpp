@@ -27,8 +27,8 @@ using testing_support::sameBytes;
 
 // 1667: the variance constant is exactly 0. -228: flat areas have a divisor near 0. From 5967 on, and far below 0, the
 // constants are negative, very large or wrapped.
-constexpr std::initializer_list<int> kLevels = {0,      1,       100,     333,     600,     999,       1000,
-                                                1667,   5000,    5967,    -1,      -228,    -5000,     -227,
+constexpr std::initializer_list<int> kLevels = {0,      1,       100,     333,     600,     999,       1000,  1652,
+                                                1654,   1667,    5000,    5967,    -1,      -228,      -5000, -227,
                                                 123456, 7158279, INT_MAX, INT_MIN, 1 << 30, -(1 << 30)};
 
 /// Column sums in guarded memory. With a shift they are aligned for their element type and no better.
@@ -77,7 +77,7 @@ struct BandCase {
 BandCase randomCase(Random& random, int smallestRowsPerR, int largestRadius) {
   BandCase c{};
   c.content = random.pick(testing_support::kLumaContents);
-  c.width = random.between(0, 9) == 0 ? random.between(100, 330) : random.between(0, 70);
+  c.width = random.between(0, 9) == 0 ? random.between(100, 700) : random.between(0, 70);
   c.stride = c.width + random.pick({0, 0, 1, 3, 8, 37});
   c.radius = random.between(1, random.pick({8, 24, largestRadius}));
   c.rows = smallestRowsPerR * c.R() + (smallestRowsPerR > 0 ? random.between(0, 20) : random.between(1, 50));

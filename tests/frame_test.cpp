@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/frame_support.h"
+#include "tests/support/target_test.h"
 
 namespace frame_tests {
 namespace {
@@ -29,18 +30,13 @@ int randomSide(Random& random) {
   return random.pick({random.between(0, 18), random.between(0, 100), random.between(100, 200)});
 }
 
-class Frames : public testing::TestWithParam<int> {};
-
-// One filter sees everything, so each frame also meets the buffers and tables of all sorts of earlier ones.
-TEST_P(Frames, MatchTheModelInAnySequence) {
-  const int threads = GetParam();
-  Random random(static_cast<std::uint32_t>(threads));
+/// One filter sees everything, so each frame also meets the buffers and tables of all sorts of earlier ones.
+void checkSequence(int threads, int frames, Random& random) {
   Rig rig(threads);
   int width = 64;
   int height = 48;
   Settings settings;
-  constexpr int kFrames = 100;
-  for (int i = 0; i < kFrames && !HasFailure(); ++i) {
+  for (int i = 0; i < frames && !testing::Test::HasFailure(); ++i) {
     if (random.between(0, 2) != 0) width = randomSide(random);
     if (random.between(0, 2) != 0) height = randomSide(random);
     if (random.between(0, 1) != 0) settings = randomSettings(random);
@@ -53,8 +49,24 @@ TEST_P(Frames, MatchTheModelInAnySequence) {
     rig.check(frame);
   }
   EXPECT_EQ(rig.loader.calls, rig.expected.loads());
-  EXPECT_GE(rig.expected.smoothedFrames(), kFrames / 4) << "the frames do not show whether they are smoothed";
+  EXPECT_GE(rig.expected.smoothedFrames(), frames / 4) << "the frames do not show whether they are smoothed";
 }
+
+class Frames : public testing::TestWithParam<int> {};
+
+TEST_P(Frames, MatchTheModelInAnySequence) {
+  Random random(static_cast<std::uint32_t>(GetParam()));
+  checkSequence(GetParam(), 100, random);
+}
+
+class FramesOfTarget : public testing_support::TargetTest {};
+
+TEST_P(FramesOfTarget, MatchTheModelInAnySequence) {
+  Random random(100);
+  checkSequence(4, 100, random);
+}
+
+VLVK_TEST_ALL_TARGETS(FramesOfTarget);
 
 // Bands long enough for the band kernels, in all their combinations with odd ends.
 TEST_P(Frames, MatchTheModelWithLongBands) {
