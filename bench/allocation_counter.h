@@ -7,11 +7,12 @@
 
 namespace vlvk_bench {
 
-/// Calls of malloc, calloc, realloc and operator new so far, by any thread.
+/// Calls of malloc and its relatives and of operator new so far, by any thread.
 std::size_t allocationCount();
 
-/// Bytes of the heap that are in use, the C library's own included.
+/// Bytes of the heap that are in use, the C library's own included, and bytes of all memory of the process.
 std::size_t heapBytes();
+std::size_t residentBytes();
 
 }  // namespace vlvk_bench
 

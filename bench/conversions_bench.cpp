@@ -30,7 +30,7 @@ void addConversion(const char* unit, Size size, const Extent& extent, const vlvk
   });
 }
 
-/// Colours of the skin scene through the neutral table, eight rows in place.
+/// Eight rows of skin colours through the engine's table, into other rows.
 void addColorTable(Size size, const vlvk::RowLoops* target) {
   add(std::string("color_table/rows/") + target->name + "/" + size.name(), [=](benchmark::State& state) {
     const ForcedTarget forced(target);
@@ -38,10 +38,15 @@ void addColorTable(Size size, const vlvk::RowLoops* target) {
     NeutralColors colors;
     CFastEdgePreserved filter(1, &colors);
     filter.processVideo(planes.nv21.data(), size.width, planes.nv21.data() + planes.chroma, size.width, size.width,
-                        size.height, planes.rgba.data(), 4 * size.width, true);
+                        size.height, planes.rgba.data(), 4 * size.width, true);  // makes the table
+    toRgba(planes, size.width, size.height);
     CFastEdgePreserved::MakeupParam band{};
     band.outPlane = planes.rgba.data();
     band.outStride = 4 * size.width;
+    band.dstPlane = planes.rgba.data() + 8 * band.outStride;
+    band.dstStride = band.outStride;
+    band.inPlace = true;
+    band.variant = 1;
     band.width = size.width;
     band.rows = 8;
     band.colorAdjustIntensity = 100;

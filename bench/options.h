@@ -17,7 +17,7 @@ struct Size {
 };
 
 /// Takes every `--size=WIDTHxHEIGHT` out of the arguments. Returns 720p, 1080p and 2160p where there is none.
-/// Ends the program with a message where a size cannot be read or is below 64x64.
+/// Ends the program with a message where a size cannot be read, is odd or is below 64x64.
 std::vector<Size> takeSizes(int* argc, char** argv);
 
 /// Each adds the benchmarks of one unit; its file has the unit's name.

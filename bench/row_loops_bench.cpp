@@ -23,7 +23,7 @@ struct Rows {
         longSquares(2 * wideSums.size()),
         sums(static_cast<std::size_t>(columns), 47 * 150),
         squares(sums.size(), 47 * 150 * 150),
-        out(sums.size() * 2),
+        out(sums.size() * 3),
         outSums(sums.size()),
         outSquares(sums.size()),
         colors(std::size_t{64} * 64 * 64 * 4, 90) {
@@ -116,7 +116,7 @@ const Loop kLoops[] = {
     {"pixelsToYuv", 2,
      [](const auto& l, Rows& r) {
        l.pixelsToYuv[vlvk::kVThenU][vlvk::kRgba](r.pixels.data(), r.pixels.data() + 4 * r.count(), r.out.data(),
-                                                 r.out.data() + r.columns, r.out.data() + r.columns, r.columns);
+                                                 r.out.data() + r.columns, r.out.data() + 2 * r.columns, r.columns);
      }},
 };
 

@@ -34,7 +34,8 @@ add_executable(vlvk_bench
   bench/smoothers_bench.h
 )
 target_link_libraries(vlvk_bench PRIVATE vlvk_objects benchmark::benchmark)
-target_link_options(vlvk_bench PRIVATE -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc)
+target_link_options(vlvk_bench PRIVATE 
+  -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc,--wrap=aligned_alloc,--wrap=posix_memalign)
 vlvk_set_warnings(vlvk_bench)
 
 # The sample picture as a scene, where the program's picture files can be read.
@@ -70,4 +71,5 @@ if(OpenCV_FOUND AND VLVK_LIBYUV_INCLUDE AND VLVK_LIBYUV)
     bench/composition_bench.cpp
     bench/peers/composition.cpp
     bench/peers/composition.h)
+  set_source_files_properties(bench/peers/composition.cpp PROPERTIES COMPILE_OPTIONS "-O3;-ffast-math")
 endif()

@@ -46,6 +46,7 @@ set(VLVK_LIBRARY_SOURCES
   kernels/band_smoothing.h
   kernels/blend_rows.h
   kernels/box_rows.h
+  kernels/box_scan_rows.h
   kernels/color_rows.h
   kernels/pixel_formula.cpp
   kernels/pixel_formula.h

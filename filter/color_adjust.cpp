@@ -1,5 +1,4 @@
 /// Colour adjustment of a band: colour table, tone curves, or the green curve alone.
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -22,21 +21,6 @@ std::uint32_t loadPixel(const unsigned char* from) {
 void storePixel(unsigned char* to, std::uint32_t pixel) {
   std::memcpy(to, &pixel, sizeof pixel);
 }
-
-/// The colour table, indexed by the 6 upper bits of each channel.
-template <vlvk::PixelOrder kOrder>
-struct TableMapping {
-  const unsigned char* table;
-
-  std::uint32_t operator()(std::uint32_t p) const {
-    const std::uint32_t row = (p >> 2U) & 0x3F00U;
-    if constexpr (kOrder == vlvk::kRgba) {
-      return loadPixel(table + (((p >> 4U) & 0xFC000U) | row | (p & 0xFCU)));
-    } else {
-      return loadPixel(table + (((p & 0xFCU) << 12U) | row | ((p >> 16U) & 0xFCU)));
-    }
-  }
-};
 
 /// One curve for each channel; alpha becomes opaque.
 struct CurveMapping {
@@ -77,27 +61,27 @@ struct PixelRows {
 };
 
 template <class Mapping>
-void mapPixels(const unsigned char* source, unsigned char* destination, int first, int end, Mapping mapping) {
-  for (std::ptrdiff_t i = 4 * static_cast<std::ptrdiff_t>(first); i < 4 * static_cast<std::ptrdiff_t>(end); i += 4) {
-    storePixel(destination + i, mapping(loadPixel(source + i)));
-  }
-}
-
-template <class Mapping>
 void mapPixels(const PixelRows& band, Mapping mapping) {
   band.forEachRow([&](const unsigned char* source, unsigned char* destination) {
-    mapPixels(source, destination, 0, band.width, mapping);
+    for (std::ptrdiff_t i = 0; i < 4 * static_cast<std::ptrdiff_t>(band.width); i += 4) {
+      storePixel(destination + i, mapping(loadPixel(source + i)));
+    }
   });
 }
 
-/// Blocks of 16 pixels by the row loop, the rest pixel by pixel.
 template <vlvk::PixelOrder kOrder>
 void mapThroughTable(const PixelRows& band, const unsigned char* table) {
+  if (band.width <= 0) return;
   const auto lookUpColors = vlvk::rowLoops().lookUpColors[kOrder];
-  const int blocks = std::max(band.width, 0) & ~15;
+  const int blocks = band.width & ~15;
+  const std::ptrdiff_t blockBytes = 4 * static_cast<std::ptrdiff_t>(blocks);
+  const auto restBytes = 4 * static_cast<std::size_t>(band.width - blocks);
   band.forEachRow([&](const unsigned char* source, unsigned char* destination) {
     lookUpColors(source, destination, blocks, table);
-    mapPixels(source, destination, blocks, band.width, TableMapping<kOrder>{table});
+    unsigned char rest[64] = {};  // the row loop takes 16 pixels at a time
+    std::memcpy(rest, source + blockBytes, restBytes);
+    lookUpColors(rest, rest, 16, table);
+    std::memcpy(destination + blockBytes, rest, restBytes);
   });
 }
 

@@ -8,6 +8,7 @@
 # start-up. Sizes and settings stand in bench/arm/count_rows.cpp. Needed are what Debian calls g++-arm-linux-gnueabihf,
 # g++-aarch64-linux-gnu and qemu-user.
 set -euo pipefail
+shopt -s inherit_errexit
 cd "$(dirname "$0")/.."
 build=build-arm-count
 
@@ -38,7 +39,7 @@ mkdir -p "$build"
 # Instructions of a run. Arguments: processor, unit, repetitions.
 count() {
   "qemu-$1" -plugin "$build/insn_count.so" -d plugin "$build/$1/vlvk_count_rows" "$2" "$3" 2>&1 >/dev/null |
-    sed -n 's/^guest instructions: \([0-9]*\) total.*/\1/p'
+    sed -n 's/^guest instructions: \([0-9]*\).*/\1/p'
 }
 
 # Instructions for a pixel. Arguments: processor, unit.
@@ -47,6 +48,10 @@ per_pixel() {
   pixels=$("qemu-$1" "$build/$1/vlvk_count_rows" "$2" 0)
   once=$(count "$1" "$2" 1)
   twice=$(count "$1" "$2" 2)
+  [ "${once:-0}" -lt "${twice:-0}" ] || {
+    echo "arm_instructions.sh: nothing was counted for $2 on $1; is the emulator's plugin interface another?" >&2
+    return 1
+  }
   awk -v more="$((twice - once))" -v pixels="$pixels" 'BEGIN { printf "%.2f", more / pixels }'
 }
 

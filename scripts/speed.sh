@@ -14,18 +14,27 @@ one_cpu="${cpus##*,}"
 bash scripts/setup.sh program bench plot
 mkdir -p out
 cmake -S . -B build-speed -DCMAKE_BUILD_TYPE=Release -DVLVK_BUILD_TESTS=OFF -DVLVK_BUILD_JAVA=OFF >out/speed.log
-cmake --build build-speed --parallel "$(nproc)" --target vlvk_bench >>out/speed.log
+cmake --build build-speed --parallel "$(nproc)" --target vlvk_bench >>out/speed.log || {
+  tail -20 out/speed.log >&2
+  exit 1
+}
 
 # Repetitions of all benchmarks are mixed, so that a change of the machine's speed meets them alike.
 measure() { # NAME CPUS FILTER [OPTION...]
   echo "Measuring: $1" >&2
   taskset -c "$2" build-speed/vlvk_bench --benchmark_filter="$3" --benchmark_repetitions="${VLVK_SPEED_REPETITIONS:-9}" \
-    --benchmark_enable_random_interleaving=true --benchmark_min_time=0.05 --benchmark_report_aggregates_only=true \
-    --benchmark_out="out/speed-$1.json" --benchmark_out_format=json "${@:4}" >/dev/null 2>out/speed.log
+    --benchmark_enable_random_interleaving=true --benchmark_min_time=0.1 --benchmark_report_aggregates_only=true \
+    --benchmark_out="out/speed-$1.json" --benchmark_out_format=json "${@:4}" >>out/speed.log 2>&1 || {
+    tail -20 out/speed.log >&2
+    return 1
+  }
 }
 
-measure one "$one_cpu" '^(frame/(in_place|first)|copy|smoothing|color_table|blend)/|^to_(rgba|nv21)/.*/(avx2|neon|libyuv)|^box_sums/.*/half:23$' \
-  --size=1280x720 --size=1920x1080 --size=3840x2160
-measure two "$cpus" '^frame/in_place/.*/threads:(4/radius:20|2)/' --size=1920x1080 --size=3840x2160
-measure memory "$cpus" '^frame/memory/' --size=1920x1080
+best=$(build-speed/vlvk_bench --benchmark_list_tests --size=1280x720 | sed -n 's|^blend/plane/\([^/]*\)/.*|\1|p' | head -1)
+peers="$best|libyuv|opencv|memcpy|composition(_strips)?"
+frames="frame/(in_place|first)/($peers|sse2|scalar)/.*"
+steps="(copy|smoothing|blend|color_table|to_rgba|to_nv21)/.*/($peers)/.*|box_sums/float_squares/.*/half:23"
+measure one "$one_cpu" "^($frames|$steps)\$" --size=1280x720 --size=1920x1080 --size=3840x2160
+measure two "$cpus" "^frame/in_place/($peers)/.*/threads:(4/radius:20|2)/" --size=1920x1080 --size=3840x2160
+VLVK_SPEED_REPETITIONS=1 measure memory "$cpus" '^frame/memory/' --size=1920x1080
 /usr/bin/python3 scripts/speed_report.py out

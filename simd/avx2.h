@@ -336,7 +336,11 @@ struct ByteWeights {
   static constexpr bool kSplit = k.c1 > 127;
   static constexpr int kFourth = kSplit ? 128 - k.c2 : 0;
   static constexpr int kSecond = k.c1 - kFourth;
-  static_assert(k.c0 <= 127 && kSecond <= 127 && k.c0 + kSecond <= 128 && k.c0 + kSecond >= -128);
+  static constexpr bool fits(int first, int second) {
+    return first >= -128 && first <= 127 && second >= -128 && second <= 127 && first + second >= -128 &&
+           first + second <= 128;
+  }
+  static_assert(fits(k.c0, kSecond) && fits(k.c2, kFourth));
   static constexpr std::int32_t kPacked = (k.c0 & 0xFF) | (kSecond & 0xFF) << 8 | (k.c2 & 0xFF) << 16 | kFourth << 24;
 };
 /// Eight sums in 32-bit lanes, without the bias.

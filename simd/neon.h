@@ -141,6 +141,7 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {last, last};
 }
 
+/// Counted in instructions, runs cost a third; small cores do not reorder enough to win that back.
 inline constexpr bool kRunsPay = false;
 
 struct PairSteps {
@@ -327,9 +328,13 @@ VLVK_INLINE I16x8 splatI16(std::int16_t value) {
 /// sum + factor * v; the sign of the factor picks the instruction.
 template <int kFactor>
 VLVK_INLINE uint16x8_t mulAccumulate(uint16x8_t sum, uint8x8_t v) {
-  if constexpr (kFactor == 0) return sum;
-  if constexpr (kFactor < 0) return vmlsl_u8(sum, v, vdup_n_u8(static_cast<std::uint8_t>(-kFactor)));
-  return vmlal_u8(sum, v, vdup_n_u8(static_cast<std::uint8_t>(kFactor)));
+  if constexpr (kFactor == 0) {
+    return sum;
+  } else if constexpr (kFactor < 0) {
+    return vmlsl_u8(sum, v, vdup_n_u8(static_cast<std::uint8_t>(-kFactor)));
+  } else {
+    return vmlal_u8(sum, v, vdup_n_u8(static_cast<std::uint8_t>(kFactor)));
+  }
 }
 template <int kFirst, int kSecond>
 VLVK_INLINE I16x8 weighPairs(const ChromaPairs& v, I16x8 offset) {
@@ -395,9 +400,13 @@ VLVK_INLINE Pixels8 evenPixels(const Pixels16& v) {
 /// The sum of three products. One that is not subtracted comes first, so that there is nothing to add it to.
 template <ChannelWeights k>
 VLVK_INLINE uint16x8_t weightedSum(uint8x8_t c0, uint8x8_t c1, uint8x8_t c2) {
-  if constexpr (k.c0 < 0) return weightedSum<ChannelWeights{k.c2, k.c1, k.c0, k.bias}>(c2, c1, c0);
-  const uint16x8_t sum = vmull_u8(c0, vdup_n_u8(static_cast<std::uint8_t>(k.c0)));
-  return mulAccumulate<k.c2>(mulAccumulate<k.c1>(sum, c1), c2);
+  static_assert(k.c0 >= 0 || k.c2 >= 0);
+  if constexpr (k.c0 < 0) {
+    return weightedSum<ChannelWeights{k.c2, k.c1, k.c0, k.bias}>(c2, c1, c0);
+  } else {
+    const uint16x8_t sum = vmull_u8(c0, vdup_n_u8(static_cast<std::uint8_t>(k.c0)));
+    return mulAccumulate<k.c2>(mulAccumulate<k.c1>(sum, c1), c2);
+  }
 }
 /// The upper halves of the lanes of a + biasA and b + biasB.
 VLVK_INLINE uint8x16_t addNarrowHigh(uint16x8_t a, uint16x8_t biasA, uint16x8_t b, uint16x8_t biasB) {

@@ -226,9 +226,6 @@ inline U8x16 truncToLowBytes(F32x8 even, F32x8 odd) {
 
 // Skin weights. Byte pairs are chroma pairs.
 
-inline U8x16 splat16(std::uint8_t value) {
-  return forLanes<U8x16>([&](int) { return value; });
-}
 /// first, second, first, second ...
 inline U8x16 splatPair16(std::uint8_t first, std::uint8_t second) {
   return forLanes<U8x16>([&](int i) { return i % 2 == 0 ? first : second; });
@@ -274,7 +271,8 @@ inline void storeRows(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 v) {
   store(to1, v.row[1]);
 }
 inline U8x16x2 splatRows(std::uint8_t value) {
-  return {{splat16(value), splat16(value)}};
+  const U8x16 row = forLanes<U8x16>([&](int) { return value; });
+  return {{row, row}};
 }
 /// The chroma row of two luma rows: 8 byte pairs.
 using ChromaPairs = U8x16;
@@ -371,8 +369,8 @@ template <ChannelWeights k>
 inline U8x16 weighChannels(const Pixels16& v) {
   return forLanes<U8x16>([&](int i) { return weighedPixel<k>(v, i); });
 }
-/// Writes first, second, first, second ... of the pixels' channels weighed in two ways, with a bias of 128 << 8 and
-/// more.
+/// Writes first, second, first, second ... of the pixels' channels weighed in two ways. Both biases are the same;
+/// without them the sums fit 16 bits with their sign.
 template <ChannelWeights kFirst, ChannelWeights kSecond>
 inline void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
   for (int i = 0; i < 8; ++i) {

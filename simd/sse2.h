@@ -76,8 +76,13 @@ VLVK_INLINE U32x8 add(U32x8 a, U32x8 b) {
 VLVK_INLINE U32x8 sub(U32x8 a, U32x8 b) {
   return {_mm_sub_epi32(a.low, b.low), _mm_sub_epi32(a.high, b.high)};
 }
+/// As (a + b) * (a - b), whose factors fit signed 16 bits.
 VLVK_INLINE U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
-  return sub(add(sums, widen(squareWiden(a))), widen(squareWiden(b)));
+  const __m128i plus = _mm_add_epi16(widen(a), widen(b));
+  const __m128i minus = _mm_sub_epi16(widen(a), widen(b));
+  const __m128i low = _mm_mullo_epi16(plus, minus);
+  const __m128i high = _mm_mulhi_epi16(plus, minus);
+  return add(sums, {_mm_unpacklo_epi16(low, high), _mm_unpackhi_epi16(low, high)});
 }
 VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
   return sub(widen(a), widen(b));

@@ -7,9 +7,11 @@
 #include "convert/rgb_to_yuv_rows.h"
 #include "convert/yuv_to_rgb_rows.h"
 #include "kernels/blend_rows.h"
+#include "kernels/box_scan_rows.h"
 #include "kernels/color_rows.h"
+// Builds on the scan.
 #include "kernels/smooth_rows.h"
-// Builds on the smoothing.
+// Builds on both.
 #include "kernels/alt/statistics_rows.h"
 #include "targets/target_sets.h"
 

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/neutral_colors.h"
 #include "convert/rgb_to_yuv.h"
 #include "convert/yuv_to_rgb.h"
 #include "filter/CFastEdgePreserved.h"
@@ -27,12 +28,6 @@ constexpr int kRadius = 20;
 constexpr int kLevel = 600;
 constexpr std::size_t kPixels = std::size_t{kWidth} * kHeight;
 
-/// Leaves the filter's neutral colour picture as it is.
-class NeutralColors final : public IBeautyResourceLoader {
- public:
-  int getResFromName(const char* /*name*/, unsigned char* /*dst*/) override { return 0; }
-};
-
 /// An NV21 frame and what the units work in. No loop's path depends on the samples.
 struct Scene {
   std::vector<std::uint8_t> luma;
@@ -41,7 +36,7 @@ struct Scene {
   std::vector<std::uint8_t> rgba = std::vector<std::uint8_t>(kPixels * 4);
   std::vector<std::uint16_t> sums = std::vector<std::uint16_t>(kWidth);
   std::vector<std::uint32_t> squares = std::vector<std::uint32_t>(kWidth);
-  NeutralColors colors;
+  vlvk_bench::NeutralColors colors;
   CFastEdgePreserved filter{1, &colors};
 
   Scene() {
