@@ -1,0 +1,116 @@
+/// Resource files, those that the program reads as colour tables, and the scrambling at any size.
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bindings/resource_file.h"
+#include "fuzz/check.h"
+#include "fuzz/input.h"
+#include "tools/error.h"
+#include "tools/table_file.h"
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using vlvk::kMaxResourcePayload;
+using vlvk::kResourceHeaderSize;
+
+/// A file that exists in memory only.
+class MemoryFile {
+ public:
+  explicit MemoryFile(const Bytes& bytes) : descriptor_(memfd_create("resource", MFD_CLOEXEC)) {
+    fuzz::check(descriptor_ >= 0, "no file in memory");
+    for (std::size_t done = 0; done < bytes.size();) {
+      const ssize_t count = ::write(descriptor_, bytes.data() + done, bytes.size() - done);
+      fuzz::check(count > 0, "no room for a file in memory");
+      done += static_cast<std::size_t>(count);
+    }
+  }
+  MemoryFile(const MemoryFile&) = delete;
+  MemoryFile& operator=(const MemoryFile&) = delete;
+  ~MemoryFile() { ::close(descriptor_); }
+
+  std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+
+ private:
+  int descriptor_;
+};
+
+/// The size that a header states, in plain arithmetic: signed bytes, modulo 2^32.
+std::int32_t statedSize(const Bytes& header) {
+  std::int64_t factors[2] = {0, 0};
+  for (std::size_t i = 0; i < 8; ++i)
+    factors[i / 4] += std::int64_t{static_cast<std::int8_t>(header[4 + i])} * (std::int64_t{1} << (i % 4 * 8));
+  return static_cast<std::int32_t>(static_cast<std::uint64_t>(factors[0]) * static_cast<std::uint64_t>(factors[1]));
+}
+
+Bytes unscrambled(const Bytes& payload) {
+  Bytes plain(payload.size());
+  for (std::size_t i = 0; i < plain.size(); ++i) {
+    const bool alone = i + 1 == plain.size() && i % 2 == 0;
+    plain[i] = payload[alone ? i : i ^ 1] ^ 0x5A;
+  }
+  return plain;
+}
+
+/// Into memory of the exact size, and in place.
+void checkScrambling(const Bytes& payload) {
+  const auto size = static_cast<std::int32_t>(payload.size());
+  const Bytes expected = unscrambled(payload);
+  const auto source = std::make_unique<std::uint8_t[]>(payload.size());
+  const auto result = std::make_unique<std::uint8_t[]>(payload.size());
+  std::copy(payload.begin(), payload.end(), source.get());
+  vlvk::scrambleResource(source.get(), size, result.get());
+  fuzz::check(std::equal(expected.begin(), expected.end(), result.get()), "scrambled wrongly");
+  fuzz::check(std::equal(payload.begin(), payload.end(), source.get()), "scrambling changed its source");
+  vlvk::scrambleResource(result.get(), size, result.get());
+  fuzz::check(std::equal(payload.begin(), payload.end(), result.get()), "scrambled wrongly in place");
+}
+
+void checkTable(const Bytes& file) {
+  const MemoryFile memory(file);
+  const std::string path = memory.path();
+  const bool hasHeader = file.size() >= kResourceHeaderSize;
+  const std::int32_t stated = hasHeader ? statedSize(file) : -1;
+  constexpr std::ptrdiff_t kWhole = std::ptrdiff_t{kResourceHeaderSize} + kMaxResourcePayload;
+  try {
+    const vlvk::tool::Table table = vlvk::tool::readTable(path);
+    fuzz::check(hasHeader && stated == kMaxResourcePayload && std::ssize(file) >= kWhole,
+                "a table that is none was taken");
+    const Bytes payload(file.begin() + kResourceHeaderSize, file.begin() + kWhole);
+    fuzz::check(table.picture == unscrambled(payload), "a table was read wrongly");
+    fuzz::check(!vlvk::tool::describe(path, table).empty(), "a table has no description");
+  } catch (const vlvk::tool::Error& error) {
+    const std::string text = error.what();
+    fuzz::check(text.starts_with(path + ": "), "an error does not name its file");
+    fuzz::check(std::none_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c > 0x7E; }),
+                "an error is not one plain line");
+  }
+  if (hasHeader) fuzz::check(vlvk::resourcePayloadSize(file.data()) == stated, "another size than the header states");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::Input input(data, size);
+  // The payload of a whole table is a megabyte: a size, and the rest of the input over and over.
+  const int shape = input.byte();
+  const int fileSize = kResourceHeaderSize + input.between(0, 300) + (shape % 8 == 1 ? kMaxResourcePayload - 150 : 0);
+  Bytes file(input.rest().begin(), input.rest().end());
+  checkScrambling(file);
+  if (!file.empty() && shape % 4 != 0) {
+    const Bytes pattern = file;
+    file.resize(static_cast<std::size_t>(fileSize));
+    for (std::size_t i = 0; i < file.size(); ++i)
+      file[i] = pattern[i % pattern.size()];
+  }
+  checkTable(file);
+  return 0;
+}
