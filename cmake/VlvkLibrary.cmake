@@ -150,15 +150,22 @@ if(VLVK_PROCESSOR_ARM)
 endif()
 target_link_libraries(vlvk_objects PUBLIC Threads::Threads)
 
-add_library(VLVKMakeupEngine SHARED)
-target_link_libraries(VLVKMakeupEngine PRIVATE vlvk_objects PUBLIC Threads::Threads)
-target_include_directories(VLVKMakeupEngine PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
-set_target_properties(VLVKMakeupEngine PROPERTIES LINKER_LANGUAGE CXX)
-if(ANDROID)
-  # The bitmap functions are weak references, which alone do not keep the library that has them.
-  target_link_libraries(VLVKMakeupEngine PRIVATE -Wl,--no-as-needed jnigraphics -Wl,--as-needed)
-endif()
-if(CMAKE_SIZEOF_VOID_P EQUAL 8)
-  # Android devices may have pages of 16 KiB.
-  target_link_options(VLVKMakeupEngine PRIVATE -Wl,-z,max-page-size=16384)
-endif()
+# Makes a shared library of the engine, as hosts load it.
+function(vlvk_add_engine target)
+  set(exports ${CMAKE_CURRENT_SOURCE_DIR}/cmake/exports.map)
+  add_library(${target} SHARED)
+  target_link_libraries(${target} PRIVATE vlvk_objects PUBLIC Threads::Threads)
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
+  target_link_options(${target} PRIVATE -Wl,--version-script=${exports})
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX LINK_DEPENDS ${exports})
+  if(ANDROID)
+    # The bitmap functions are weak references, which alone do not keep the library that has them.
+    target_link_libraries(${target} PRIVATE -Wl,--no-as-needed jnigraphics -Wl,--as-needed)
+  endif()
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    # Android devices may have pages of 16 KiB.
+    target_link_options(${target} PRIVATE -Wl,-z,max-page-size=16384)
+  endif()
+endfunction()
+
+vlvk_add_engine(VLVKMakeupEngine)

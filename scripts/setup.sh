@@ -4,7 +4,7 @@
 #   bash scripts/setup.sh [PURPOSE...]
 #
 # Purposes, without any of them program: program, test, java, check (layout and lint), bench (with the
-# libraries compared with), plot.
+# libraries compared with), plot, cross (tests for ARM in an emulator), fuzz, valgrind.
 set -euo pipefail
 
 packages=(cmake g++ make)
@@ -15,6 +15,11 @@ for purpose in "${@:-program}"; do
     java) packages+=(default-jdk-headless) ;;
     check) packages+=(clang-format clang-tidy) ;;
     bench) packages+=(libbenchmark-dev libopencv-dev libyuv-dev) ;;
+    cross)
+      packages+=(default-jdk-headless g++-aarch64-linux-gnu g++-arm-linux-gnueabihf googletest qemu-user)
+      ;;
+    fuzz) packages+=(clang libclang-rt-14-dev) ;;
+    valgrind) packages+=(valgrind) ;;
     plot) packages+=(python3 python3-matplotlib) ;;
     *)
       echo "setup.sh: unknown purpose '$purpose'" >&2

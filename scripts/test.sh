@@ -11,6 +11,10 @@
 #   readme    compile and run the examples of the README
 #   asan      build with the address and undefined-behaviour sanitizers and run the tests
 #   tsan      build with the thread sanitizer and run the tests
+#   valgrind  frames and the Java entry points under memcheck, as released
+#   fuzz      every fuzzer for some seconds, with clang's address and undefined-behaviour sanitizers
+#   armhf     build for ARMv7 and run the tests in an emulator
+#   aarch64   the same for AArch64
 #   format    layout of the sources (clang-format)
 #   tidy      lint of the sources (clang-tidy)
 set -euo pipefail
@@ -18,7 +22,7 @@ cd "$(dirname "$0")/.."
 export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
 export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
 
-all_steps=(release sample java readme asan tsan format tidy)
+all_steps=(release sample java readme asan tsan valgrind fuzz armhf aarch64 format tidy)
 
 # Runs a command with its output in a log, which is shown where the command fails.
 quietly() {
@@ -53,6 +57,10 @@ step_java() {
 step_readme() { bash scripts/check_readme.sh; }
 step_asan() { build_and_test asan; }
 step_tsan() { build_and_test tsan; }
+step_valgrind() { quietly bash scripts/valgrind.sh; }
+step_fuzz() { bash scripts/fuzz.sh 15; }
+step_armhf() { bash scripts/cross_test.sh armhf; }
+step_aarch64() { bash scripts/cross_test.sh aarch64; }
 step_format() { bash scripts/format.sh --check; }
 step_tidy() {
   quietly cmake --preset release
@@ -71,7 +79,15 @@ done
 
 mkdir -p out
 purposes=(program test)
-[[ " ${steps[*]} " != *" format "* && " ${steps[*]} " != *" tidy "* ]] || purposes+=(check)
+needs() { # PURPOSE STEP...
+  for step in "${@:2}"; do
+    [[ " ${steps[*]} " != *" $step "* ]] || purposes+=("$1")
+  done
+}
+needs check format tidy
+needs valgrind valgrind
+needs fuzz fuzz
+needs cross armhf aarch64
 bash scripts/setup.sh "${purposes[@]}"
 for step in "${steps[@]}"; do
   echo "== $step"

@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# Builds the library and its tests for ARM and runs them in an emulator.
+#
+#   bash scripts/cross_test.sh [armhf] [aarch64]     without names both
+#
+# Installs nothing; `bash scripts/setup.sh cross` does. The presets of these names do the same.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
+export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
+
+names=("$@")
+[ $# -gt 0 ] || names=(armhf aarch64)
+for name in "${names[@]}"; do
+  case "$name" in
+    armhf) tools=(arm-linux-gnueabihf-g++ qemu-arm) ;;
+    aarch64) tools=(aarch64-linux-gnu-g++ qemu-aarch64) ;;
+    *)
+      echo "cross_test.sh: no processor '$name'; there are: armhf aarch64" >&2
+      exit 2
+      ;;
+  esac
+  for tool in cmake "${tools[@]}"; do
+    command -v "$tool" >/dev/null || {
+      echo "cross_test.sh: $tool is missing; 'bash scripts/setup.sh cross' installs what is needed" >&2
+      exit 1
+    }
+  done
+done
+
+mkdir -p out
+log=out/cross_test.log
+quietly() {
+  "$@" >"$log" 2>&1 || {
+    cat "$log" >&2
+    return 1
+  }
+}
+
+for name in "${names[@]}"; do
+  begin=$SECONDS
+  quietly cmake --preset "$name"
+  # Configuring goes on without GoogleTest, which would leave nothing to run.
+  grep -q 'The tests are not built' "$log" && {
+    cat "$log" >&2
+    exit 1
+  }
+  quietly cmake --build --preset "$name"
+  built=$SECONDS
+  quietly ctest --preset "$name"
+  echo "$name: $(grep 'tests passed' "$log"), built in $((built - begin)) s, run in $((SECONDS - built)) s"
+done
