@@ -1,6 +1,8 @@
 /// See makeup_entry_points.h.
 #include "bindings/makeup_entry_points.h"
 
+#include <new>
+
 #include "base/arm_math.h"
 #include "base/shared_field.h"
 #include "bindings/CMakeupEngine3.h"
@@ -20,9 +22,13 @@ CFastEdgePreserved& filterOf(jlong handle) {
 }  // namespace
 
 jlong makeup_Init(JNIEnv* env, jobject /*thiz*/, jobject loader) {
-  auto* engine = new CMakeupEngine3;
-  if (engine == nullptr || engine->InitializeWithEnv(env, loader) == 0) return 0;
-  return vlvk::handleOf(engine);
+  try {
+    auto* engine = new CMakeupEngine3;
+    if (engine == nullptr || engine->InitializeWithEnv(env, loader) == 0) return 0;
+    return vlvk::handleOf(engine);
+  } catch (const std::bad_alloc&) {  // an engine without a filter; its own memory is released already
+    return 0;
+  }
 }
 
 void makeup_Uninit(JNIEnv* /*env*/, jobject /*thiz*/, jlong handle) {

@@ -1,5 +1,25 @@
 # The tests: one executable, one test of ctest's for each test in it. They see the library's internals.
 
+# vlvk_discover_tests(executable SHARDS [FILTER]): its tests for ctest. Under an emulator, which takes time to start, in
+# SHARDS groups, and those alone that FILTER lets through.
+include(GoogleTest)
+function(vlvk_discover_tests executable shards)
+  if(NOT CMAKE_CROSSCOMPILING)
+    gtest_discover_tests(${executable} DISCOVERY_TIMEOUT 120)
+    return()
+  endif()
+  set(options --gtest_brief=1)
+  foreach(filter IN LISTS ARGN)
+    list(APPEND options --gtest_filter=${filter})
+  endforeach()
+  math(EXPR last "${shards} - 1")
+  foreach(shard RANGE ${last})
+    add_test(NAME ${executable}.${shard} COMMAND ${executable} ${options})
+    set_tests_properties(${executable}.${shard} PROPERTIES
+      ENVIRONMENT "GTEST_TOTAL_SHARDS=${shards};GTEST_SHARD_INDEX=${shard}" TIMEOUT 900)
+  endforeach()
+endfunction()
+
 # GoogleTest as installed for the target, or its sources where there is no such package (cross-compilation).
 set(VLVK_GTEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest sources, used where it is not installed")
 find_package(GTest QUIET)
@@ -83,6 +103,8 @@ add_executable(vlvk_tests
   tests/frame_support.cpp
   tests/frame_support.h
   tests/frame_test.cpp
+  tests/golden_frames_test.cpp
+  tests/host_test.cpp
 )
 if(VLVK_JNI_BINDINGS)
   target_sources(vlvk_tests PRIVATE tests/bindings_without_bitmaps_test.cpp)
@@ -90,8 +112,7 @@ endif()
 target_link_libraries(vlvk_tests PRIVATE vlvk_objects ${VLVK_VOCABULARY_OBJECTS} GTest::gtest GTest::gtest_main)
 vlvk_set_warnings(vlvk_tests)
 
-include(GoogleTest)
-gtest_discover_tests(vlvk_tests DISCOVERY_TIMEOUT 120)
+vlvk_discover_tests(vlvk_tests 8)
 
 # The Java bindings, with a virtual machine and bitmaps that the executable provides.
 if(VLVK_JNI_BINDINGS)
@@ -101,6 +122,7 @@ if(VLVK_JNI_BINDINGS)
     tests/bindings_fake_jni.cpp
     tests/bindings_fake_jni.h
     tests/bindings_test.cpp
+    tests/long_run_test.cpp
     tests/support/guarded_buffer.cpp
     tests/support/plane.cpp
     tests/support/random_content.cpp
@@ -108,9 +130,14 @@ if(VLVK_JNI_BINDINGS)
   )
   target_include_directories(vlvk_bindings_tests SYSTEM PRIVATE
     $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
+  if(VLVK_SANITIZE OR CMAKE_CROSSCOMPILING)
+    target_compile_definitions(vlvk_bindings_tests PRIVATE VLVK_LONG_RUN_FRAMES=400)
+  else()
+    target_compile_definitions(vlvk_bindings_tests PRIVATE VLVK_LONG_RUN_FRAMES=10000)
+  endif()
   target_link_libraries(vlvk_bindings_tests PRIVATE VLVKMakeupEngine GTest::gtest GTest::gtest_main)
   vlvk_set_warnings(vlvk_bindings_tests)
-  gtest_discover_tests(vlvk_bindings_tests DISCOVERY_TIMEOUT 120)
+  vlvk_discover_tests(vlvk_bindings_tests 1 -Handle.TheOnlyFreePageIsFound)  # the emulator needs free pages there
 endif()
 
 # The desktop program, run as a process, where it is built.
@@ -130,7 +157,7 @@ if(TARGET vlvk-makeup)
   target_link_libraries(vlvk_tool_tests PRIVATE vlvk_tool GTest::gtest GTest::gtest_main)
   add_dependencies(vlvk_tool_tests vlvk-makeup)
   vlvk_set_warnings(vlvk_tool_tests)
-  gtest_discover_tests(vlvk_tool_tests DISCOVERY_TIMEOUT 120)
+  vlvk_discover_tests(vlvk_tool_tests 2)
 endif()
 
 # Failing memory and threads: an executable with a malloc family and a pthread_create of its own, which the shared library
@@ -148,9 +175,14 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
     tests/support/plane.cpp
     tests/support/random_content.cpp
   )
+  if(VLVK_JNI_BINDINGS)
+    target_sources(vlvk_failure_tests PRIVATE tests/bindings_failure_test.cpp)
+    target_include_directories(vlvk_failure_tests SYSTEM PRIVATE
+      $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
+  endif()
   target_link_libraries(vlvk_failure_tests PRIVATE VLVKMakeupEngine GTest::gtest GTest::gtest_main ${CMAKE_DL_LIBS})
   vlvk_set_warnings(vlvk_failure_tests)
-  gtest_discover_tests(vlvk_failure_tests DISCOVERY_TIMEOUT 120)
+  vlvk_discover_tests(vlvk_failure_tests 2)
 endif()
 
 # Headers of C functions, each alone in a C file.
@@ -172,9 +204,16 @@ if(CMAKE_C_COMPILER)
   set_target_properties(vlvk_c_headers PROPERTIES C_STANDARD 99 C_EXTENSIONS OFF)
 endif()
 
-# What the library exports; the list is that of a 64-bit one with Java bindings.
-if(CMAKE_NM AND VLVK_JNI_BINDINGS AND CMAKE_SIZEOF_VOID_P EQUAL 8 AND NOT VLVK_SANITIZE)
-  add_test(NAME exported_symbols COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLIBRARY=$<TARGET_FILE:VLVKMakeupEngine>
-    -DLIST=${CMAKE_CURRENT_SOURCE_DIR}/tests/exported_symbols.txt
-    -P ${CMAKE_CURRENT_SOURCE_DIR}/tests/check_symbols.cmake)
+# The built file, and one with the C++ runtime linked in, as Android hosts choose it: exported names (the list is that of
+# Java bindings with a JDK's jni.h) and page alignment. Sanitizers add names.
+if(CMAKE_NM AND CMAKE_READELF AND VLVK_JNI_BINDINGS AND NOT ANDROID AND NOT VLVK_SANITIZE)
+  vlvk_add_engine(vlvk_static_runtime)
+  target_link_options(vlvk_static_runtime PRIVATE -static-libstdc++ -static-libgcc)
+  foreach(engine VLVKMakeupEngine vlvk_static_runtime)
+    add_test(NAME library_file.${engine} COMMAND ${CMAKE_COMMAND}
+      -DNM=${CMAKE_NM} -DREADELF=${CMAKE_READELF} -DLIBRARY=$<TARGET_FILE:${engine}>
+      -DLIST=${CMAKE_CURRENT_SOURCE_DIR}/tests/exported_symbols.txt -DPOINTER_BYTES=${CMAKE_SIZEOF_VOID_P}
+      -DSTATIC_RUNTIME=$<STREQUAL:${engine},vlvk_static_runtime>
+      -P ${CMAKE_CURRENT_SOURCE_DIR}/tests/check_library_file.cmake)
+  endforeach()
 endif()

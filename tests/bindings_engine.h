@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 
 #include "bindings/engine_handle.h"
 #include "bindings/makeup_entry_points.h"
@@ -22,6 +23,7 @@ class Engine {
       : handle(makeup_Init(java.env(), nullptr, java.loader())), filter(vlvk::engineOf(handle)->filter), java_(java) {}
   ~Engine() {
     makeup_Uninit(java_.env(), nullptr, handle);
+    std::free(filter->nv12Scratch);  // the filter leaves this one to its host
     delete filter;
   }
   Engine(const Engine&) = delete;

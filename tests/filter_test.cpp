@@ -1,14 +1,12 @@
-/// The filter object: what native callers rely on in memory, settings, the smoothing stages and a band's work order on
-/// their own, and settings that change while frames run.
+/// The filter object: what native callers rely on in memory, settings, and the smoothing stages and a band's work order
+/// on their own.
 #include <gtest/gtest.h>
 #include <sys/timeb.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <thread>
 #include <vector>
 
 #include "tests/frame_support.h"
@@ -330,71 +328,6 @@ TEST_P(Bands, WorkOrdersRunOnTheirOwn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Widths, Bands, testing::Values(48, 29, 6));
-
-/// All results that a frame may have while settings change between these two.
-struct Toggled {
-  model::Settings off{.whiten = 10, .soften = 200, .radius = 8, .colorAdjust = 0};
-  model::Settings on{.whiten = 90, .soften = 1000, .radius = 24, .colorAdjust = 100};
-
-  model::Settings mixed(unsigned choice) const {
-    return {.whiten = (choice & 1 ? on : off).whiten,
-            .soften = (choice & 2 ? on : off).soften,
-            .radius = (choice & 4 ? on : off).radius,
-            .colorAdjust = (choice & 8 ? on : off).colorAdjust};
-  }
-
-  /// The radius has no setter of its own; hosts store into the field.
-  static void put(CFastEdgePreserved& f, const model::Settings& s) {
-    f.put_whitenIntensity(s.whiten);
-    f.put_softenSkinIntensity(s.soften);
-    std::atomic_ref(f.radius).store(s.radius);
-    f.put_colorAdjustIntensity(s.colorAdjust);
-  }
-};
-
-TEST(Filter, SettingsChangedDuringFramesNeverMixWithinOne) {
-  Random random(41);
-  const Toggled toggled;
-  Frame frame(Kind::kToPixels, 70, 50, true, random);
-  std::vector<Frame::Memory> possible;
-  for (unsigned choice = 0; choice < 16; ++choice) {
-    model::Filter expected(&noisePicture());
-    expected.put(toggled.mixed(choice));
-    possible.push_back(frame.predict(expected));
-  }
-  Rig rig(2);
-  Toggled::put(rig.filter, toggled.off);
-  std::atomic<bool> stop{false};
-  std::thread host([&] {
-    for (unsigned choice = 0; !stop; choice = choice * 5 + 3)
-      Toggled::put(rig.filter, toggled.mixed(choice >> 8 & 15));
-  });
-  for (int i = 0; i < 60 && !testing::Test::HasFailure(); ++i) {
-    EXPECT_EQ(frame.run(rig.filter), 0);
-    EXPECT_TRUE(std::any_of(possible.begin(), possible.end(), [&](const auto& p) { return bool{frame.holds(p)}; }))
-        << "frame " << i;
-    frame.reset();
-  }
-  stop = true;
-  host.join();
-}
-
-// The loader is asked in the middle of a frame: what it changes then belongs to the next frame, whole.
-TEST(Filter, SettingsChangedByTheLoaderReachTheNextFrame) {
-  Random random(42);
-  const Toggled toggled;
-  Rig rig(1);
-  rig.put(toggled.off);
-  for (unsigned change = 1; change < 16; ++change) {
-    const model::Settings next = toggled.mixed(change);
-    rig.loader.onCall = [&] { Toggled::put(rig.filter, next); };
-    for (int i = 0; i < 2; ++i) {  // the first asks the loader in any case, because the order is another one
-      Frame frame(Kind::kToPixels, 40, 48, change % 2 == 1, random);
-      rig.check(frame);
-      rig.expected.put(next);
-    }
-  }
-}
 
 }  // namespace
 }  // namespace frame_tests

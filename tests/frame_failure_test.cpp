@@ -35,55 +35,77 @@ Outcome runWith(Frame& frame, CFastEdgePreserved& filter, Numbers failingAllocat
 
 class FailingFrames : public testing::TestWithParam<Kind> {};
 
+/// What a filter has behind it when memory runs out.
+enum class Before { kNothing, kOtherFrame, kOtherSettings };
+
 // For every allocation of a frame in turn: it alone fails, or it and all after it. Frames of another geometry before
-// and after tell whether sizes and buffers still belong together.
+// and after tell whether sizes and buffers still belong together; a missing resource, which frame asked for it.
 TEST_P(FailingFrames, WithoutMemoryNothingChangesAndTheNextFramesAreRight) {
   Random random(51);
+  const model::Resource missing{false, {}};
   Frame frame(GetParam(), 72, 90, true, random);
   Frame other(GetParam() == Kind::kInPlace ? Kind::kBgra : Kind::kInPlace, 40, 122, true, random);
-  for (const bool warm : {false, true}) {
-    for (const bool forGood : {false, true}) {
-      int failures = 0;
-      for (int n = 0;; ++n) {
-        SCOPED_TRACE(testing::Message() << frame.describe() << (warm ? ", warm" : "") << ", allocation " << n
-                                        << (forGood ? " and all after it" : "") << " failed");
-        Rig rig(3);
-        if (warm) rig.check(other);
-        frame.predict(rig.expected);
-        const Outcome outcome = runWith(frame, rig.filter, {n, forGood ? kNever : n}, {});
-        EXPECT_TRUE(outcome.result == 0 || outcome.result == -1) << outcome.result;
-        EXPECT_TRUE(outcome.result == 0 ? frame.isPredicted() : frame.isUntouched()) << ", result " << outcome.result;
-        failures += outcome.result == -1;
-        other.reset();
-        if (n % 2 == 0) rig.check(other);
-        other.reset();
-        frame.reset();
-        rig.check(frame);
-        frame.reset();
-        rig.check(other);
-        other.reset();
-        if (outcome.allocations <= n || HasFailure()) {
-          EXPECT_EQ(outcome.result, 0);
-          break;
-        }
+  const auto check = [](Rig& rig, Frame& one) {
+    rig.check(one);
+    one.reset();
+  };
+  const auto expectSafe = [&](Before before, const model::Resource& resource, bool forGood) {
+    int failures = 0;
+    for (int n = 0;; ++n) {
+      SCOPED_TRACE(testing::Message() << frame.describe() << ", allocation " << n
+                                      << (forGood ? " and all after it" : "") << " failed");
+      Rig rig(3, resource);
+      if (before == Before::kOtherFrame) check(rig, other);
+      if (before == Before::kOtherSettings) {
+        check(rig, frame);
+        rig.put({.whiten = 80, .radius = 33});
+        rig.filter.threadCount = 5;
       }
-      EXPECT_GE(failures, 3) << "allocations of the engine do not come through this executable";
+      const model::Filter unchanged = rig.expected;
+      frame.predict(rig.expected);
+      const Outcome outcome = runWith(frame, rig.filter, {n, forGood ? kNever : n}, {});
+      EXPECT_TRUE(outcome.result == 0 || outcome.result == -1) << outcome.result;
+      EXPECT_TRUE(outcome.result == 0 ? frame.isPredicted() : frame.isUntouched()) << ", result " << outcome.result;
+      if (outcome.result != 0) rig.expected = unchanged;
+      failures += outcome.result == -1;
+      frame.reset();
+      if (n % 2 == 0) check(rig, other);
+      check(rig, frame);
+      check(rig, other);
+      if (before == Before::kNothing) {
+        EXPECT_EQ(rig.loader.calls, rig.expected.loads());
+      }
+      if (outcome.allocations > n && !HasFailure()) continue;
+      EXPECT_EQ(outcome.result, 0);
+      break;
     }
+    EXPECT_GE(failures, 3) << "allocations of the engine do not come through this executable";
+  };
+  for (const bool forGood : {false, true}) {
+    expectSafe(Before::kNothing, noisePicture(), forGood);
+    expectSafe(Before::kNothing, missing, forGood);
+    expectSafe(Before::kOtherFrame, noisePicture(), forGood);
+    expectSafe(Before::kOtherSettings, noisePicture(), forGood);
   }
 }
 
+// Every run of threads that do not start, none and all of them included.
 TEST_P(FailingFrames, WithoutThreadsTheFrameIsComplete) {
   Random random(52);
   constexpr int kThreads = 4;
   for (const int height : {200, 61, 9}) {
-    for (int n = 0; n <= kThreads; ++n) {
-      Rig rig(kThreads);
-      rig.put({.radius = 16});
-      Frame frame(GetParam(), 50, height, true, random);
-      frame.predict(rig.expected);
-      const Outcome outcome = runWith(frame, rig.filter, {}, n < kThreads ? Numbers{n, n} : Numbers{0, kNever});
-      EXPECT_EQ(outcome.result, 0);
-      EXPECT_TRUE(frame.isPredicted()) << ", thread " << n << " of " << outcome.threads << " did not start";
+    Rig rig(kThreads);
+    rig.put({.radius = 16});
+    Frame frame(GetParam(), 50, height, true, random);
+    for (int first = 0; first <= kThreads; ++first) {
+      for (int last = first; last <= kThreads; ++last) {
+        frame.predict(rig.expected);
+        const Outcome outcome = runWith(frame, rig.filter, {}, {first, last});
+        EXPECT_EQ(outcome.result, 0);
+        EXPECT_TRUE(frame.isPredicted()) << ", threads " << first << " to " << last << " of " << outcome.threads
+                                         << " did not start";
+        frame.reset();
+      }
     }
   }
 }
