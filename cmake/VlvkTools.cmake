@@ -33,6 +33,8 @@ add_library(vlvk_tool STATIC
   tools/exif_orientation.h
   tools/input_file.cpp
   tools/input_file.h
+  tools/interrupt.cpp
+  tools/interrupt.h
   tools/jpeg_file.cpp
   tools/jpeg_file.h
   tools/number_option.cpp

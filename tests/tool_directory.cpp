@@ -2,6 +2,7 @@
 #include "tests/tool_directory.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 
 namespace vlvk::tool_test {
@@ -33,11 +34,12 @@ void ToolDirectory::expectDone(const std::vector<std::string>& arguments) {
 }
 
 void ToolDirectory::expectRefused(const std::vector<std::string>& arguments, const std::string& text,
-                                  std::uint64_t fileLimit) const {
+                                  const Surroundings& surroundings) const {
   const auto before = contents();
-  const ProgramRun run = runProgram(arguments, fileLimit);
+  const ProgramRun run = runProgram(arguments, surroundings);
   EXPECT_GT(run.exitCode, 0);
   EXPECT_EQ(run.out, "");
+  EXPECT_LT(run.peakMemory, std::uint64_t{600} << 20);  // a sanitizer's own included; less than the largest picture has
   EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
   EXPECT_TRUE(run.err.ends_with('\n')) << run.err;
   EXPECT_NE(run.err.find(text), std::string::npos) << text << " is not in: " << run.err;

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -27,9 +26,9 @@ class ToolDirectory : public ::testing::Test {
   /// Runs the program and expects success without a word.
   static void expectDone(const std::vector<std::string>& arguments);
 
-  /// Expects failure, one line that holds `text`, and every file as it was.
+  /// Expects failure, one line that holds `text`, every file as it was, and memory for no more than was read.
   void expectRefused(const std::vector<std::string>& arguments, const std::string& text,
-                     std::uint64_t fileLimit = 0) const;
+                     const Surroundings& surroundings = {}) const;
 
   std::filesystem::path directory_;
 };

@@ -1,4 +1,5 @@
 /// `vlvk-makeup photo`, run as a process.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <png.h>
 #include <sys/stat.h>
@@ -10,6 +11,7 @@
 #include <jpeglib.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -357,6 +359,54 @@ TEST_F(Photo, DamagedPictureIsRefused) {
   }
 }
 
+// 32768 x 8192 pixels are 1 GiB, and the largest chunk 2 GiB.
+TEST_F(Photo, ClaimsCostNoMemory) {
+  const std::string header("\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\x80\0\0\0\x20\0\x08\x06\0\0\0\x83\xD7\x70\x11", 33);
+  for (const std::string chunk : {"IDAT", "tEXt", "zTXt", "iTXt", "sPLT", "pCAL", "iCCP", "eXIf", "abCd"}) {
+    const std::string file = header + "\x7F\xFF\xFF\xFF" + chunk;
+    writeBytes(path(chunk + ".png"), Bytes(file.begin(), file.end()));
+    expectInputRefused(chunk + ".png");
+  }
+  for (const bool progressive : {false, true}) {
+    makeColorJpeg("in.jpg", progressive);
+    Bytes file = readBytes(path("in.jpg"));
+    const Bytes frame{0xFF, static_cast<std::uint8_t>(progressive ? 0xC2 : 0xC0), 0, 17, 8};
+    const Bytes size{0x20, 0, 0x80, 0};
+    std::copy(size.begin(), size.end(), std::search(file.begin(), file.end(), frame.begin(), frame.end()) + 5);
+    writeBytes(path("in.jpg"), file);
+    expectInputRefused("in.jpg");
+  }
+  // The first scan again and again would keep the program busy.
+  makeColorJpeg("in.jpg", true);
+  Bytes file = readBytes(path("in.jpg"));
+  const std::uint8_t marks[2][2] = {{0xFF, 0xDA}, {0xFF, 0xC4}};
+  const auto start = std::search(file.begin(), file.end(), marks[0], marks[0] + 2);
+  const auto end = std::search(start, file.end(), marks[1], marks[1] + 2);
+  const Bytes scan(start, end);
+  Bytes scans;
+  for (int i = 0; i < 500; ++i)
+    scans.insert(scans.end(), scan.begin(), scan.end());
+  file.insert(start, scans.begin(), scans.end());
+  writeBytes(path("in.jpg"), file);
+  expectRefused({"photo", path("in.jpg"), path("out.png")}, "more than 500 scans");
+}
+
+TEST_F(Photo, InterruptIsTold) {
+  ASSERT_EQ(mkfifo(path("in.png").c_str(), 0600), 0);
+  writeBytes(path("out.png"), {'o', 'l', 'd'});
+  const auto before = contents();
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    const ProgramRun run = runProgram({"photo", path("in.png"), path("out.png")}, {.meanwhile = [&](pid_t program) {
+                                        const int pipe = open(path("in.png").c_str(), O_WRONLY);  // it reads now
+                                        kill(program, signal);
+                                        close(pipe);
+                                      }});
+    EXPECT_EQ(run.signal, signal);
+    EXPECT_EQ(run.err, "vlvk-makeup: interrupted\n");
+    EXPECT_TRUE(contents() == before);
+  }
+}
+
 TEST_F(Photo, UnusableOutputIsRefused) {
   writeRgba(path("in.png"), patternImage(40, 40));
   fs::create_directory(path("directory.png"));
@@ -368,7 +418,7 @@ TEST_F(Photo, UnusableOutputIsRefused) {
   // The disk is full.
   writeBytes(path("old.png"), {'o', 'l', 'd'});
   for (const std::string out : {"old.png", "new.png", "new.jpg"}) {
-    expectRefused({"photo", path("in.png"), path(out)}, path(out) + ": ", 512);
+    expectRefused({"photo", path("in.png"), path(out)}, path(out) + ": ", {.fileLimit = 512});
   }
   if (geteuid() == 0) return;  // to whom nothing is read-only
   fs::permissions(path("old.png"), fs::perms::owner_read);
@@ -388,6 +438,10 @@ TEST_F(Photo, ReplacedFileKeepsPermissionsAndLinks) {
   EXPECT_TRUE(fs::is_symlink(path("link.png")));
   EXPECT_EQ(readPng(path("target.png")).width, 8);
   EXPECT_EQ(fs::status(path("target.png")).permissions(), mode);
+  fs::create_symlink("later.png", path("ahead.png"));
+  process("in.png", "ahead.png");
+  EXPECT_TRUE(fs::is_symlink(path("ahead.png")));
+  EXPECT_EQ(readPng(path("later.png")).width, 8);
 }
 
 TEST_F(Photo, ValuesStayInTheirRanges) {

@@ -1,5 +1,7 @@
 /// The command line of `vlvk-makeup`, and `bench`.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <sstream>
@@ -26,6 +28,21 @@ TEST_F(Program, HelpAndVersionGoToStandardOutput) {
       EXPECT_EQ(run.err, "");
       EXPECT_NE(run.out.find(flag == "--version" ? "vlvk-makeup " : "--help"), std::string::npos) << run.out;
     }
+  }
+}
+
+TEST_F(Program, LostOutputIsAFailure) {
+  expectDone({"table", "neutral", path("look.vlk")});
+  int pipe[2] = {};
+  ASSERT_EQ(::pipe(pipe), 0);
+  close(pipe[0]);  // nobody reads
+  const int full = open("/dev/full", O_WRONLY);
+  for (const int out : {pipe[1], full}) {
+    for (const Arguments& arguments :
+         {Arguments{"--help"}, {"--version"}, {"table", "check", path("look.vlk")}, {"bench", "--size", "8x8"}}) {
+      expectRefused(arguments, out == full ? "No space left" : "Broken pipe", {.out = out});
+    }
+    close(out);
   }
 }
 

@@ -82,14 +82,22 @@ void configure(jpeg_compress_struct* codec, const JpegKind& kind) {
 
 }  // namespace
 
-ProgramRun runProgram(const std::vector<std::string>& arguments, std::uint64_t fileLimit) {
+ProgramRun runProgram(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
   std::FILE* out = std::tmpfile();
   std::FILE* err = std::tmpfile();
   const pid_t child = fork();
-  if (child == 0) becomeProgram(arguments, fileLimit, fileno(out), fileno(err));
+  if (child == 0) {
+    becomeProgram(arguments, surroundings.fileLimit, surroundings.out < 0 ? fileno(out) : surroundings.out,
+                  fileno(err));
+  }
+  if (child > 0 && surroundings.meanwhile) surroundings.meanwhile(child);
   int status = 0;
-  if (child < 0 || waitpid(child, &status, 0) != child) throw std::runtime_error("the program cannot be started");
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, textOf(out), textOf(err)};
+  rusage usage{};
+  if (child < 0 || wait4(child, &status, 0, &usage) != child) {
+    throw std::runtime_error("the program cannot be started");
+  }
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, WIFSIGNALED(status) ? WTERMSIG(status) : 0,
+          static_cast<std::uint64_t>(usage.ru_maxrss) * 1024, textOf(out), textOf(err)};
 }
 
 int channelsOf(int colorType) {

@@ -2,6 +2,8 @@
 #ifndef VLVK_TESTS_TOOL_SUPPORT_H
 #define VLVK_TESTS_TOOL_SUPPORT_H
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -14,13 +16,21 @@ using Bytes = std::vector<std::uint8_t>;
 
 /// A run of the program.
 struct ProgramRun {
-  int exitCode;  ///< -1: killed by a signal
+  int exitCode;              ///< -1: killed by a signal
+  int signal;                ///< which one; 0: none
+  std::uint64_t peakMemory;  ///< bytes that it had in use at once
   std::string out;
   std::string err;
 };
 
-/// @param fileLimit  bytes that the program may write to one file; 0: as many as it likes
-ProgramRun runProgram(const std::vector<std::string>& arguments, std::uint64_t fileLimit = 0);
+/// What a run meets with.
+struct Surroundings {
+  std::uint64_t fileLimit = 0;  ///< bytes that the program may write to one file; 0: as many as it likes
+  int out = -1;                 ///< descriptor that is its standard output; -1: a file, for ProgramRun::out
+  std::function<void(pid_t)> meanwhile = nullptr;  ///< called with the process while it runs
+};
+
+ProgramRun runProgram(const std::vector<std::string>& arguments, const Surroundings& surroundings = {});
 
 /// An RGBA picture.
 struct Image {

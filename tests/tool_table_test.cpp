@@ -1,8 +1,10 @@
 /// `vlvk-makeup table`, run as a process.
 #include <gtest/gtest.h>
 #include <png.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -198,10 +200,11 @@ TEST_F(Table, UnusablePicturesAreRefused) {
 TEST_F(Table, UnusableOutputIsRefused) {
   expectDone({"table", "neutral", path("good.vlk")});
   expectDone({"table", "neutral", path("good.png")});
-  const auto refuse = [this](std::vector<std::string> command, const std::string& out, std::uint64_t fileLimit = 0) {
+  const auto refuse = [this](std::vector<std::string> command, const std::string& out,
+                             const Surroundings& surroundings = {}) {
     SCOPED_TRACE(command[1] + " " + out);
     command.push_back(path(out));
-    expectRefused(command, path(out) + ": ", fileLimit);
+    expectRefused(command, path(out) + ": ", surroundings);
   };
   const std::vector<std::string> pack{"table", "pack", path("good.png")};
   const std::vector<std::string> unpack{"table", "unpack", path("good.vlk")};
@@ -213,9 +216,28 @@ TEST_F(Table, UnusableOutputIsRefused) {
   refuse(pack, "out.png");
   refuse(unpack, "out.vlk");
   for (const auto& command : {pack, neutral})
-    refuse(command, "good.vlk", 4096);  // the disk is full
+    refuse(command, "good.vlk", {.fileLimit = 4096});  // the disk is full
   for (const auto& command : {unpack, neutral})
-    refuse(command, "good.png", 512);
+    refuse(command, "good.png", {.fileLimit = 512});
+}
+
+// Whenever it comes, the file is the old or the new one, and there is no other.
+TEST_F(Table, InterruptLeavesAWholeFile) {
+  expectDone({"table", "neutral", path("new.vlk")});
+  const Bytes old{'o', 'l', 'd'};
+  for (int delay = 0; delay < 40; ++delay) {
+    writeBytes(path("look.vlk"), old);
+    auto expected = contents();
+    const ProgramRun run = runProgram({"table", "neutral", path("look.vlk")}, {.meanwhile = [delay](pid_t program) {
+                                        usleep(static_cast<useconds_t>(delay * 250));
+                                        kill(program, SIGTERM);
+                                      }});
+    EXPECT_TRUE(run.exitCode == 0 || run.signal == SIGTERM) << run.err;
+    if (run.exitCode == 0 || readBytes(path("look.vlk")) != old) {
+      expected[path("look.vlk")] = expected[path("new.vlk")];
+    }
+    EXPECT_TRUE(contents() == expected) << "interrupted after " << delay;
+  }
 }
 
 TEST_F(Table, CommandLinesThatMakeNoSenseAreRefused) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <utility>
 
 #include "bindings/IBeautyResourceLoader.h"
 #include "convert/rgb_to_yuv.h"
@@ -28,16 +29,30 @@ class TableLoader final : public IBeautyResourceLoader {
   const std::vector<std::uint8_t>& table_;
 };
 
+// An NV21 frame.
+struct Frame {
+  int width;
+  int height;
+  std::unique_ptr<std::uint8_t[]> luma;  // the chroma follows it
+
+  std::uint8_t* chroma() const {
+    return luma.get() + static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  }
+};
+
 // `source` has an even width and height.
-Picture filtered(const Picture& source, const Look& look) {
+Frame frameOf(const Picture& source) {
   const int width = source.width;
   const int height = source.height;
   const std::size_t lumaSize = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-  const auto luma = std::make_unique_for_overwrite<std::uint8_t[]>(lumaSize + lumaSize / 2);
-  std::uint8_t* chroma = luma.get() + lumaSize;
-  VKRGBAToNV21_NeonCall(source.row(0), width * 4, luma.get(), width, chroma, width, width, height);
+  Frame frame{width, height, std::make_unique_for_overwrite<std::uint8_t[]>(lumaSize + lumaSize / 2)};
+  VKRGBAToNV21_NeonCall(source.row(0), width * 4, frame.luma.get(), width, frame.chroma(), width, width, height);
+  return frame;
+}
 
-  Picture result(width, height);
+Picture filtered(Frame frame, const Look& look) {
+  const int width = frame.width;
+  Picture result(width, frame.height);
   TableLoader loader(look.table);
   CFastEdgePreserved filter(look.threads, &loader);
   filter.put_whitenIntensity(look.whiten);
@@ -45,7 +60,8 @@ Picture filtered(const Picture& source, const Look& look) {
   // Without a table, tone curves whiten at full precision; the table would round every colour to 6 bits.
   if (look.table.empty()) filter.put_colorAdjustIntensity(0);
   filter.radius = look.radius;
-  if (filter.processVideo(luma.get(), width, chroma, width, width, height, result.row(0), width * 4, true) != 0) {
+  if (filter.processVideo(frame.luma.get(), width, frame.chroma(), width, width, frame.height, result.row(0), width * 4,
+                          true) != 0) {
     throw Error("not enough memory");
   }
   return result;
@@ -62,8 +78,10 @@ void copyAlpha(const Picture& from, Picture* to) {
 
 Picture beautify(const Picture& source, const Look& look) {
   const bool even = source.width % 2 == 0 && source.height % 2 == 0;
-  Picture result =
-      even ? filtered(source, look) : cropped(filtered(paddedToEven(source), look), source.width, source.height);
+  // A statement of its own: the padded picture is gone when the result comes.
+  Frame frame = even ? frameOf(source) : frameOf(paddedToEven(source));
+  Picture result = filtered(std::move(frame), look);
+  if (!even) result = cropped(result, source.width, source.height);
   result.hasAlpha = source.hasAlpha;
   result.colorProfile = source.colorProfile;
   copyAlpha(source, &result);

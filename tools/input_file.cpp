@@ -11,6 +11,8 @@
 namespace vlvk::tool {
 namespace {
 
+constexpr std::size_t kLeastBuffer = std::size_t{1} << 16;
+
 struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -23,7 +25,8 @@ std::vector<std::uint8_t> readFile(const std::string& path, std::size_t limit) {
   std::vector<std::uint8_t> bytes;
   std::size_t filled = 0;
   do {
-    bytes.resize(std::max<std::size_t>(filled * 2, std::size_t{1} << 16));
+    // One more than the limit shows that there is too much; the doubling must not stop just short of it.
+    bytes.resize(std::min(std::max(filled * 2, kLeastBuffer), limit) + 1);
     filled += std::fread(bytes.data() + filled, 1, bytes.size() - filled, file.get());
     if (std::ferror(file.get()) != 0) throw Error(path, systemReason(errno));
     if (filled > limit) throw Error(path, "the file is larger than " + std::to_string(limit >> 20) + " MiB");

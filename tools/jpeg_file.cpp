@@ -26,6 +26,7 @@ namespace {
 constexpr int kExifMarker = JPEG_APP0 + 1;
 constexpr int kProfileMarker = JPEG_APP0 + 2;
 constexpr unsigned int kMarkerLimit = 0xFFFF;
+constexpr int kMaxScans = 500;
 constexpr char kExifSignature[] = "Exif\0";  // six bytes with the zero that ends it
 
 // libjpeg hands back a pointer to `base`, which therefore comes first.
@@ -51,6 +52,14 @@ void onMessage(j_common_ptr codec, int level) {
   if (level < 0 && isDamage(codec->err->msg_code)) onError(codec);
 }
 
+// Scans of a few bytes each could keep the decoder busy for hours. Real pictures have about ten.
+void onProgress(j_common_ptr codec) {
+  if (reinterpret_cast<j_decompress_ptr>(codec)->input_scan_number <= kMaxScans) return;
+  auto* state = reinterpret_cast<ErrorState*>(codec->err);
+  std::snprintf(state->text, sizeof state->text, "more than %d scans", kMaxScans);
+  std::longjmp(state->jump, 1);
+}
+
 void onOutput(j_common_ptr /*codec*/) {}
 
 jpeg_error_mgr* prepareErrors(ErrorState* state) {
@@ -62,7 +71,10 @@ jpeg_error_mgr* prepareErrors(ErrorState* state) {
 }
 
 struct Decoder {
-  Decoder() { codec.err = prepareErrors(&errors); }
+  Decoder() {
+    codec.err = prepareErrors(&errors);
+    progress.progress_monitor = onProgress;
+  }
   ~Decoder() { jpeg_destroy_decompress(&codec); }
   Decoder(const Decoder&) = delete;
   Decoder& operator=(const Decoder&) = delete;
@@ -70,12 +82,14 @@ struct Decoder {
   bool isCmyk() const { return codec.out_color_space == JCS_CMYK; }
 
   ErrorState errors;
+  jpeg_progress_mgr progress{};
   jpeg_decompress_struct codec{};
 };
 
 bool readHeader(Decoder* decoder, std::span<const std::uint8_t> file) {
   if (setjmp(decoder->errors.jump) != 0) return false;
   jpeg_create_decompress(&decoder->codec);
+  decoder->codec.progress = &decoder->progress;
   jpeg_mem_src(&decoder->codec, file.data(), file.size());
   jpeg_save_markers(&decoder->codec, kExifMarker, kMarkerLimit);
   jpeg_save_markers(&decoder->codec, kProfileMarker, kMarkerLimit);

@@ -1,6 +1,7 @@
 /// The program vlvk-makeup: commands, command line, exit code.
 ///
-/// Exit codes: 0 done, 1 the work failed, 2 the command line makes no sense.
+/// Exit codes: 0 done, 1 the work failed, 2 the command line makes no sense. An interrupt ends the program by its
+/// signal.
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
@@ -11,6 +12,7 @@
 #include "tools/bench.h"
 #include "tools/error.h"
 #include "tools/error_line.h"
+#include "tools/interrupt.h"
 #include "tools/photo.h"
 #include "tools/standard_output.h"
 #include "tools/table.h"
@@ -76,8 +78,10 @@ int run(CLI::App* program, int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
-    // A full disk quota is then an error of write() and the temporary file is removed.
+    // A full disk quota and a closed pipe are then errors of write(), with a line and, of a file, nothing left.
     std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
+    vlvk::tool::reportInterrupts();
     CLI::App program("Skin beautification for pictures.", "vlvk-makeup");
     program.require_subcommand(1);
     vlvk::tool::addTargetOption(&program);

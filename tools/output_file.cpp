@@ -4,37 +4,28 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
 #include "tools/error.h"
+#include "tools/interrupt.h"
 
 namespace vlvk::tool {
 namespace {
 
-// Holds interrupts back while a temporary file exists; they take effect when it is gone or renamed.
-class InterruptPause {
- public:
-  InterruptPause() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
-      sigaddset(&signals, signal);
-    pthread_sigmask(SIG_BLOCK, &signals, &before_);
-  }
-  ~InterruptPause() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  InterruptPause(const InterruptPause&) = delete;
-  InterruptPause& operator=(const InterruptPause&) = delete;
-
- private:
-  sigset_t before_;
-};
+constexpr std::size_t kMaxWrite = std::size_t{1} << 20;  // so that an interrupt is soon noticed
+constexpr int kMaxLinks = 40;
 
 [[noreturn]] void failWithErrno() {
   throw Error(systemReason(errno));
+}
+
+void failIfInterrupted() {
+  if (InterruptPause::isDue()) throw Error("interrupted");
 }
 
 // A file of its own name in `directory`, removed again unless it is renamed.
@@ -53,7 +44,8 @@ class TemporaryFile {
 
   void write(std::span<const std::uint8_t> bytes) const {
     while (!bytes.empty()) {
-      const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
+      failIfInterrupted();
+      const ssize_t count = ::write(descriptor_, bytes.data(), std::min(bytes.size(), kMaxWrite));
       if (count < 0 && errno != EINTR) failWithErrno();
       if (count > 0) bytes = bytes.subspan(static_cast<std::size_t>(count));
     }
@@ -66,6 +58,7 @@ class TemporaryFile {
     const int descriptor = descriptor_;
     descriptor_ = -1;
     if (::close(descriptor) != 0) failWithErrno();
+    failIfInterrupted();
     if (::rename(name_.c_str(), target.c_str()) != 0) failWithErrno();
     renamed_ = true;
   }
@@ -96,10 +89,22 @@ mode_t checkTarget(const std::filesystem::path& target) {
   return status.st_mode & 0777;
 }
 
+// Where the bytes of `path` are, or will be: links are followed, one that leads nowhere too.
+std::filesystem::path targetOf(const std::string& path) {
+  std::error_code error;
+  std::filesystem::path target = std::filesystem::canonical(path, error);
+  if (!error) return target;
+  target = path;
+  for (int i = 0; i < kMaxLinks; ++i) {
+    const std::filesystem::path next = std::filesystem::read_symlink(target, error);
+    if (error) break;
+    target = target.parent_path() / next;
+  }
+  return target;
+}
+
 void replaceFile(const std::string& path, std::span<const std::uint8_t> bytes) {
-  std::error_code missing;
-  std::filesystem::path target = std::filesystem::canonical(path, missing);
-  if (missing) target = path;
+  const std::filesystem::path target = targetOf(path);
   const mode_t mode = checkTarget(target);
   const InterruptPause pause;
   TemporaryFile file(target.has_parent_path() ? target.parent_path() : std::filesystem::path("."));

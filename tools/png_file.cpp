@@ -54,11 +54,19 @@ void onRead(png_structp png, png_bytep bytes, std::size_t count) {
   decoder->rest = decoder->rest.subspan(count);
 }
 
+// Text, palettes to suggest and the like would be unpacked and kept, as much of it as a hostile file likes.
+void ignoreUnusedChunks(png_structp png) {
+  static constexpr png_byte kUsed[] = "cHRM\0eXIf\0gAMA\0iCCP\0sRGB";  // beside those that no picture is without
+  png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
+  png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_AS_DEFAULT, kUsed, sizeof kUsed / 5);
+}
+
 // Reads up to the first pixels and asks for RGBA, whatever the file holds.
 bool readHeader(Decoder* decoder) {
   if (setjmp(png_jmpbuf(decoder->png)) != 0) return false;
   png_set_read_fn(decoder->png, decoder, onRead);
   png_set_user_limits(decoder->png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);  // our own limit gives a better message
+  ignoreUnusedChunks(decoder->png);
   png_read_info(decoder->png, decoder->info);
   png_set_expand(decoder->png);
   png_set_scale_16(decoder->png);

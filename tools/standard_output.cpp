@@ -1,15 +1,17 @@
 /// See standard_output.h.
 #include "tools/standard_output.h"
 
-#include <iostream>
+#include <cerrno>
+#include <cstdio>
 
 #include "tools/error.h"
 
 namespace vlvk::tool {
 
 void printText(const std::string& text) {
-  std::cout << text << std::flush;
-  if (!std::cout) throw Error("standard output cannot be written");
+  if (std::fwrite(text.data(), 1, text.size(), stdout) < text.size() || std::fflush(stdout) != 0) {
+    throw Error("standard output cannot be written: " + systemReason(errno));
+  }
 }
 
 }  // namespace vlvk::tool
