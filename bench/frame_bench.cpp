@@ -88,14 +88,18 @@ void steadyMemory(benchmark::State& state, const FrameCase& c) {
     run.process(filter, c);
   constexpr int kFrames = 1000;
   for ([[maybe_unused]] auto once : state) {
-    const std::size_t count = allocationCount();
-    const std::size_t heap = heapBytes();
     const std::size_t resident = residentBytes();
+    const std::size_t heap = heapBytes();
+    const std::size_t count = allocationCount();
     for (int i = 0; i < kFrames; ++i)
       run.process(filter, c);
-    state.counters["allocations_per_frame"] = static_cast<double>(allocationCount() - count) / kFrames;
-    state.counters["heap_growth"] = static_cast<double>(heapBytes()) - static_cast<double>(heap);
-    state.counters["resident_growth"] = static_cast<double>(residentBytes()) - static_cast<double>(resident);
+    // All read before the counters, which are memory themselves.
+    const auto allocations = static_cast<double>(allocationCount() - count);
+    const double heapGrowth = static_cast<double>(heapBytes()) - static_cast<double>(heap);
+    const double residentGrowth = static_cast<double>(residentBytes()) - static_cast<double>(resident);
+    state.counters["allocations_per_frame"] = allocations / kFrames;
+    state.counters["heap_growth"] = heapGrowth;
+    state.counters["resident_growth"] = residentGrowth;
   }
 }
 
