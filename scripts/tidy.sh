@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Lints sources with clang-tidy, as the release build compiles them: the named files, or all but the tests, which would
+# Lints sources with clang-tidy, as the release build compiles them: the named files, or all but tests and benchmarks, which would
 # take three quarters of the time.
 #
 #   cmake --preset release && bash scripts/tidy.sh [FILE...]
@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 # Files that this build does not compile, those of other processors for example, have no flags to be read with.
 compiled_files() {
   sed -n "s|^ *\"file\": \"$PWD/\(.*\)\",\{0,1\}$|\1|p" build-release/compile_commands.json |
-    LC_ALL=C sort -u | grep -v '^tests/'
+    LC_ALL=C sort -u | grep -vE '^(tests|bench)/'
 }
 
 files=("$@")
