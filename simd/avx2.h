@@ -85,6 +85,11 @@ VLVK_INLINE U32x8 sub(U32x8 a, U32x8 b) {
 VLVK_INLINE U32x8 widen(U16x8 v) {
   return {_mm256_cvtepu16_epi32(v.v)};
 }
+/// 255 * 255 fits 16 bits.
+VLVK_INLINE U16x8 squareWiden(U8x8 v) {
+  const __m128i wide = widen(v);
+  return {_mm_mullo_epi16(wide, wide)};
+}
 VLVK_INLINE U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
   return sub(add(sums, widen(squareWiden(a))), widen(squareWiden(b)));
 }

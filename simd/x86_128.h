@@ -67,12 +67,6 @@ VLVK_INLINE __m128i widen(U8x8 v) {
 VLVK_INLINE U16x8 addDifference(U16x8 sums, U8x8 a, U8x8 b) {
   return {_mm_sub_epi16(_mm_add_epi16(sums.v, widen(a)), widen(b))};
 }
-/// 255 * 255 fits 16 bits.
-VLVK_INLINE U16x8 squareWiden(U8x8 v) {
-  const __m128i wide = widen(v);
-  return {_mm_mullo_epi16(wide, wide)};
-}
-
 // Skin weights.
 
 VLVK_INLINE U8x16 splat16(std::uint8_t value) {
