@@ -37,6 +37,10 @@ add_library(vlvk_tool STATIC
   tools/interrupt.h
   tools/jpeg_file.cpp
   tools/jpeg_file.h
+  tools/look.cpp
+  tools/look.h
+  tools/look_options.cpp
+  tools/look_options.h
   tools/number_option.cpp
   tools/number_option.h
   tools/output_file.cpp

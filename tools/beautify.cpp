@@ -1,33 +1,15 @@
 /// Picture -> NV21 frame -> filter -> picture.
 #include "tools/beautify.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <utility>
 
-#include "bindings/IBeautyResourceLoader.h"
 #include "convert/rgb_to_yuv.h"
-#include "filter/CFastEdgePreserved.h"
 #include "tools/error.h"
 
 namespace vlvk::tool {
 namespace {
-
-// Hands the filter the colour picture. Without one it leaves the filter's neutral picture alone, and still reports a
-// resource: a filter whose resource is missing does not whiten its first frame, the only one there is here.
-class TableLoader final : public IBeautyResourceLoader {
- public:
-  explicit TableLoader(const std::vector<std::uint8_t>& table) : table_(table) {}
-
-  int getResFromName(const char* /*name*/, unsigned char* dst) override {
-    std::copy(table_.begin(), table_.end(), dst);
-    return 0;
-  }
-
- private:
-  const std::vector<std::uint8_t>& table_;
-};
 
 // An NV21 frame.
 struct Frame {
@@ -53,15 +35,9 @@ Frame frameOf(const Picture& source) {
 Picture filtered(Frame frame, const Look& look) {
   const int width = frame.width;
   Picture result(width, frame.height);
-  TableLoader loader(look.table);
-  CFastEdgePreserved filter(look.threads, &loader);
-  filter.put_whitenIntensity(look.whiten);
-  filter.put_softenSkinIntensity(look.soften);
-  // Without a table, tone curves whiten at full precision; the table would round every colour to 6 bits.
-  if (look.table.empty()) filter.put_colorAdjustIntensity(0);
-  filter.radius = look.radius;
-  if (filter.processVideo(frame.luma.get(), width, frame.chroma(), width, width, frame.height, result.row(0), width * 4,
-                          true) != 0) {
+  LookFilter filter(look);
+  if (filter->processVideo(frame.luma.get(), width, frame.chroma(), width, width, frame.height, result.row(0),
+                           width * 4, true) != 0) {
     throw Error("not enough memory");
   }
   return result;

@@ -8,9 +8,10 @@
 
 #include "tools/beautify.h"
 #include "tools/error.h"
+#include "tools/look.h"
+#include "tools/look_options.h"
 #include "tools/number_option.h"
 #include "tools/picture_file.h"
-#include "tools/table_file.h"
 #include "tools/target.h"
 
 namespace vlvk::tool {
@@ -19,17 +20,14 @@ namespace {
 struct PhotoOptions {
   std::string in;
   std::string out;
-  std::string table;
-  CLI::Option* tableOption = nullptr;
-  Look look;
+  LookOptions look;
   int quality = 92;
   bool compare = false;
 };
 
 Picture resultOf(const PhotoOptions& options) {
   const Picture original = readPicture(options.in);
-  Look look = options.look;
-  if (options.tableOption->count() > 0) look.table = readTable(options.table).picture;
+  const Look look = options.look.look();
   try {
     Picture result = beautify(original, look);
     return options.compare ? sideBySide(original, result) : std::move(result);
@@ -52,15 +50,8 @@ void addPhotoCommand(CLI::App* program) {
   command->add_option("OUT", options->out, "Picture to write: .png, .jpg or .jpeg; may be IN")
       ->required()
       ->type_name("FILE");
-  addNumberOption(command, "--whiten", &options->look.whiten, 0, 100, "Whitening in percent");
-  addNumberOption(command, "--soften", &options->look.soften, 0, 1000, "Strength of skin smoothing");
-  addNumberOption(command, "--radius", &options->look.radius, 0, 128,
-                  "Reach of the smoothing in pixels, rounded up to a multiple of 8; 0: none");
-  options->tableOption =
-      command->add_option("--table", options->table, "Colour table to apply, a resource file such as adjust.vlk")
-          ->type_name("FILE");
+  options->look.addTo(command);
   command->add_flag("--compare", options->compare, "Write original (left) and result (right) side by side");
-  addNumberOption(command, "--threads", &options->look.threads, 1, 64, "Threads to use; the result is the same");
   addNumberOption(command, "--quality", &options->quality, 1, 100, "Quality of a JPEG");
   addTargetOption(command);
   command->footer(

@@ -1,0 +1,27 @@
+/// See look_options.h.
+#include "tools/look_options.h"
+
+#include <CLI/CLI.hpp>
+
+#include "tools/number_option.h"
+#include "tools/table_file.h"
+
+namespace vlvk::tool {
+
+void LookOptions::addTo(CLI::App* command) {
+  addNumberOption(command, "--whiten", &look_.whiten, 0, 100, "Whitening in percent");
+  addNumberOption(command, "--soften", &look_.soften, 0, 1000, "Strength of skin smoothing");
+  addNumberOption(command, "--radius", &look_.radius, 0, 128,
+                  "Reach of the smoothing in pixels, rounded up to a multiple of 8; 0: none");
+  tableOption_ = command->add_option("--table", table_, "Colour table to apply, a resource file such as adjust.vlk")
+                     ->type_name("FILE");
+  addNumberOption(command, "--threads", &look_.threads, 1, 64, "Threads to use; the result is the same");
+}
+
+Look LookOptions::look() const {
+  Look look = look_;
+  if (tableOption_->count() > 0) look.table = readTable(table_).picture;
+  return look;
+}
+
+}  // namespace vlvk::tool
