@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <string>
 #include <vector>
 
 #include "tests/frame_support.h"
@@ -19,7 +18,7 @@ using model::Bytes;
 using model::Settings;
 
 // Never changes, unless what the engine makes of a frame is meant to change, or the set below. Then it is the number
-// that the failing test prints, provided that the test found no frame that differs from the model.
+// that the failing test prints, provided that the frames of frame_test equal the model.
 constexpr std::uint64_t kGolden = 0x68F3EC3365CB8364U;
 
 /// Content of frames from arithmetic alone; the number must not hang on helpers that other tests may change.
@@ -125,25 +124,6 @@ struct GoldenFrame {
     return filter.processVideo(planes[0].data(), width, planes[1].data(), width, width, height, out(), outStride,
                                rgbOrder);
   }
-
-  void predict(model::Filter& filter) {
-    filter.put(settings);
-    if (isBgra()) {
-      const Bytes source = planes[0];
-      filter.processBgra(source.data(), width, height, outStride, out(), outStride);
-    } else {
-      filter.processVideo(planes[0], planes[1], width, height, out(), outStride, rgbOrder);
-    }
-  }
-
-  std::string describe() const {
-    static constexpr const char* kNames[] = {"in place", "to pixels", "BGRA", "BGRA onto itself"};
-    return (testing::Message() << width << " x " << height << (rgbOrder ? " NV21 " : " NV12 ")
-                               << kNames[static_cast<int>(kind)] << ", whiten " << settings.whiten << ", soften "
-                               << settings.soften << ", radius " << settings.radius << ", colorAdjust "
-                               << settings.colorAdjust << ", " << threads << " threads")
-        .GetString();
-  }
 };
 
 /// Every size with every kind and order; settings and thread counts take turns.
@@ -189,48 +169,20 @@ class Checksum {
   std::uint64_t value_ = 0xCBF29CE484222325U;
 };
 
-/// Whether a frame has the model's bytes; tells the first pixel that has others.
-testing::AssertionResult isModel(const GoldenFrame& actual, const GoldenFrame& expected) {
-  const bool bgra = actual.isBgra();
-  const char* const names[] = {bgra ? "BGRA" : "luma", "chroma", "out"};
-  const int strides[] = {bgra ? actual.outStride : actual.width, actual.width, actual.outStride};
-  const int pixelSizes[] = {bgra ? 4 : 1, 2, 4};
-  for (std::size_t i = 0; i < 3; ++i) {
-    const auto [got, wanted] =
-        std::mismatch(actual.planes[i].begin(), actual.planes[i].end(), expected.planes[i].begin());
-    if (got == actual.planes[i].end()) continue;
-    const auto offset = static_cast<int>(got - actual.planes[i].begin());
-    const int inRow = offset % strides[i];
-    return testing::AssertionFailure() << actual.describe() << ": " << names[i] << " row " << offset / strides[i]
-                                       << ", column " << inRow / pixelSizes[i] << ", byte " << inRow % pixelSizes[i]
-                                       << " of the pixel is " << int{*got} << " instead of " << int{*wanted};
-  }
-  return testing::AssertionSuccess();
-}
-
 class Golden : public testing_support::TargetTest {};
 
 TEST_P(Golden, FramesHaveTheOneChecksum) {
-  const std::vector<GoldenFrame> sources = goldenFrames();
-  std::vector<GoldenFrame> results = sources;
+  std::vector<GoldenFrame> frames = goldenFrames();
   Loader loader(&picture());
   CFastEdgePreserved filter(1, &loader);
   Checksum checksum;
-  for (GoldenFrame& frame : results) {
-    ASSERT_EQ(frame.run(filter), 0) << frame.describe();
+  for (GoldenFrame& frame : frames) {
+    ASSERT_EQ(frame.run(filter), 0) << frame.width << " x " << frame.height;
     for (const Bytes& plane : frame.planes)
       checksum.add(plane);
   }
   std::free(filter.nv12Scratch);  // which the filter leaves to its host
-  if (checksum.value() == kGolden) return;
-  ADD_FAILURE() << "the checksum is 0x" << std::hex << checksum.value() << " instead of 0x" << kGolden
-                << "; the first frame that differs from the model, if there is one:";
-  model::Filter expected(&picture());
-  for (std::size_t i = 0; i < sources.size(); ++i) {
-    GoldenFrame predicted = sources[i];
-    predicted.predict(expected);
-    ASSERT_TRUE(isModel(results[i], predicted));
-  }
+  EXPECT_EQ(checksum.value(), kGolden) << "the checksum is 0x" << std::hex << checksum.value();
 }
 
 VLVK_TEST_ALL_TARGETS(Golden);

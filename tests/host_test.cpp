@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <chrono>
 #include <climits>
 #include <deque>
 #include <stdexcept>
@@ -152,21 +151,6 @@ TEST(Host, TheLoaderMayAnswerAnything) {
       }
     }
   }
-}
-
-TEST(Host, ASlowLoaderHoldsTheOtherFramesBack) {
-  Random random(44);
-  Rig rig(2);
-  rig.loader.onCall = [] { std::this_thread::sleep_for(std::chrono::milliseconds(30)); };
-  Frame frames[] = {{Kind::kToPixels, 48, 32, true, random}, {Kind::kInPlace, 80, 50, true, random}};
-  for (Frame& frame : frames)
-    frame.predict(rig.expected);
-  std::thread other([&] { EXPECT_EQ(frames[1].run(rig.filter), 0); });
-  EXPECT_EQ(frames[0].run(rig.filter), 0);
-  other.join();
-  EXPECT_EQ(rig.loader.calls, 1);
-  for (const Frame& frame : frames)
-    EXPECT_TRUE(frame.isPredicted());
 }
 
 }  // namespace
