@@ -1,3 +1,4 @@
+/// @file
 /// The one thing the filter asks its host for: a named data file.
 #ifndef VLVK_BINDINGS_IBEAUTYRESOURCELOADER_H
 #define VLVK_BINDINGS_IBEAUTYRESOURCELOADER_H

@@ -1,3 +1,4 @@
+/// @file
 /// What the Java virtual machine calls when it loads and unloads the library.
 #ifndef VLVK_BINDINGS_JNI_LIBRARY_H
 #define VLVK_BINDINGS_JNI_LIBRARY_H
@@ -13,7 +14,9 @@ extern JavaVM* cached_jvm;
 extern "C" {
 #endif
 
-/// The JNIEnv of the calling thread, or null: not attached, or before the library was loaded by a virtual machine.
+/// The JNIEnv of the calling thread. Any thread.
+///
+/// @return null for a thread that is not attached, and before the library was loaded by a virtual machine
 VLVK_API JNIEnv* JNU_GetEnv(void);
 
 #ifdef __cplusplus

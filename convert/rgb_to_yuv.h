@@ -1,3 +1,4 @@
+/// @file
 /// 32-bit pixels to semi-planar YUV 4:2:0, BT.601 limited range in 8 fractional bits. May be included from C.
 ///
 ///     Y = ((  66 R + 129 G +  25 B + r) >> 8) + 16
@@ -15,21 +16,27 @@
 extern "C" {
 #endif
 
+///@{
 /// Converts height & ~1 rows of width & ~1 columns; everything else in the planes is left as it was.
 ///
-/// No argument is checked; the functions are reentrant and allocate nothing. Source and planes must not overlap.
+/// No argument is checked; the functions are reentrant and allocate nothing. All memory is the caller's. Source and
+/// planes must not overlap.
 ///
-/// @param src       4 bytes per pixel, rows `srcStride` bytes apart
-/// @param yPlane    luma, rows `yStride` bytes apart
-/// @param uvPlane   chroma pairs, one row for two luma rows, rows `uvStride` bytes apart
-/// @param width     columns, 0 or more
-/// @param height    rows; fewer than 2 convert nothing
+/// @param src        pixels of 4 bytes, in the byte order that the name says
+/// @param srcStride  bytes from a row of pixels to the next
+/// @param yPlane     luma, one byte for each pixel; written
+/// @param yStride    bytes from a luma row to the next
+/// @param uvPlane    chroma pairs, one row for two luma rows; written
+/// @param uvStride   bytes from a chroma row to the next
+/// @param width      columns, 0 or more
+/// @param height     rows; fewer than 2 convert nothing
 VLVK_API void VKRGBAToNV21_NeonCall(const unsigned char* src, int srcStride, unsigned char* yPlane, int yStride,
                                     unsigned char* uvPlane, int uvStride, int width, int height);
 VLVK_API void VKBGRAToNV21_NeonCall(const unsigned char* src, int srcStride, unsigned char* yPlane, int yStride,
                                     unsigned char* uvPlane, int uvStride, int width, int height);
 VLVK_API void VKBGRAToNV12_NeonCall(const unsigned char* src, int srcStride, unsigned char* yPlane, int yStride,
                                     unsigned char* uvPlane, int uvStride, int width, int height);
+///@}
 
 #ifdef __cplusplus
 }

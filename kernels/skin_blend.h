@@ -1,3 +1,4 @@
+/// @file
 /// Mixes smoothed and unsmoothed luma by how likely a pixel's colour is skin. May be included from C.
 ///
 /// The weight w (0 .. 64) of a 2 x 2 luma block comes from its chroma pair (p, q):
@@ -35,7 +36,17 @@ VLVK_API void MeanBlendImageWithSkin(const unsigned char* unsmoothed, int stride
                                      const unsigned char* chroma, int chromaStride, int width, int height, int reserved,
                                      const unsigned char* table, const int* centre);
 
-/// Blends into the unsmoothed plane (the frame itself). Otherwise as MeanBlendImageWithSkin.
+/// Blends into the unsmoothed plane (the frame itself).
+///
+/// @param unsmoothed    luma plane, rows `stride` bytes apart, overwritten with the blend
+/// @param stride        bytes between rows of both luma planes
+/// @param smoothed      smoothed luma; read
+/// @param chroma        interleaved chroma pairs, one row for two luma rows; width & ~1 bytes of a row are read
+/// @param chromaStride  bytes between chroma rows
+/// @param width         luma columns
+/// @param height        luma rows; height >> 1 row pairs are blended
+/// @param table         48 bytes as calcSkinProbilityInterleavingTable8x8x4_8x8x2 writes them, none above 64
+/// @param centre        two values: centre of the first and second byte of a pair, taken modulo 256
 VLVK_API void MeanBlendImageWithSkin_V3(unsigned char* unsmoothed, int stride, const unsigned char* smoothed,
                                         const unsigned char* chroma, int chromaStride, int width, int height,
                                         const unsigned char* table, const int* centre);

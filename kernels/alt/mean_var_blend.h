@@ -1,3 +1,4 @@
+/// @file
 /// Smoothing from ready box statistics: the second pass behind line_mean.h or Integral_Mean_Neon2. May be included from
 /// C.
 #ifndef VLVK_KERNELS_ALT_MEAN_VAR_BLEND_H
@@ -18,11 +19,13 @@ extern "C" {
 ///
 /// No argument is checked. Reentrant, allocates nothing.
 ///
-/// @param destination  `rows` rows, `stride` bytes apart
+/// @param destination  `rows` rows, `stride` bytes apart; written
 /// @param source       likewise; not overlapping
-/// @param sums         rows x width elements without padding
+/// @param sums         rows x width elements without padding; read
 /// @param squares      likewise
+/// @param width        columns; all of them are written
 /// @param rows         0 or less: nothing is done
+/// @param stride       bytes between rows of source and destination
 /// @param radius       half-size of the box that the sums were taken over
 /// @param level        strength, as for MeanTop_Window_Neon
 VLVK_API void Mean_var_Blend(unsigned char* destination, const unsigned char* source, const unsigned int* sums,
