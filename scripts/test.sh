@@ -17,12 +17,13 @@
 #   aarch64   the same for AArch64
 #   format    layout of the sources (clang-format)
 #   tidy      lint of the sources (clang-tidy)
+#   docs      make the pages of the public headers, every name described, and follow the links of all pages
 set -euo pipefail
 cd "$(dirname "$0")/.."
 export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
 export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
 
-all_steps=(release sample java readme asan tsan valgrind fuzz armhf aarch64 format tidy)
+all_steps=(release sample java readme asan tsan valgrind fuzz armhf aarch64 format tidy docs)
 
 # Runs a command with its output in a log, which is shown where the command fails.
 quietly() {
@@ -66,6 +67,11 @@ step_tidy() {
   quietly cmake --preset release
   bash scripts/tidy.sh
 }
+step_docs() {
+  bash scripts/check_links.sh
+  quietly cmake --preset release
+  quietly cmake --build --preset release --target vlvk_api_docs
+}
 
 steps=("$@")
 [ $# -gt 0 ] || steps=("${all_steps[@]}")
@@ -88,6 +94,7 @@ needs check format tidy
 needs valgrind valgrind
 needs fuzz fuzz
 needs cross armhf aarch64
+needs docs docs
 bash scripts/setup.sh "${purposes[@]}"
 for step in "${steps[@]}"; do
   echo "== $step"
