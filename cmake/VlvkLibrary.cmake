@@ -1,12 +1,30 @@
 # The shared library, and its objects with all internals for the program, tests and benchmarks.
 
+# What hosts include, and what that includes: installed, and compiled alone by the tests. Headers of C functions serve both
+# languages. timeb.h has the argument of CFastEdgePreserved::diffTime.
+set(VLVK_PUBLIC_C_HEADERS
+  base/export.h
+  convert/rgb_to_yuv.h
+  convert/yuv_to_rgb.h
+  kernels/alt/integral_mean.h
+  kernels/alt/line_mean.h
+  kernels/alt/mean_var_blend.h
+  kernels/band_smoothing.h
+  kernels/reference_filter.h
+  kernels/skin_blend.h
+  kernels/skin_tables.h
+)
+set(VLVK_PUBLIC_CXX_HEADERS
+  bindings/IBeautyResourceLoader.h
+  filter/CFastEdgePreserved.h
+  filter/timeb.h
+)
+
 set(VLVK_LIBRARY_SOURCES
   base/arm_math.h
   base/checked_size.h
-  base/export.h
   base/scratch_memory.h
   base/shared_field.h
-  bindings/IBeautyResourceLoader.h
   bindings/resource_file.cpp
   bindings/resource_file.h
   convert/bt601.h
@@ -14,13 +32,10 @@ set(VLVK_LIBRARY_SOURCES
   convert/odd_edge.h
   convert/pixel_orders.h
   convert/rgb_to_yuv.cpp
-  convert/rgb_to_yuv.h
   convert/rgb_to_yuv_rows.h
   convert/yuv_to_rgb.cpp
-  convert/yuv_to_rgb.h
   convert/yuv_to_rgb_rows.h
   filter/CFastEdgePreserved.cpp
-  filter/CFastEdgePreserved.h
   filter/band_worker.cpp
   filter/band_worker.h
   filter/color_adjust.cpp
@@ -32,18 +47,13 @@ set(VLVK_LIBRARY_SOURCES
   filter/frame_buffers.h
   filter/frame_pipeline.cpp
   filter/frame_plan.h
-  filter/timeb.h
   filter/tone_curves.cpp
   filter/tone_curves.h
   kernels/alt/integral_mean.cpp
-  kernels/alt/integral_mean.h
   kernels/alt/line_mean.cpp
-  kernels/alt/line_mean.h
   kernels/alt/mean_var_blend.cpp
-  kernels/alt/mean_var_blend.h
   kernels/alt/statistics_rows.h
   kernels/band_smoothing.cpp
-  kernels/band_smoothing.h
   kernels/blend_rows.h
   kernels/box_rows.h
   kernels/box_scan_rows.h
@@ -51,12 +61,9 @@ set(VLVK_LIBRARY_SOURCES
   kernels/pixel_formula.cpp
   kernels/pixel_formula.h
   kernels/reference_filter.cpp
-  kernels/reference_filter.h
   kernels/skin_blend.cpp
-  kernels/skin_blend.h
   kernels/skin_model.h
   kernels/skin_tables.cpp
-  kernels/skin_tables.h
   kernels/sliding_box.h
   kernels/smooth_plane.cpp
   kernels/smooth_plane.h
@@ -117,23 +124,22 @@ else()
   endif()
 endif()
 if(VLVK_JNI_BINDINGS)
+  list(APPEND VLVK_PUBLIC_C_HEADERS bindings/jni_library.h bindings/makeup_entry_points.h)
+  list(APPEND VLVK_PUBLIC_CXX_HEADERS bindings/CMakeupEngine3.h)
   list(APPEND VLVK_LIBRARY_SOURCES
     bindings/CMakeupEngine3.cpp
-    bindings/CMakeupEngine3.h
     bindings/android_bitmap.h
     bindings/engine_handle.h
     bindings/java_resource.cpp
     bindings/java_resource.h
     bindings/jni_library.cpp
-    bindings/jni_library.h
     bindings/low_memory.cpp
     bindings/low_memory.h
     bindings/makeup_bitmap.cpp
-    bindings/makeup_entry_points.cpp
-    bindings/makeup_entry_points.h)
+    bindings/makeup_entry_points.cpp)
 endif()
 
-add_library(vlvk_objects OBJECT ${VLVK_LIBRARY_SOURCES})
+add_library(vlvk_objects OBJECT ${VLVK_LIBRARY_SOURCES} ${VLVK_PUBLIC_C_HEADERS} ${VLVK_PUBLIC_CXX_HEADERS})
 target_include_directories(vlvk_objects PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
 if(VLVK_JNI_BINDINGS AND NOT ANDROID)
   target_include_directories(vlvk_objects SYSTEM PUBLIC

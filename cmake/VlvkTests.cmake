@@ -185,23 +185,32 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
   vlvk_discover_tests(vlvk_failure_tests 2)
 endif()
 
-# Headers of C functions, each alone in a C file.
+# The public headers, each alone in a file: as the oldest C++ that they promise, those of C functions also as C99.
+# vlvk_compile_headers(target LANGUAGE extension header ...)
+function(vlvk_compile_headers target language extension)
+  add_library(${target} OBJECT)
+  foreach(header IN LISTS ARGN)
+    string(MAKE_C_IDENTIFIER ${header} unit)
+    set(file ${CMAKE_CURRENT_BINARY_DIR}/${target}.dir/${unit}.${extension})
+    file(CONFIGURE OUTPUT ${file} CONTENT "#include \"${header}\"\n\nint ${unit};\n")
+    target_sources(${target} PRIVATE ${file})
+  endforeach()
+  target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_include_directories(${target} SYSTEM PRIVATE
+    $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Werror)
+  set_target_properties(${target} PROPERTIES ${language}_EXTENSIONS OFF)
+endfunction()
+
+vlvk_compile_headers(vlvk_cxx_headers CXX cpp ${VLVK_PUBLIC_C_HEADERS} ${VLVK_PUBLIC_CXX_HEADERS})
+set_target_properties(vlvk_cxx_headers PROPERTIES CXX_STANDARD 11)
 include(CheckLanguage)
 check_language(C)
 if(CMAKE_C_COMPILER)
   enable_language(C)
-  add_library(vlvk_c_headers OBJECT)
-  foreach(header
-      base/export.h convert/rgb_to_yuv.h convert/yuv_to_rgb.h kernels/alt/integral_mean.h kernels/alt/line_mean.h
-      kernels/alt/mean_var_blend.h kernels/band_smoothing.h kernels/reference_filter.h kernels/skin_blend.h
-      kernels/skin_tables.h)
-    string(MAKE_C_IDENTIFIER ${header} unit)
-    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/c_headers/${unit}.c CONTENT "#include \"${header}\"\n\nint ${unit};\n")
-    target_sources(vlvk_c_headers PRIVATE ${CMAKE_BINARY_DIR}/c_headers/${unit}.c)
-  endforeach()
-  target_include_directories(vlvk_c_headers PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
-  target_compile_options(vlvk_c_headers PRIVATE -Wall -Wextra -Wpedantic -Wstrict-prototypes -Werror)
-  set_target_properties(vlvk_c_headers PROPERTIES C_STANDARD 99 C_EXTENSIONS OFF)
+  vlvk_compile_headers(vlvk_c_headers C c ${VLVK_PUBLIC_C_HEADERS})
+  set_target_properties(vlvk_c_headers PROPERTIES C_STANDARD 99)
+  target_compile_options(vlvk_c_headers PRIVATE -Wstrict-prototypes)
 endif()
 
 # The built file, and one with the C++ runtime linked in, as Android hosts choose it: exported names (the list is that of
