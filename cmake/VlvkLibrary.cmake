@@ -4,6 +4,7 @@
 # languages. timeb.h has the argument of CFastEdgePreserved::diffTime.
 set(VLVK_PUBLIC_C_HEADERS
   base/export.h
+  base/version.h
   convert/rgb_to_yuv.h
   convert/yuv_to_rgb.h
   kernels/alt/integral_mean.h
@@ -25,6 +26,7 @@ set(VLVK_LIBRARY_SOURCES
   base/checked_size.h
   base/scratch_memory.h
   base/shared_field.h
+  base/version.cpp
   bindings/resource_file.cpp
   bindings/resource_file.h
   convert/bt601.h

@@ -66,6 +66,5 @@ target_link_libraries(vlvk_tool PUBLIC vlvk_objects CLI11::CLI11 PNG::PNG JPEG::
 vlvk_set_warnings(vlvk_tool)
 
 add_executable(vlvk-makeup tools/main.cpp)
-target_compile_definitions(vlvk-makeup PRIVATE VLVK_VERSION="${PROJECT_VERSION}")
 target_link_libraries(vlvk-makeup PRIVATE vlvk_tool)
 vlvk_set_warnings(vlvk-makeup)

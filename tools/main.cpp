@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/version.h"
 #include "tools/bench.h"
 #include "tools/error.h"
 #include "tools/error_line.h"
@@ -29,7 +30,7 @@ constexpr int kUsage = 2;
 
 // To the program and to every command in it.
 void addVersionFlag(CLI::App* program) {
-  program->set_version_flag("--version", "vlvk-makeup " VLVK_VERSION, "Print the version and exit");
+  program->set_version_flag("--version", "vlvk-makeup " VLVK_VERSION_STRING, "Print the version and exit");
   for (CLI::App* command : program->get_subcommands({}))
     addVersionFlag(command);
 }

@@ -1,0 +1,5 @@
+#include "base/version.h"
+
+int vlvkVersion(void) {
+  return VLVK_VERSION;
+}
