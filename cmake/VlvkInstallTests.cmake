@@ -15,3 +15,43 @@ if(TARGET vlvk-makeup)
     message(STATUS "The manual page is not checked, missing: mandoc")
   endif()
 endif()
+
+if(NOT VLVK_INSTALL OR NOT VLVK_TOP_LEVEL)
+  return()
+endif()
+
+# Both install, which leaves its list of files in the build folder.
+function(vlvk_add_install_test name)
+  add_test(NAME install.${name} COMMAND ${CMAKE_COMMAND}
+    -DSOURCE=${CMAKE_CURRENT_SOURCE_DIR}
+    -DBUILD=${CMAKE_CURRENT_BINARY_DIR}
+    -DWORK=${CMAKE_CURRENT_BINARY_DIR}/install_test/${name}
+    -DVERSION=${PROJECT_VERSION}
+    ${ARGN}
+    -P ${CMAKE_CURRENT_SOURCE_DIR}/tests/install/${name}.cmake)
+  set_tests_properties(install.${name} PROPERTIES RESOURCE_LOCK install TIMEOUT 300)
+endfunction()
+
+if(CMAKE_C_COMPILER AND CMAKE_READELF)
+  find_program(VLVK_PKG_CONFIG pkg-config)
+  if(NOT VLVK_PKG_CONFIG)
+    message(STATUS "The pkg-config file is not tested, missing: pkg-config")
+    set(VLVK_PKG_CONFIG "")
+  endif()
+  vlvk_add_install_test(consumers
+    -DLIBDIR=${CMAKE_INSTALL_LIBDIR}
+    -DGENERATOR=${CMAKE_GENERATOR}
+    -DC_COMPILER=${CMAKE_C_COMPILER}
+    -DCXX_COMPILER=${CMAKE_CXX_COMPILER}
+    -DREADELF=${CMAKE_READELF}
+    -DPKG_CONFIG=${VLVK_PKG_CONFIG})
+endif()
+
+find_program(VLVK_DPKG_DEB dpkg-deb)
+find_program(VLVK_DPKG_SHLIBDEPS dpkg-shlibdeps)
+if(TARGET vlvk-makeup AND VLVK_DPKG_DEB AND VLVK_DPKG_SHLIBDEPS)
+  vlvk_add_install_test(package
+    -DSOVERSION=${PROJECT_VERSION_MAJOR} -DCPACK=${CMAKE_CPACK_COMMAND} -DDPKG_DEB=${VLVK_DPKG_DEB})
+else()
+  message(STATUS "The Debian package is not tested, missing: vlvk-makeup or dpkg-dev")
+endif()

@@ -176,4 +176,9 @@ function(vlvk_add_engine target)
   endif()
 endfunction()
 
+# The SONAME carries the major number, which goes up when a program that runs with the library would no longer: an exported
+# name is gone or takes other arguments, fields or virtual slots have moved. Android's file has neither number.
 vlvk_add_engine(VLVKMakeupEngine)
+set_target_properties(VLVKMakeupEngine PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+target_compile_features(VLVKMakeupEngine INTERFACE cxx_std_11)  # what the public headers need
+add_library(VLVKMakeupEngine::VLVKMakeupEngine ALIAS VLVKMakeupEngine)

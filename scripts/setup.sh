@@ -11,7 +11,7 @@ packages=(cmake g++ make)
 for purpose in "${@:-program}"; do
   case "$purpose" in
     program) packages+=(libcli11-dev libjpeg62-turbo-dev libpng-dev) ;;
-    test) packages+=(default-jdk-headless junit4 libgtest-dev mandoc) ;;
+    test) packages+=(default-jdk-headless dpkg-dev junit4 libgtest-dev mandoc pkgconf) ;;
     java) packages+=(default-jdk-headless) ;;
     check) packages+=(clang-format clang-tidy) ;;
     bench) packages+=(libbenchmark-dev libopencv-dev libyuv-dev) ;;

@@ -1,0 +1,70 @@
+# What `cmake --install` installs, in components: library (what programs run with), development (headers, CMake and
+# pkg-config files), program and java, each where it is built. All of it can be moved as a whole.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+# Headers keep their folders, so that "filter/CFastEdgePreserved.h" is included as in the sources.
+set(VLVK_INSTALL_HEADERS ${CMAKE_INSTALL_INCLUDEDIR}/VLVKMakeupEngine)
+foreach(header IN LISTS VLVK_PUBLIC_C_HEADERS VLVK_PUBLIC_CXX_HEADERS)
+  get_filename_component(folder ${header} DIRECTORY)
+  install(FILES ${header} DESTINATION ${VLVK_INSTALL_HEADERS}/${folder} COMPONENT development)
+endforeach()
+
+install(TARGETS VLVKMakeupEngine EXPORT VLVKMakeupEngine
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
+  INCLUDES DESTINATION ${VLVK_INSTALL_HEADERS})
+
+set(VLVK_INSTALL_PACKAGE ${CMAKE_INSTALL_LIBDIR}/cmake/VLVKMakeupEngine)
+set(VLVK_PACKAGE_FILES ${CMAKE_CURRENT_BINARY_DIR}/package)
+configure_package_config_file(cmake/VLVKMakeupEngineConfig.cmake.in
+  ${VLVK_PACKAGE_FILES}/VLVKMakeupEngineConfig.cmake
+  INSTALL_DESTINATION ${VLVK_INSTALL_PACKAGE}
+  NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(${VLVK_PACKAGE_FILES}/VLVKMakeupEngineConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(EXPORT VLVKMakeupEngine
+  FILE VLVKMakeupEngineTargets.cmake
+  NAMESPACE VLVKMakeupEngine::
+  DESTINATION ${VLVK_INSTALL_PACKAGE}
+  COMPONENT development)
+install(FILES
+  ${VLVK_PACKAGE_FILES}/VLVKMakeupEngineConfig.cmake
+  ${VLVK_PACKAGE_FILES}/VLVKMakeupEngineConfigVersion.cmake
+  DESTINATION ${VLVK_INSTALL_PACKAGE}
+  COMPONENT development)
+
+# The way from the .pc file to the prefix, if it has the libraries below it.
+set(VLVK_INSTALL_PC ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH VLVK_PC_TO_PREFIX ${VLVK_INSTALL_PC} ${CMAKE_INSTALL_PREFIX})
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}" OR IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
+  set(VLVK_PC_PREFIX ${CMAKE_INSTALL_PREFIX})
+  set(VLVK_PC_LIBDIR ${CMAKE_INSTALL_FULL_LIBDIR})
+  set(VLVK_PC_INCLUDEDIR ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+else()
+  set(VLVK_PC_PREFIX "\${pcfiledir}/${VLVK_PC_TO_PREFIX}")
+  string(REGEX REPLACE "/$" "" VLVK_PC_PREFIX "${VLVK_PC_PREFIX}")
+  set(VLVK_PC_LIBDIR "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
+  set(VLVK_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
+endif()
+configure_file(cmake/VLVKMakeupEngine.pc.in ${VLVK_PACKAGE_FILES}/VLVKMakeupEngine.pc @ONLY)
+install(FILES ${VLVK_PACKAGE_FILES}/VLVKMakeupEngine.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+  COMPONENT development)
+
+# The pages keep their folder too, for the links between them.
+set(VLVK_INSTALL_DOC ${CMAKE_INSTALL_DATAROOTDIR}/doc/vlvk-makeup)
+install(FILES README.md DESTINATION ${VLVK_INSTALL_DOC} COMPONENT development)
+install(DIRECTORY docs DESTINATION ${VLVK_INSTALL_DOC} COMPONENT development
+  FILES_MATCHING PATTERN *.md PATTERN *.jpg PATTERN *.png)
+
+if(TARGET vlvk-makeup)
+  install(TARGETS vlvk-makeup RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
+  install(FILES man/vlvk-makeup.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
+endif()
+
+if(TARGET vlvk_java)
+  get_target_property(VLVK_JAVA_FILE vlvk_java VLVK_JAR)
+  install(FILES ${VLVK_JAVA_FILE} DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/java COMPONENT java)
+endif()

@@ -1,0 +1,15 @@
+/// Converts a picture to a frame and back.
+#include <stdio.h>
+
+#include "base/version.h"
+#include "convert/rgb_to_yuv.h"
+#include "convert/yuv_to_rgb.h"
+
+int main(void) {
+  enum { kWidth = 64, kHeight = 32 };
+  static unsigned char rgba[kHeight][kWidth * 4], luma[kHeight][kWidth], chroma[kHeight / 2][kWidth];
+  VKRGBAToNV21_NeonCall(rgba[0], sizeof rgba[0], luma[0], kWidth, chroma[0], kWidth, kWidth, kHeight);
+  VKNV21ToRGBA_NeonCall(luma[0], kWidth, chroma[0], kWidth, rgba[0], sizeof rgba[0], kWidth, kHeight);
+  puts(VLVK_VERSION_STRING);
+  return luma[0][0] == 16 && rgba[kHeight - 1][kWidth * 4 - 1] == 255 && vlvkVersion() == VLVK_VERSION ? 0 : 1;
+}

@@ -1,0 +1,71 @@
+# Installs a build into an empty prefix, moves that to another place, and builds and runs programs with it. Paths of the
+# machine must not be left in it. Variables: SOURCE, BUILD, WORK (folders), VERSION, LIBDIR, GENERATOR, C_COMPILER,
+# CXX_COMPILER, READELF, PKG_CONFIG (empty: without).
+
+include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
+set(prefix ${WORK}/moved)
+file(REMOVE_RECURSE ${WORK})
+
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/installed)
+file(STRINGS ${BUILD}/install_manifest.txt files)
+foreach(file IN LISTS files)
+  string(FIND "${file}" ${WORK}/installed/ position)
+  if(NOT position EQUAL 0)
+    message(FATAL_ERROR "written outside of the prefix: ${file}")
+  endif()
+endforeach()
+file(RENAME ${WORK}/installed ${prefix})
+
+file(GLOB_RECURSE files LIST_DIRECTORIES OFF ${prefix}/*)
+foreach(file IN LISTS files)
+  if(file MATCHES "/bin/|\\.so")
+    run(${READELF} -d ${file})
+    if(output MATCHES "R(UN)?PATH")
+      message(FATAL_ERROR "${file} looks for libraries in folders of its own:\n${output}")
+    endif()
+  else()
+    file(READ ${file} text)
+    foreach(folder ${SOURCE} ${BUILD} ${WORK})
+      string(FIND "${text}" ${folder} position)
+      if(NOT position EQUAL -1)
+        message(FATAL_ERROR "${file} mentions ${folder}")
+      endif()
+    endforeach()
+  endif()
+endforeach()
+
+function(check_consumer program)
+  run(${program})
+  if(NOT output STREQUAL "${VERSION}\n")
+    message(FATAL_ERROR "${program} was compiled for version ${output}")
+  endif()
+endfunction()
+
+set(configure ${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -G ${GENERATOR} -DCMAKE_C_COMPILER=${C_COMPILER}
+  -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix} -DVERSION=${VERSION} --no-warn-unused-cli)
+set(C_source consumer.c)
+set(CXX_source consumer.cpp)
+foreach(language C CXX)
+  run(${configure} -B ${WORK}/${language} -DLANGUAGE=${language} -DSOURCE=${${language}_source})
+  run(${CMAKE_COMMAND} --build ${WORK}/${language})
+  check_consumer(${WORK}/${language}/consumer)
+endforeach()
+
+if(PKG_CONFIG)
+  set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
+  run(${PKG_CONFIG} --cflags --libs "VLVKMakeupEngine = ${VERSION}")
+  separate_arguments(flags UNIX_COMMAND "${output}")
+  list(APPEND flags -Wl,-rpath,${prefix}/${LIBDIR})
+  run(${C_COMPILER} -std=c99 ${CMAKE_CURRENT_LIST_DIR}/consumer.c ${flags} -o ${WORK}/consumer_c)
+  run(${CXX_COMPILER} -std=c++11 ${CMAKE_CURRENT_LIST_DIR}/consumer.cpp ${flags} -o ${WORK}/consumer_cpp)
+  check_consumer(${WORK}/consumer_c)
+  check_consumer(${WORK}/consumer_cpp)
+endif()
+
+# As a part of another project the library has the same name there, and installs nothing.
+run(${configure} -B ${WORK}/part -DFOLDER=${SOURCE} -DSOURCE=consumer.cpp -DVLVK_BUILD_TOOLS=OFF -DVLVK_BUILD_TESTS=OFF
+  -DVLVK_BUILD_BENCHMARKS=OFF -DVLVK_BUILD_JAVA=OFF)
+run(${CMAKE_COMMAND} --install ${WORK}/part --prefix ${WORK}/nothing)
+if(EXISTS ${WORK}/nothing)
+  message(FATAL_ERROR "a part of another project is installed")
+endif()
