@@ -1,3 +1,4 @@
+/// @file
 /// `struct timeb`, also where the platform no longer has it.
 #ifndef VLVK_FILTER_TIMEB_H
 #define VLVK_FILTER_TIMEB_H
@@ -7,11 +8,12 @@
 #else
 #include <ctime>
 
+/// Wall clock time.
 struct timeb {
   std::time_t time;        ///< seconds since the epoch
   unsigned short millitm;  ///< and milliseconds
-  short timezone;
-  short dstflag;
+  short timezone;          ///< not used
+  short dstflag;           ///< not used
 };
 #endif
 
