@@ -143,6 +143,7 @@ endif()
 # The desktop program, run as a process, where it is built.
 if(TARGET vlvk-makeup)
   add_executable(vlvk_tool_tests
+    tests/tool_cube_test.cpp
     tests/tool_directory.cpp
     tests/tool_directory.h
     tests/tool_photo_test.cpp

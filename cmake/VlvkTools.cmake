@@ -26,6 +26,10 @@ add_library(vlvk_tool STATIC
   tools/beautify.h
   tools/bench.cpp
   tools/bench.h
+  tools/color_cube.cpp
+  tools/color_cube.h
+  tools/cube_file.cpp
+  tools/cube_file.h
   tools/error.h
   tools/error_line.cpp
   tools/error_line.h
@@ -59,6 +63,10 @@ add_library(vlvk_tool STATIC
   tools/table.h
   tools/table_file.cpp
   tools/table_file.h
+  tools/table_formats.cpp
+  tools/table_formats.h
+  tools/table_picture.cpp
+  tools/table_picture.h
   tools/target.cpp
   tools/target.h
 )

@@ -4,7 +4,7 @@
 #   bash scripts/setup.sh [PURPOSE...]
 #
 # Purposes, without any of them program: program, test, java, check (layout and lint), bench (with the
-# libraries compared with), plot, cross (tests for ARM in an emulator), fuzz, valgrind, docs.
+# libraries compared with), plot, cross (tests for ARM in an emulator), fuzz, valgrind, docs, video.
 set -euo pipefail
 
 packages=(cmake g++ make)
@@ -21,6 +21,7 @@ for purpose in "${@:-program}"; do
     fuzz) packages+=(clang libclang-rt-14-dev) ;;
     valgrind) packages+=(valgrind) ;;
     docs) packages+=(doxygen) ;;
+    video) packages+=(ffmpeg) ;;
     plot) packages+=(python3 python3-matplotlib) ;;
     *)
       echo "setup.sh: unknown purpose '$purpose'" >&2

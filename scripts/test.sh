@@ -84,7 +84,7 @@ for step in "${steps[@]}"; do
 done
 
 mkdir -p out
-purposes=(program test)
+purposes=(program test video)
 needs() { # PURPOSE STEP...
   for step in "${@:2}"; do
     [[ " ${steps[*]} " != *" $step "* ]] || purposes+=("$1")

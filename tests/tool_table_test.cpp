@@ -159,8 +159,8 @@ TEST_F(Table, CheckAndUnpackTellWhatIsWrong) {
   expectFault(Bytes(good.begin(), good.end() - 1), {name, "74 74 74 74", "only 1048575 "});
   expectFault(Bytes(std::size_t{17} << 20), {name, "16 MiB"});
   writePng(path("other.png"), 8, 8, {PNG_COLOR_TYPE_GRAY, 8}, [](int x, int, int) { return x; });
-  for (const Bytes& other : {readBytes(path("other.png")), Bytes(40, 'a')})
-    expectFault(other, {name + "not a colour table, nor any other resource file of the engine\n"});
+  expectFault(readBytes(path("other.png")), {name + "not a colour table of the engine, it holds a PNG\n"});
+  expectFault(Bytes(40, 'a'), {name + "not a colour table, nor any other resource file of the engine\n"});
   struct Fault {
     Bytes factors;
     std::vector<std::string> texts;

@@ -4,7 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/number_option.h"
-#include "tools/table_file.h"
+#include "tools/table_formats.h"
 
 namespace vlvk::tool {
 
@@ -13,14 +13,14 @@ void LookOptions::addTo(CLI::App* command) {
   addNumberOption(command, "--soften", &look_.soften, 0, 1000, "Strength of skin smoothing");
   addNumberOption(command, "--radius", &look_.radius, 0, 128,
                   "Reach of the smoothing in pixels, rounded up to a multiple of 8; 0: none");
-  tableOption_ = command->add_option("--table", table_, "Colour table to apply, a resource file such as adjust.vlk")
-                     ->type_name("FILE");
+  tableOption_ =
+      command->add_option("--table", table_, "Colour table to apply: .vlk, .cube or HALD .png")->type_name("FILE");
   addNumberOption(command, "--threads", &look_.threads, 1, 64, "Threads to use; the result is the same");
 }
 
 Look LookOptions::look() const {
   Look look = look_;
-  if (tableOption_->count() > 0) look.table = readTable(table_).picture;
+  if (tableOption_->count() > 0) look.table = readAnyTable(table_);
   return look;
 }
 

@@ -21,6 +21,18 @@ namespace {
 
 constexpr std::size_t kMaxFileSize = std::size_t{1} << 30;
 
+Picture decode(PictureKind kind, std::span<const std::uint8_t> file) {
+  const std::optional<PictureKind> content = kindOfContent(file);
+  if (content != kind) {
+    std::string reason = std::string("not a ") + nameOf(kind) + " picture";
+    if (content) reason += std::string(", it holds a ") + nameOf(*content);
+    throw Error(reason);
+  }
+  return kind == PictureKind::kPng ? decodePng(file) : decodeJpeg(file);
+}
+
+}  // namespace
+
 std::optional<PictureKind> kindOfContent(std::span<const std::uint8_t> file) {
   static constexpr std::uint8_t kPngStart[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
   static constexpr std::uint8_t kJpegStart[] = {0xFF, 0xD8, 0xFF};
@@ -35,18 +47,6 @@ std::optional<PictureKind> kindOfContent(std::span<const std::uint8_t> file) {
 const char* nameOf(PictureKind kind) {
   return kind == PictureKind::kPng ? "PNG" : "JPEG";
 }
-
-Picture decode(PictureKind kind, std::span<const std::uint8_t> file) {
-  const std::optional<PictureKind> content = kindOfContent(file);
-  if (content != kind) {
-    std::string reason = std::string("not a ") + nameOf(kind) + " picture";
-    if (content) reason += std::string(", it holds a ") + nameOf(*content);
-    throw Error(reason);
-  }
-  return kind == PictureKind::kPng ? decodePng(file) : decodeJpeg(file);
-}
-
-}  // namespace
 
 PictureKind pictureKind(const std::string& path) {
   std::string extension = std::filesystem::path(path).extension().string();

@@ -2,6 +2,9 @@
 #ifndef VLVK_TOOLS_PICTURE_FILE_H
 #define VLVK_TOOLS_PICTURE_FILE_H
 
+#include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 
 #include "tools/picture.h"
@@ -12,6 +15,12 @@ enum class PictureKind { kPng, kJpeg };
 
 /// .png, .jpg or .jpeg in any case. Throws Error for other names.
 PictureKind pictureKind(const std::string& path);
+
+/// What the first bytes of a file tell; nothing: no picture of these kinds.
+std::optional<PictureKind> kindOfContent(std::span<const std::uint8_t> file);
+
+/// "PNG" or "JPEG".
+const char* nameOf(PictureKind kind);
 
 /// Reads a picture, upright. Throws Error, which names `path` as given.
 Picture readPicture(const std::string& path);

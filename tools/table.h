@@ -1,4 +1,4 @@
-/// The command `table`: making, unpacking and checking colour tables.
+/// The command `table`: making, converting and checking colour tables.
 #ifndef VLVK_TOOLS_TABLE_H
 #define VLVK_TOOLS_TABLE_H
 

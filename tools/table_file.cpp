@@ -4,10 +4,12 @@
 #include <algorithm>
 
 #include "filter/color_picture.h"
+#include "tools/cube_file.h"
 #include "tools/error.h"
 #include "tools/error_line.h"
 #include "tools/input_file.h"
 #include "tools/output_file.h"
+#include "tools/picture_file.h"
 
 namespace vlvk::tool {
 namespace {
@@ -31,6 +33,13 @@ std::string hex(const Header& header, int at) {
   }
   text.pop_back();
   return text;
+}
+
+// What a file of another kind holds.
+std::string whatElse(std::span<const std::uint8_t> file) {
+  if (const auto picture = kindOfContent(file)) return std::string(" of the engine, it holds a ") + nameOf(*picture);
+  if (isCubeText(file)) return " of the engine, it holds the text of a .cube file";
+  return ", nor any other resource file of the engine";
 }
 
 // A factor by itself: the size that the header would state if the other factor were 1.
@@ -77,7 +86,7 @@ Table readTable(const std::string& path) {
   Table table{.header = {}, .fileSize = file.size(), .picture = std::vector<std::uint8_t>(kColorPictureSize)};
   std::copy_n(file.begin(), kResourceHeaderSize, table.header.begin());
   if (!isFactorCredible(table.header, kFactorA) || !isFactorCredible(table.header, kFactorB)) {
-    throw Error(path, "not a colour table, nor any other resource file of the engine");
+    throw Error(path, "not a colour table" + whatElse(file));
   }
   const std::int32_t size = resourcePayloadSize(file.data());
   const std::string fault = whatIsWrong(size, file.size() - kResourceHeaderSize);
