@@ -47,6 +47,8 @@ add_library(vlvk_tool STATIC
   tools/look_options.h
   tools/number_option.cpp
   tools/number_option.h
+  tools/nv21_frame.cpp
+  tools/nv21_frame.h
   tools/output_file.cpp
   tools/output_file.h
   tools/photo.cpp
@@ -69,6 +71,8 @@ add_library(vlvk_tool STATIC
   tools/table_picture.h
   tools/target.cpp
   tools/target.h
+  tools/weight_map.cpp
+  tools/weight_map.h
 )
 target_link_libraries(vlvk_tool PUBLIC vlvk_objects CLI11::CLI11 PNG::PNG JPEG::JPEG)
 vlvk_set_warnings(vlvk_tool)

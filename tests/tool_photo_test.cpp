@@ -13,8 +13,10 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -91,6 +93,55 @@ TEST_F(Photo, PortraitIsWhatTheLibraryMakesOfIt) {
     filter->radius = 9;
   });
   EXPECT_TRUE(readPng(path("look.PNG")).pixels == look);
+}
+
+// 64ths of a distance from the skin centre, from the filter's interleaved table.
+int skinWeight(const CFastEdgePreserved& filter, int distance) {
+  if (distance >= 48) return 0;
+  const int place = distance < 32 ? distance % 8 * 4 + distance / 8 : 32 + distance % 8 * 2 + (distance - 32) / 8;
+  return filter.skinTable[place];
+}
+
+// Whatever the colours of the map are: a weight has one, and the more the lighter.
+TEST_F(Photo, ShowWeightTellsSkin) {
+  const int width = 131;
+  const int height = 127;
+  Image source{width + 1, height + 1, {}};
+  for (int y = 0; y <= height; ++y) {
+    for (int x = 0; x <= width; ++x) {
+      for (const int value : {120 + x / 2, 128, 230 - y / 2 * 3, 255})
+        source.pixels.push_back(static_cast<std::uint8_t>(value));
+    }
+  }
+  writePng(path("in.png"), width, height, {PNG_COLOR_TYPE_RGB, 8},
+           [&](int x, int y, int c) { return source.at(x, y)[c]; });
+  process("in.png", "out.png", {"--show-weight", "--compare", "--soften", "300"});
+  const Image both = readPng(path("out.png"));
+  ASSERT_EQ(both.width, 2 * width);
+  ASSERT_EQ(both.height, height);
+  Bytes luma(source.pixels.size() / 4);
+  Bytes chroma(luma.size() / 2);
+  VKRGBAToNV21_NeonCall(source.pixels.data(), (width + 1) * 4, luma.data(), width + 1, chroma.data(), width + 1,
+                        width + 1, height + 1);
+  const CFastEdgePreserved filter(1, nullptr);
+  std::map<int, std::vector<int>> colors;
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const std::uint8_t* pair = &chroma[y / 2 * (width + 1) + x / 2 * 2];
+      const int weight = skinWeight(filter, std::abs(pair[0] - filter.skinCentre[1])) *
+                             skinWeight(filter, std::abs(pair[1] - filter.skinCentre[2])) >>
+                         6;
+      const std::vector<int> color(both.at(width + x, y), both.at(width + x, y) + 3);
+      ASSERT_EQ(colors.try_emplace(weight, color).first->second, color) << x << ", " << y << " weight " << weight;
+    }
+  }
+  ASSERT_TRUE(colors.contains(0) && colors.contains(64) && colors.size() > 40) << colors.size();
+  int previous = -1;
+  for (const auto& [weight, color] : colors) {
+    const int lightness = 30 * color[0] + 59 * color[1] + 11 * color[2];
+    EXPECT_GT(lightness, previous) << weight;
+    previous = lightness;
+  }
 }
 
 TEST_F(Photo, ThreadsAndTargetsDoNotChangeTheBytes) {

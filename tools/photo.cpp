@@ -13,6 +13,7 @@
 #include "tools/number_option.h"
 #include "tools/picture_file.h"
 #include "tools/target.h"
+#include "tools/weight_map.h"
 
 namespace vlvk::tool {
 namespace {
@@ -21,15 +22,16 @@ struct PhotoOptions {
   std::string in;
   std::string out;
   LookOptions look;
-  int quality = 92;
+  int quality = kDefaultQuality;
   bool compare = false;
+  bool showWeight = false;
 };
 
 Picture resultOf(const PhotoOptions& options) {
   const Picture original = readPicture(options.in);
   const Look look = options.look.look();
   try {
-    Picture result = beautify(original, look);
+    Picture result = options.showWeight ? weightMap(original, look) : beautify(original, look);
     return options.compare ? sideBySide(original, result) : std::move(result);
   } catch (const Error& error) {
     throw Error(options.in, error.what());
@@ -52,9 +54,13 @@ void addPhotoCommand(CLI::App* program) {
       ->type_name("FILE");
   options->look.addTo(command);
   command->add_flag("--compare", options->compare, "Write original (left) and result (right) side by side");
+  command->add_flag("--show-weight", options->showWeight,
+                    "Write a heat map of what is taken for skin instead of the result");
   addNumberOption(command, "--quality", &options->quality, 1, 100, "Quality of a JPEG");
   addTargetOption(command);
   command->footer(
+      "The heat map of --show-weight is black where nothing is smoothed, and over violet, red and orange pale yellow\n"
+      "where the smoothing shows in full. Colour alone decides that; --whiten, --soften, --radius and --table do not.\n"
       "Transparency is kept in PNG; a JPEG shows it over white. RGB colour profiles are carried over, and pictures\n"
       "that a camera took sideways are turned upright. At most 32768 pixels on a side and 268 megapixels are read,\n"
       "from files of at most 1 GiB. That takes up to 6 GB of memory, or 3.5 GB without --compare and for usual files;\n"

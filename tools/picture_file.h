@@ -11,6 +11,9 @@
 
 namespace vlvk::tool {
 
+/// Of a JPEG: no difference to the eye.
+inline constexpr int kDefaultQuality = 92;
+
 enum class PictureKind { kPng, kJpeg };
 
 /// .png, .jpg or .jpeg in any case. Throws Error for other names.
@@ -28,7 +31,7 @@ Picture readPicture(const std::string& path);
 /// Writes a picture; see writeFile.
 ///
 /// @param quality  1 to 100, JPEG only
-void writePicture(const std::string& path, const Picture& picture, int quality);
+void writePicture(const std::string& path, const Picture& picture, int quality = kDefaultQuality);
 
 }  // namespace vlvk::tool
 
