@@ -148,6 +148,7 @@ if(TARGET vlvk-makeup)
     tests/tool_directory.h
     tests/tool_photo_test.cpp
     tests/tool_program_test.cpp
+    tests/tool_sheet_test.cpp
     tests/tool_support.cpp
     tests/tool_support.h
     tests/tool_table_test.cpp

@@ -4,6 +4,9 @@
 find_package(CLI11 CONFIG QUIET)
 find_package(PNG QUIET)
 find_package(JPEG QUIET)
+find_path(VLVK_GD_INCLUDE_DIR gd.h)
+find_library(VLVK_GD_LIBRARY NAMES gd libgd)
+mark_as_advanced(VLVK_GD_INCLUDE_DIR VLVK_GD_LIBRARY)
 
 set(VLVK_TOOLS_MISSING "")
 if(NOT CLI11_FOUND)
@@ -14,6 +17,9 @@ if(NOT PNG_FOUND)
 endif()
 if(NOT JPEG_FOUND)
   list(APPEND VLVK_TOOLS_MISSING "libjpeg-turbo")
+endif()
+if(NOT VLVK_GD_INCLUDE_DIR OR NOT VLVK_GD_LIBRARY)
+  list(APPEND VLVK_TOOLS_MISSING "libgd")
 endif()
 if(VLVK_TOOLS_MISSING)
   list(JOIN VLVK_TOOLS_MISSING ", " VLVK_TOOLS_MISSING)
@@ -59,6 +65,12 @@ add_library(vlvk_tool STATIC
   tools/picture_file.h
   tools/png_file.cpp
   tools/png_file.h
+  tools/sheet.cpp
+  tools/sheet.h
+  tools/sheet_canvas.cpp
+  tools/sheet_canvas.h
+  tools/sheet_options.cpp
+  tools/sheet_options.h
   tools/standard_output.cpp
   tools/standard_output.h
   tools/table.cpp
@@ -74,7 +86,8 @@ add_library(vlvk_tool STATIC
   tools/weight_map.cpp
   tools/weight_map.h
 )
-target_link_libraries(vlvk_tool PUBLIC vlvk_objects CLI11::CLI11 PNG::PNG JPEG::JPEG)
+target_link_libraries(vlvk_tool PUBLIC vlvk_objects CLI11::CLI11 PNG::PNG JPEG::JPEG ${VLVK_GD_LIBRARY})
+target_include_directories(vlvk_tool SYSTEM PRIVATE ${VLVK_GD_INCLUDE_DIR})
 vlvk_set_warnings(vlvk_tool)
 
 add_executable(vlvk-makeup tools/main.cpp)

@@ -9,10 +9,9 @@
 namespace vlvk::tool {
 
 void LookOptions::addTo(CLI::App* command) {
-  addNumberOption(command, "--whiten", &look_.whiten, 0, 100, "Whitening in percent");
-  addNumberOption(command, "--soften", &look_.soften, 0, 1000, "Strength of skin smoothing");
-  addNumberOption(command, "--radius", &look_.radius, 0, 128,
-                  "Reach of the smoothing in pixels, rounded up to a multiple of 8; 0: none");
+  for (const LookSetting& setting : kLookSettings) {
+    addNumberOption(command, setting.option, &(look_.*setting.value), setting.low, setting.high, setting.help);
+  }
   tableOption_ =
       command->add_option("--table", table_, "Colour table to apply: .vlk, .cube or HALD .png")->type_name("FILE");
   addNumberOption(command, "--threads", &look_.threads, 1, 64, "Threads to use; the result is the same");

@@ -15,6 +15,7 @@
 #include "tools/error_line.h"
 #include "tools/interrupt.h"
 #include "tools/photo.h"
+#include "tools/sheet.h"
 #include "tools/standard_output.h"
 #include "tools/table.h"
 #include "tools/target.h"
@@ -87,6 +88,7 @@ int main(int argc, char** argv) {
     program.require_subcommand(1);
     vlvk::tool::addTargetOption(&program);
     vlvk::tool::addPhotoCommand(&program);
+    vlvk::tool::addSheetCommand(&program);
     vlvk::tool::addTableCommand(&program);
     vlvk::tool::addBenchCommand(&program);
     addVersionFlag(&program);
