@@ -1,6 +1,8 @@
 /// Temporary file, permissions, rename.
 #include "tools/output_file.h"
 
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,11 +10,9 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
-#include <filesystem>
 #include <system_error>
 
 #include "tools/error.h"
-#include "tools/interrupt.h"
 
 namespace vlvk::tool {
 namespace {
@@ -28,46 +28,15 @@ void failIfInterrupted() {
   if (InterruptPause::isDue()) throw Error("interrupted");
 }
 
-// A file of its own name in `directory`, removed again unless it is renamed.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const std::filesystem::path& directory)
-      : name_((directory / ".vlvk-makeup.XXXXXX").string()), descriptor_(mkstemp(name_.data())) {
-    if (descriptor_ < 0) failWithErrno();
+// Runs a step of the writing, whose reasons get the file's name.
+template <typename Step>
+void named(const std::string& name, const Step& step) {
+  try {
+    step();
+  } catch (const Error& error) {
+    throw Error(name, std::string("cannot be written: ") + error.what());
   }
-  ~TemporaryFile() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-    if (!renamed_) ::unlink(name_.c_str());
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-  void write(std::span<const std::uint8_t> bytes) const {
-    while (!bytes.empty()) {
-      failIfInterrupted();
-      const ssize_t count = ::write(descriptor_, bytes.data(), std::min(bytes.size(), kMaxWrite));
-      if (count < 0 && errno != EINTR) failWithErrno();
-      if (count > 0) bytes = bytes.subspan(static_cast<std::size_t>(count));
-    }
-  }
-
-  void rename(const std::filesystem::path& target, mode_t mode) {
-    if (::fchmod(descriptor_, mode) != 0) failWithErrno();
-    // Some file systems have no fsync; any other failure means that the data is not safe.
-    if (::fsync(descriptor_) != 0 && errno != EINVAL && errno != ENOSYS) failWithErrno();
-    const int descriptor = descriptor_;
-    descriptor_ = -1;
-    if (::close(descriptor) != 0) failWithErrno();
-    failIfInterrupted();
-    if (::rename(name_.c_str(), target.c_str()) != 0) failWithErrno();
-    renamed_ = true;
-  }
-
- private:
-  std::string name_;
-  int descriptor_;
-  bool renamed_ = false;
-};
+}
 
 mode_t modeOfNewFiles() {
   const mode_t mask = ::umask(0);
@@ -75,18 +44,12 @@ mode_t modeOfNewFiles() {
   return 0666 & ~mask;
 }
 
-// The permissions the result gets: those of the file it replaces. Renaming would replace anything, so what is no file,
-// and what may not be written, is refused here.
-mode_t checkTarget(const std::filesystem::path& target) {
+// Type and permissions of what is there; of a new file where there is nothing.
+mode_t modeOf(const std::filesystem::path& target) {
   struct stat status {};
-  if (::stat(target.c_str(), &status) != 0) {
-    if (errno != ENOENT) failWithErrno();
-    return modeOfNewFiles();
-  }
-  if (S_ISDIR(status.st_mode)) throw Error(systemReason(EISDIR));
-  if (!S_ISREG(status.st_mode)) throw Error("not a regular file");
-  if (::access(target.c_str(), W_OK) != 0) failWithErrno();
-  return status.st_mode & 0777;
+  if (::stat(target.c_str(), &status) == 0) return status.st_mode;
+  if (errno != ENOENT) failWithErrno();
+  return S_IFREG | modeOfNewFiles();
 }
 
 // Where the bytes of `path` are, or will be: links are followed, one that leads nowhere too.
@@ -103,23 +66,93 @@ std::filesystem::path targetOf(const std::string& path) {
   return target;
 }
 
-void replaceFile(const std::string& path, std::span<const std::uint8_t> bytes) {
-  const std::filesystem::path target = targetOf(path);
-  const mode_t mode = checkTarget(target);
-  const InterruptPause pause;
-  TemporaryFile file(target.has_parent_path() ? target.parent_path() : std::filesystem::path("."));
-  file.write(bytes);
-  file.rename(target, mode);
-}
-
 }  // namespace
 
+OutputFile::OutputFile(const std::string& path, Devices devices) : name_(path) {
+  named(name_, [&] {
+    if (devices == Devices::kTaken && isStandardOutput(path)) {
+      name_ = "standard output";
+      descriptor_ = STDOUT_FILENO;
+      return;
+    }
+    const mode_t mode = modeOf(path);
+    if (devices == Devices::kTaken && (S_ISFIFO(mode) || S_ISCHR(mode))) {
+      openStraight(path);
+      return;
+    }
+    // Renaming would replace anything, so what is no file, and what may not be written, is refused here.
+    if (S_ISDIR(mode)) throw Error(systemReason(EISDIR));
+    if (!S_ISREG(mode)) throw Error("not a regular file");
+    target_ = targetOf(path);
+    if (::access(target_.c_str(), W_OK) != 0 && errno != ENOENT) failWithErrno();
+    makeTemporary(mode & 0777);
+  });
+}
+
+OutputFile::~OutputFile() {
+  if (descriptor_ >= 0 && descriptor_ != STDOUT_FILENO) ::close(descriptor_);
+  if (!temporary_.empty()) ::unlink(temporary_.c_str());
+}
+
+void OutputFile::openStraight(const std::string& path) {
+  descriptor_ = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+  if (descriptor_ < 0) failWithErrno();
+}
+
+void OutputFile::makeTemporary(mode_t mode) {
+  mode_ = mode;
+  pause_.emplace();
+  const std::filesystem::path directory = target_.has_parent_path() ? target_.parent_path() : ".";
+  std::string temporary = directory / ".vlvk-makeup.XXXXXX";
+  descriptor_ = ::mkostemp(temporary.data(), O_CLOEXEC);
+  if (descriptor_ < 0) failWithErrno();
+  temporary_ = temporary;
+}
+
+void OutputFile::write(std::span<const std::uint8_t> bytes) {
+  named(name_, [&] {
+    while (!bytes.empty()) {
+      failIfInterrupted();
+      const ssize_t count = ::write(descriptor_, bytes.data(), std::min(bytes.size(), kMaxWrite));
+      if (count < 0 && errno == EAGAIN) {  // a pipe whose other users want it that way
+        pollfd ready{descriptor_, POLLOUT, 0};
+        ::poll(&ready, 1, 100);
+      } else if (count < 0 && errno != EINTR) {
+        failWithErrno();
+      }
+      if (count > 0) bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+  });
+}
+
+void OutputFile::commit() {
+  if (!temporary_.empty()) named(name_, [this] { rename(); });
+}
+
+void OutputFile::rename() {
+  if (::fchmod(descriptor_, mode_) != 0) failWithErrno();
+  // Some file systems have no fsync; any other failure means that the data is not safe.
+  if (::fsync(descriptor_) != 0 && errno != EINVAL && errno != ENOSYS) failWithErrno();
+  const int descriptor = descriptor_;
+  descriptor_ = -1;
+  if (::close(descriptor) != 0) failWithErrno();
+  failIfInterrupted();
+  if (::rename(temporary_.c_str(), target_.c_str()) != 0) failWithErrno();
+  temporary_.clear();
+}
+
+bool isStandardOutput(const std::string& path) {
+  return path == "-" || path == "/dev/stdout";
+}
+
+void requireWritable(const std::string& path) {
+  const OutputFile file(path, Devices::kRefused);
+}
+
 void writeFile(const std::string& path, std::span<const std::uint8_t> bytes) {
-  try {
-    replaceFile(path, bytes);
-  } catch (const Error& error) {
-    throw Error(path, std::string("cannot be written: ") + error.what());
-  }
+  OutputFile file(path, Devices::kRefused);
+  file.write(bytes);
+  file.commit();
 }
 
 }  // namespace vlvk::tool
