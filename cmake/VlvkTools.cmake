@@ -71,6 +71,8 @@ add_library(vlvk_tool STATIC
   tools/sheet_canvas.h
   tools/sheet_options.cpp
   tools/sheet_options.h
+  tools/size_option.cpp
+  tools/size_option.h
   tools/standard_output.cpp
   tools/standard_output.h
   tools/table.cpp

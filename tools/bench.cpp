@@ -3,7 +3,6 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +10,6 @@
 #include <memory>
 #include <random>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "bindings/IBeautyResourceLoader.h"
@@ -19,7 +17,7 @@
 #include "targets/row_loops.h"
 #include "tools/error.h"
 #include "tools/number_option.h"
-#include "tools/picture.h"
+#include "tools/size_option.h"
 #include "tools/standard_output.h"
 #include "tools/target.h"
 
@@ -30,11 +28,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kWarmUpFrames = 2;  // they size the buffers and build the tables
 constexpr std::size_t kLeastFrames = 3;
-
-struct FrameSize {
-  int width;
-  int height;
-};
 
 struct BenchOptions {
   std::vector<FrameSize> sizes{{1280, 720}, {1920, 1080}, {3840, 2160}};
@@ -115,21 +108,6 @@ void runBench(const BenchOptions& options, const std::vector<std::string>& targe
   }
 }
 
-FrameSize sizeOf(const std::string& text) {
-  FrameSize size{};
-  const char* end = text.data() + text.size();
-  const auto width = std::from_chars(text.data(), end, size.width);
-  const bool separated = width.ec == std::errc() && width.ptr != end && *width.ptr == 'x';
-  const auto height = std::from_chars(separated ? width.ptr + 1 : end, end, size.height);
-  const auto isSide = [](int side) { return side >= 1 && side <= static_cast<int>(kMaxSide); };
-  if (height.ec == std::errc() && height.ptr == end && isSide(size.width) && isSide(size.height) &&
-      std::uint64_t{1} * size.width * size.height <= kMaxPixels) {
-    return size;
-  }
-  throw CLI::ValidationError("--size", "'" + text + "' is no size such as 1280x720, with at most " +
-                                           std::to_string(kMaxSide) + " pixels on a side and 268 million in all");
-}
-
 }  // namespace
 
 void addBenchCommand(CLI::App* program) {
@@ -138,7 +116,7 @@ void addBenchCommand(CLI::App* program) {
   const auto setSizes = [options](const std::vector<std::string>& texts) {
     options->sizes.clear();
     for (const std::string& text : texts)
-      options->sizes.push_back(sizeOf(text));
+      options->sizes.push_back(parseFrameSize(text));
   };
   command
       ->add_option_function<std::vector<std::string>>(
