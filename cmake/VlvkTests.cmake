@@ -152,6 +152,7 @@ if(TARGET vlvk-makeup)
     tests/tool_support.cpp
     tests/tool_support.h
     tests/tool_table_test.cpp
+    tests/tool_video_test.cpp
   )
   target_compile_definitions(vlvk_tool_tests PRIVATE
     VLVK_TOOL_PROGRAM="$<TARGET_FILE:vlvk-makeup>"

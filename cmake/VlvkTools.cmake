@@ -7,6 +7,7 @@ find_package(JPEG QUIET)
 find_path(VLVK_GD_INCLUDE_DIR gd.h)
 find_library(VLVK_GD_LIBRARY NAMES gd libgd)
 mark_as_advanced(VLVK_GD_INCLUDE_DIR VLVK_GD_LIBRARY)
+find_package(ZLIB QUIET)
 
 set(VLVK_TOOLS_MISSING "")
 if(NOT CLI11_FOUND)
@@ -20,6 +21,9 @@ if(NOT JPEG_FOUND)
 endif()
 if(NOT VLVK_GD_INCLUDE_DIR OR NOT VLVK_GD_LIBRARY)
   list(APPEND VLVK_TOOLS_MISSING "libgd")
+endif()
+if(NOT ZLIB_FOUND)
+  list(APPEND VLVK_TOOLS_MISSING "zlib")
 endif()
 if(VLVK_TOOLS_MISSING)
   list(JOIN VLVK_TOOLS_MISSING ", " VLVK_TOOLS_MISSING)
@@ -41,8 +45,17 @@ add_library(vlvk_tool STATIC
   tools/error_line.h
   tools/exif_orientation.cpp
   tools/exif_orientation.h
+  tools/frame_pipe.cpp
+  tools/frame_pipe.h
+  tools/frame_queue.h
+  tools/frame_records.cpp
+  tools/frame_records.h
+  tools/frame_stream.cpp
+  tools/frame_stream.h
   tools/input_file.cpp
   tools/input_file.h
+  tools/input_stream.cpp
+  tools/input_stream.h
   tools/interrupt.cpp
   tools/interrupt.h
   tools/jpeg_file.cpp
@@ -65,6 +78,8 @@ add_library(vlvk_tool STATIC
   tools/picture_file.h
   tools/png_file.cpp
   tools/png_file.h
+  tools/progress.cpp
+  tools/progress.h
   tools/sheet.cpp
   tools/sheet.h
   tools/sheet_canvas.cpp
@@ -85,10 +100,16 @@ add_library(vlvk_tool STATIC
   tools/table_picture.h
   tools/target.cpp
   tools/target.h
+  tools/video.cpp
+  tools/video.h
+  tools/video_frame.cpp
+  tools/video_frame.h
   tools/weight_map.cpp
   tools/weight_map.h
+  tools/y4m.cpp
+  tools/y4m.h
 )
-target_link_libraries(vlvk_tool PUBLIC vlvk_objects CLI11::CLI11 PNG::PNG JPEG::JPEG ${VLVK_GD_LIBRARY})
+target_link_libraries(vlvk_tool PUBLIC vlvk_objects CLI11::CLI11 PNG::PNG JPEG::JPEG ZLIB::ZLIB ${VLVK_GD_LIBRARY})
 target_include_directories(vlvk_tool SYSTEM PRIVATE ${VLVK_GD_INCLUDE_DIR})
 vlvk_set_warnings(vlvk_tool)
 

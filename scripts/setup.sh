@@ -10,7 +10,7 @@ set -euo pipefail
 packages=(cmake g++ make)
 for purpose in "${@:-program}"; do
   case "$purpose" in
-    program) packages+=(libcli11-dev libgd-dev libjpeg62-turbo-dev libpng-dev) ;;
+    program) packages+=(libcli11-dev libgd-dev libjpeg62-turbo-dev libpng-dev zlib1g-dev) ;;
     test) packages+=(default-jdk-headless dpkg-dev junit4 libgtest-dev mandoc pkgconf) ;;
     java) packages+=(default-jdk-headless) ;;
     check) packages+=(clang-format clang-tidy) ;;

@@ -19,7 +19,8 @@ using Program = ToolDirectory;
 using Arguments = std::vector<std::string>;
 
 TEST_F(Program, HelpAndVersionGoToStandardOutput) {
-  for (const Arguments& command : {Arguments{}, {"photo"}, {"sheet"}, {"bench"}, {"table"}, {"table", "pack"}}) {
+  for (const Arguments& command :
+       {Arguments{}, {"photo"}, {"video"}, {"sheet"}, {"bench"}, {"table"}, {"table", "pack"}}) {
     for (const std::string flag : {"--help", "--version"}) {
       Arguments arguments = command;
       arguments.push_back(flag);

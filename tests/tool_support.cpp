@@ -20,15 +20,16 @@
 namespace vlvk::tool_test {
 namespace {
 
-[[noreturn]] void becomeProgram(const std::vector<std::string>& arguments, std::uint64_t fileLimit, int out, int err) {
+[[noreturn]] void becomeProgram(const std::vector<std::string>& arguments, const Surroundings& with) {
   std::vector<char*> words{const_cast<char*>(VLVK_TOOL_PROGRAM)};  // NOLINT(cppcoreguidelines-pro-type-const-cast)
   for (const std::string& word : arguments)
     words.push_back(const_cast<char*>(word.c_str()));  // NOLINT
   words.push_back(nullptr);
-  const rlimit limit{fileLimit, fileLimit};
-  if (fileLimit != 0) setrlimit(RLIMIT_FSIZE, &limit);
-  dup2(out, STDOUT_FILENO);
-  dup2(err, STDERR_FILENO);
+  const rlimit limit{with.fileLimit, with.fileLimit};
+  if (with.fileLimit != 0) setrlimit(RLIMIT_FSIZE, &limit);
+  if (with.in >= 0) dup2(with.in, STDIN_FILENO);
+  dup2(with.out, STDOUT_FILENO);
+  dup2(with.err, STDERR_FILENO);
   execv(VLVK_TOOL_PROGRAM, words.data());
   _exit(126);
 }
@@ -87,8 +88,10 @@ ProgramRun runProgram(const std::vector<std::string>& arguments, const Surroundi
   std::FILE* err = std::tmpfile();
   const pid_t child = fork();
   if (child == 0) {
-    becomeProgram(arguments, surroundings.fileLimit, surroundings.out < 0 ? fileno(out) : surroundings.out,
-                  fileno(err));
+    Surroundings with = surroundings;
+    if (with.out < 0) with.out = fileno(out);
+    if (with.err < 0) with.err = fileno(err);
+    becomeProgram(arguments, with);
   }
   if (child > 0 && surroundings.meanwhile) surroundings.meanwhile(child);
   int status = 0;

@@ -27,6 +27,8 @@ struct ProgramRun {
 struct Surroundings {
   std::uint64_t fileLimit = 0;  ///< bytes that the program may write to one file; 0: as many as it likes
   int out = -1;                 ///< descriptor that is its standard output; -1: a file, for ProgramRun::out
+  int err = -1;                 ///< likewise, for ProgramRun::err
+  int in = -1;                  ///< descriptor that is its standard input; -1: that of the test
   std::function<void(pid_t)> meanwhile = nullptr;  ///< called with the process while it runs
 };
 

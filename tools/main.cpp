@@ -19,6 +19,7 @@
 #include "tools/standard_output.h"
 #include "tools/table.h"
 #include "tools/target.h"
+#include "tools/video.h"
 
 namespace {
 
@@ -84,10 +85,11 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
     vlvk::tool::reportInterrupts();
-    CLI::App program("Skin beautification for pictures.", "vlvk-makeup");
+    CLI::App program("Skin beautification for pictures and video.", "vlvk-makeup");
     program.require_subcommand(1);
     vlvk::tool::addTargetOption(&program);
     vlvk::tool::addPhotoCommand(&program);
+    vlvk::tool::addVideoCommand(&program);
     vlvk::tool::addSheetCommand(&program);
     vlvk::tool::addTableCommand(&program);
     vlvk::tool::addBenchCommand(&program);
