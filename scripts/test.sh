@@ -8,6 +8,7 @@
 #   release   build with optimisation, warnings being errors, and run the tests
 #   sample    build the program and beautify the sample picture
 #   java      build the Java classes, their pages and the Java example, and beautify the sample picture with it
+#   video     beautify a short MP4 with the lines of docs/video.md and look at what comes out
 #   readme    compile and run the examples of the README
 #   asan      build with the address and undefined-behaviour sanitizers and run the tests
 #   tsan      build with the thread sanitizer and run the tests
@@ -23,7 +24,7 @@ cd "$(dirname "$0")/.."
 export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
 export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
 
-all_steps=(release sample java readme asan tsan valgrind fuzz armhf aarch64 format tidy docs)
+all_steps=(release sample java video readme asan tsan valgrind fuzz armhf aarch64 format tidy docs)
 
 # Runs a command with its output in a log, which is shown where the command fails.
 quietly() {
@@ -55,6 +56,7 @@ step_java() {
   bash scripts/try_java.sh
   quietly cmake --build build-try-java --target vlvk_javadoc
 }
+step_video() { bash scripts/try_video.sh; }
 step_readme() { bash scripts/check_readme.sh; }
 step_asan() { build_and_test asan; }
 step_tsan() { build_and_test tsan; }
