@@ -1,7 +1,4 @@
 /// Resource files, those that the program reads as colour tables, and the scrambling at any size.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -13,6 +10,7 @@
 #include "bindings/resource_file.h"
 #include "fuzz/check.h"
 #include "fuzz/input.h"
+#include "fuzz/memory_file.h"
 #include "tools/error.h"
 #include "tools/table_file.h"
 
@@ -21,27 +19,6 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using vlvk::kMaxResourcePayload;
 using vlvk::kResourceHeaderSize;
-
-/// A file that exists in memory only.
-class MemoryFile {
- public:
-  explicit MemoryFile(const Bytes& bytes) : descriptor_(memfd_create("resource", MFD_CLOEXEC)) {
-    fuzz::check(descriptor_ >= 0, "no file in memory");
-    for (std::size_t done = 0; done < bytes.size();) {
-      const ssize_t count = ::write(descriptor_, bytes.data() + done, bytes.size() - done);
-      fuzz::check(count > 0, "no room for a file in memory");
-      done += static_cast<std::size_t>(count);
-    }
-  }
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
-  ~MemoryFile() { ::close(descriptor_); }
-
-  std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
-
- private:
-  int descriptor_;
-};
 
 /// The size that a header states, in plain arithmetic: signed bytes, modulo 2^32.
 std::int32_t statedSize(const Bytes& header) {
@@ -75,7 +52,7 @@ void checkScrambling(const Bytes& payload) {
 }
 
 void checkTable(const Bytes& file) {
-  const MemoryFile memory(file);
+  const fuzz::MemoryFile memory(file);
   const std::string path = memory.path();
   const bool hasHeader = file.size() >= kResourceHeaderSize;
   const std::int32_t stated = hasHeader ? statedSize(file) : -1;

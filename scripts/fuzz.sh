@@ -16,7 +16,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds="${1:-20}"
 names=("${@:2}")
-[ ${#names[@]} -gt 0 ] || names=(resource_file cube picture frame target)
+[ ${#names[@]} -gt 0 ] || names=(resource_file cube picture y4m frame target)
 
 command -v clang++ >/dev/null || {
   echo "fuzz.sh: clang++ is missing" >&2

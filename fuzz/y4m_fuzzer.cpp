@@ -1,0 +1,84 @@
+/// Streams of frames, with headers and without: what is read, made ready for the engine and back is the stream again,
+/// up to where it breaks.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "fuzz/check.h"
+#include "fuzz/memory_file.h"
+#include "tools/error.h"
+#include "tools/frame_stream.h"
+#include "tools/picture.h"
+#include "tools/video_frame.h"
+
+namespace {
+
+using vlvk::tool::ChromaLayout;
+using vlvk::tool::FrameSize;
+using vlvk::tool::RawFrames;
+using vlvk::tool::VideoFrame;
+
+constexpr std::uint64_t kMaxFrame = 1U << 20;  // larger ones are slow and end early all the same
+
+/// Raw frames where the first byte is none that a header begins with.
+std::optional<RawFrames> rawFramesOf(std::span<const std::uint8_t> input) {
+  if (input.empty() || input[0] == 'Y') return std::nullopt;
+  const int shape = input[0];
+  return RawFrames{{1 + shape % 6, 1 + shape / 6 % 7}, static_cast<ChromaLayout>(shape % 3)};
+}
+
+/// Bytes of the engine's form that lie beside the stream's.
+void checkPadding(VideoFrame* frame, FrameSize size) {
+  const int width = frame->width();
+  for (int y = 0; y < frame->height(); ++y) {
+    for (int x = 0; x < width; ++x) {
+      const std::uint8_t* nearest = frame->luma() + std::min(y, size.height - 1) * width + std::min(x, size.width - 1);
+      fuzz::check(frame->luma()[y * width + x] == *nearest, "padded with something else");
+    }
+  }
+}
+
+/// The whole frames of a stream, put together again.
+std::vector<std::uint8_t> readFrames(vlvk::tool::FrameReader* reader) {
+  std::vector<std::uint8_t> bytes(reader->header().begin(), reader->header().end());
+  VideoFrame frame(reader->size(), reader->layout());
+  try {
+    for (std::uint64_t number = 1; reader->read(&frame, {}); ++number) {
+      fuzz::check(frame.number == number, "a frame has another's number");
+      frame.toEngine();
+      checkPadding(&frame, reader->size());
+      frame.toStream();
+      bytes.insert(bytes.end(), frame.header.begin(), frame.header.end());
+      for (const auto part : frame.streamParts())
+        bytes.insert(bytes.end(), part.begin(), part.end());
+    }
+  } catch (const vlvk::tool::BrokenStream& error) {
+    fuzz::check(!std::string(error.what()).empty(), "an error without a text");
+  }
+  return bytes;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::optional<RawFrames> raw = rawFramesOf({data, size});
+  const std::span<const std::uint8_t> stream = std::span(data, size).subspan(raw ? 1 : 0);
+  const fuzz::MemoryFile file(stream);
+  try {
+    vlvk::tool::FrameReader reader(file.path(), raw);
+    const auto [width, height] = reader.size();
+    fuzz::check(width > 0 && height > 0, "frames without pixels");
+    vlvk::tool::checkPictureSize(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height));
+    if (vlvk::tool::frameBytes(reader.size()) > kMaxFrame) return 0;
+    const std::vector<std::uint8_t> bytes = readFrames(&reader);
+    fuzz::check(bytes.size() <= stream.size() && std::equal(bytes.begin(), bytes.end(), stream.begin()),
+                "another stream than was read");
+  } catch (const vlvk::tool::Error& error) {
+    fuzz::check(std::string(error.what()).starts_with(file.path() + ": "), "an error does not name its file");
+  }
+  return 0;
+}
