@@ -92,6 +92,7 @@ TEST(Cube, FaultsAreToldWithTheirLine) {
       {"LUT_3D_SIZE 2\nLUT_1D_SIZE 2\nDOMAIN_MAX 1 1 1\n0 0 0", "line 3: DOMAIN_MIN and DOMAIN_MAX do not tell"},
       {"LUT_1D_SIZE 2\n0 -nan 0", "line 2: '-nan'"},
       {"LUT_1D_SIZE 2\n0 0 inf", "'inf'"},
+      {"LUT_1D_SIZE 2\n0 0 1.#INF", "'1.#INF'"},
       {"LUT_1D_SIZE 2\n0 0 1e39", "'1e39'"},
       {"LUT_1D_SIZE 2\n0 0 +-1", "'+-1'"},
       {"LUT_1D_SIZE 2\n0,5 0 0", "'0,5'"},

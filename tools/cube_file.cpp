@@ -40,7 +40,8 @@ constexpr std::array<KeywordForm, kKeywords> kForms{{{"TITLE", 0},
                                                      {"LUT_1D_INPUT_RANGE", 2},
                                                      {"LUT_3D_INPUT_RANGE", 2}}};
 
-// The words of a line: no more than a line may have, and one.
+// The words of a line before a comment: no more than a line may have, and one. A # inside a word begins no comment, as
+// 1.#INF and 1.#QNAN are what some programs write for numbers that are none.
 struct Words {
   static constexpr int kMost = 5;
   std::array<std::string_view, kMost> word;
@@ -49,11 +50,10 @@ struct Words {
 
 Words wordsOf(std::string_view line) {
   static constexpr std::string_view kBlanks = " \t";
-  line = line.substr(0, line.find('#'));
   Words words;
   while (words.count < Words::kMost) {
     line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
-    if (line.empty()) break;
+    if (line.empty() || line.front() == '#') break;
     const std::size_t length = std::min(line.find_first_of(kBlanks), line.size());
     words.word.at(static_cast<std::size_t>(words.count++)) = line.substr(0, length);
     line.remove_prefix(length);
