@@ -6,10 +6,12 @@
 #include <chrono>
 #include <cstdint>
 #include <exception>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "tools/error.h"
@@ -41,17 +43,27 @@ struct VideoOptions {
 const std::map<std::string, ChromaLayout> kRawFormats{
     {"i420", ChromaLayout::kPlanar}, {"nv12", ChromaLayout::kUThenV}, {"nv21", ChromaLayout::kVThenU}};
 
-// Two results in one place would spoil each other.
+// Where `path` leads to, however it is spelled.
+std::string placeOf(const std::string& path) {
+  if (isStandardOutput(path)) return "-";
+  std::error_code error;
+  const std::filesystem::path place = std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
+  return error ? path : place.string();
+}
+
+// Two results in one place would spoil each other, and a record in the place of IN the video.
 void checkDestinations(const VideoOptions& options) {
-  std::vector<std::string> taken;
-  for (std::string path : {options.out, options.checksums, options.times}) {
-    if (isStandardOutput(path)) path = "-";
+  std::vector<std::string> taken{placeOf(options.out)};
+  if (options.in != "-") taken.push_back(placeOf(options.in));
+  for (const std::string& path : {options.checksums, options.times}) {
     if (path.empty()) continue;
-    if (std::find(taken.begin(), taken.end(), path) != taken.end()) {
-      throw CLI::ValidationError("OUT, --checksum and --frametimes",
-                                 path == "-" ? "only one of them can be standard output" : "two of them are " + path);
+    const std::string place = placeOf(path);
+    if (std::find(taken.begin(), taken.end(), place) != taken.end()) {
+      throw CLI::ValidationError(
+          "IN, OUT, --checksum and --frametimes",
+          place == "-" ? "only one of them can be standard output" : "only IN and OUT may be the same file: " + path);
     }
-    taken.push_back(path);
+    taken.push_back(place);
   }
 }
 
