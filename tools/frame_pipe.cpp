@@ -3,8 +3,11 @@
 
 #include <chrono>
 #include <cstddef>
+#include <system_error>
 #include <thread>
 #include <utility>
+
+#include "tools/error.h"
 
 namespace vlvk::tool {
 namespace {
@@ -23,6 +26,9 @@ std::exception_ptr FramePipe::run() {
     try {
       reading = std::jthread([this] { guarded(&FramePipe::readAll); });
       writing = std::jthread([this] { guarded(&FramePipe::writeAll); });
+    } catch (const std::system_error& error) {
+      stop_.request_stop();
+      throw Error(reader_->name(), "no thread can be started: " + systemReason(error.code().value()));
     } catch (...) {
       stop_.request_stop();
       throw;

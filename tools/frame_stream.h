@@ -31,6 +31,9 @@ class FrameReader {
   /// Opens the stream and reads its header, unless the frames are raw. Throws Error, which names `path`.
   FrameReader(const std::string& path, const std::optional<RawFrames>& raw);
 
+  /// For messages.
+  const std::string& name() const { return stream_.name(); }
+
   /// With its line end; empty for raw frames.
   const std::string& header() const { return header_; }
 

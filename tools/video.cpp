@@ -80,13 +80,13 @@ void writeRecord(const std::string& path, const std::string& text) {
   }
 }
 
-// Milliseconds that the filter took.
-double beautify(LookFilter* filter, VideoFrame* frame) {
+// Milliseconds that the filter took for a frame of the stream `name`.
+double beautify(const std::string& name, LookFilter* filter, VideoFrame* frame) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point begin = Clock::now();
   if ((*filter)->processVideo(frame->luma(), frame->width(), frame->chromaPairs(), frame->width(), frame->width(),
                               frame->height(), nullptr, 0, frame->isVThenU()) != 0) {
-    throw Error("frame " + std::to_string(frame->number) + ": not enough memory");
+    throw Error(name, "not enough memory for frame " + std::to_string(frame->number));
   }
   return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
 }
@@ -107,7 +107,7 @@ void runVideo(const VideoOptions& options) {
   {
     Progress progress(options.quiet, reader.expectedFrames());
     const auto work = [&](VideoFrame* frame, double waited) {
-      const double filtered = beautify(&filter, frame);
+      const double filtered = beautify(reader.name(), &filter, frame);
       if (!options.times.empty()) times.add(frame->number, filtered, waited);
     };
     const auto write = [&](VideoFrame* frame) {
