@@ -180,5 +180,4 @@ endfunction()
 # name is gone or takes other arguments, fields or virtual slots have moved. Android's file has neither number.
 vlvk_add_engine(VLVKMakeupEngine)
 set_target_properties(VLVKMakeupEngine PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-target_compile_features(VLVKMakeupEngine INTERFACE cxx_std_11)  # what the public headers need
 add_library(VLVKMakeupEngine::VLVKMakeupEngine ALIAS VLVKMakeupEngine)

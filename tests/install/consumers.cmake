@@ -62,9 +62,9 @@ if(PKG_CONFIG)
   check_consumer(${WORK}/consumer_cpp)
 endif()
 
-# As a part of another project the library has the same name there, and installs nothing.
-run(${configure} -B ${WORK}/part -DFOLDER=${SOURCE} -DSOURCE=consumer.cpp -DVLVK_BUILD_TOOLS=OFF -DVLVK_BUILD_TESTS=OFF
-  -DVLVK_BUILD_BENCHMARKS=OFF -DVLVK_BUILD_JAVA=OFF)
+# As a part of another project, which may be one in C, the library has the same name there, and installs nothing.
+run(${configure} -B ${WORK}/part -DFOLDER=${SOURCE} -DLANGUAGE=C -DSOURCE=consumer.c -DVLVK_BUILD_TOOLS=OFF
+  -DVLVK_BUILD_TESTS=OFF -DVLVK_BUILD_BENCHMARKS=OFF -DVLVK_BUILD_JAVA=OFF)
 run(${CMAKE_COMMAND} --install ${WORK}/part --prefix ${WORK}/nothing)
 if(EXISTS ${WORK}/nothing)
   message(FATAL_ERROR "a part of another project is installed")
