@@ -57,7 +57,10 @@ step_java() {
   quietly cmake --build build-try-java --target vlvk_javadoc
 }
 step_video() { bash scripts/try_video.sh; }
-step_readme() { bash scripts/check_readme.sh; }
+step_readme() {
+  build release
+  bash scripts/check_readme.sh
+}
 step_asan() { build_and_test asan; }
 step_tsan() { build_and_test tsan; }
 step_valgrind() { quietly bash scripts/valgrind.sh; }

@@ -63,6 +63,7 @@ TEST(Cube, DialectsAndLooseWritingAreRead) {
   EXPECT_TRUE(tableOf("TITLE a # b\nLUT_1D_SIZE 2\nLUT_1D_INPUT_RANGE 0 1\nLUT_3D_SIZE 2\nLUT_3D_INPUT_RANGE 2 4\n"
                       "4 4 4\n2 2 2\n" +
                       cube) == neutralTable());
+  EXPECT_TRUE(tableOf("LUT_1D_SIZE 2\nDOMAIN_MIN 0 0 0\nLUT_3D_SIZE 2\n1 1 1\n0 0 0\n" + cube) == neutralTable());
   const tool::ColorCube curves = tool::parseCube("LUT_1D_SIZE 2\nLUT_1D_INPUT_RANGE 0 2\n1 1 3\n0 0 -1\n");
   EXPECT_EQ(tool::colorAt(curves, {0, 0.5, 1}), (tool::Color{1, 0.75, 1}));
   // Byte order mark, every line end, blanks, comments, and numbers in many forms.
@@ -89,7 +90,7 @@ TEST(Cube, FaultsAreToldWithTheirLine) {
       {"LUT_3D_SIZE 2\nDOMAIN_MAX 1 0 1\n\n0 0 0", "line 2: the inputs end"},
       {"LUT_1D_SIZE 2\nLUT_1D_INPUT_RANGE 1 1\n0 0 0", "line 2: the inputs end"},
       {"LUT_3D_SIZE 2\nDOMAIN_MAX 1 1 1\nLUT_3D_INPUT_RANGE 0 2\n0 0 0", "line 3: LUT_3D_INPUT_RANGE and DOMAIN"},
-      {"LUT_3D_SIZE 2\nLUT_1D_SIZE 2\nDOMAIN_MAX 1 1 1\n0 0 0", "line 3: DOMAIN_MIN and DOMAIN_MAX do not tell"},
+      {"LUT_3D_SIZE 2\nLUT_1D_SIZE 2\nDOMAIN_MAX 1 1 2\n0 0 0", "line 3: DOMAIN_MIN and DOMAIN_MAX do not tell"},
       {"LUT_1D_SIZE 2\n0 -nan 0", "line 2: '-nan'"},
       {"LUT_1D_SIZE 2\n0 0 inf", "'inf'"},
       {"LUT_1D_SIZE 2\n0 0 1.#INF", "'1.#INF'"},

@@ -159,7 +159,7 @@ TEST_F(Video, UnusableStreamsAreRefused) {
     std::string reason;
   };
   const std::string start = "YUV4MPEG2 ";
-  const Case cases[] = {{"", "--format"},
+  const Case cases[] = {{"", "the stream is empty"},
                         {"YUV4MPEG", "--format"},
                         {"YUV4MPEG22 W2 H2\n", "--format"},
                         {"\n", "--format"},

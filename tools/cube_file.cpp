@@ -22,6 +22,8 @@ namespace {
 constexpr std::size_t kMaxFileSize = std::size_t{512} << 20;  // the largest cube with six decimals has 453 MB
 constexpr std::size_t kMaxNumberLength = 100;                 // from_chars would work through any number of digits
 constexpr int kMinSize = 2;
+constexpr Color kZero{0, 0, 0};
+constexpr Color kOne{1, 1, 1};
 constexpr int kMaxCubeSize = 256;
 constexpr int kMaxCurveSize = 65536;
 
@@ -212,7 +214,8 @@ class Parser {
   void beginRows() {
     if (cube_.nodes.size == 0 && cube_.curves.size == 0)
       fail("neither LUT_3D_SIZE nor LUT_1D_SIZE stands before the rows");
-    if (cube_.nodes.size > 0 && cube_.curves.size > 0 && (stated_[kDomainMin] || stated_[kDomainMax])) {
+    const bool ordinary = domainLow_ == kZero && domainHigh_ == kOne;
+    if (cube_.nodes.size > 0 && cube_.curves.size > 0 && !ordinary) {
       failAt(boundsLine_, "DOMAIN_MIN and DOMAIN_MAX do not tell which of two tables they are for");
     }
     setBounds(&cube_.curves, kCurveRange);
@@ -243,8 +246,8 @@ class Parser {
 
   ColorCube cube_;
   std::array<bool, kKeywords> stated_{};
-  Color domainLow_{0, 0, 0};
-  Color domainHigh_{1, 1, 1};
+  Color domainLow_ = kZero;
+  Color domainHigh_ = kOne;
   int line_ = 0;
   int boundsLine_ = 0;  // of the last keyword that stated inputs
   bool inRows_ = false;

@@ -9,6 +9,7 @@
 namespace vlvk::tool {
 namespace {
 
+constexpr const char* kEmpty = "the stream is empty";
 constexpr std::size_t kShownBytes = 16;  // of what stands in a header's place
 
 std::span<const std::uint8_t> bytesOf(const std::string& text) {
@@ -21,6 +22,7 @@ FrameReader::FrameReader(const std::string& path, const std::optional<RawFrames>
     : stream_(path), format_(raw.value_or(RawFrames{{}, ChromaLayout::kPlanar})) {
   if (raw) return;
   header_ = stream_.readLine(kMaxY4mLine, {});
+  if (header_.empty()) throw Error(stream_.name(), kEmpty);
   try {
     format_.size = parseY4mHeader(header_);
   } catch (const Error& error) {
@@ -45,7 +47,7 @@ bool FrameReader::read(VideoFrame* frame, const std::stop_token& stop) {
     if (count < part.size()) break;
   }
   const bool raw = header_.empty();
-  if (raw && bytes == 0 && count_ == 0) throw Error(stream_.name(), "the stream is empty");
+  if (raw && bytes == 0 && count_ == 0) throw Error(stream_.name(), kEmpty);
   if (raw && bytes == 0) return false;
   if (bytes < frameBytes(format_.size)) {
     throw BrokenStream(stream_.name(), "the stream ends inside frame " + std::to_string(frame->number) + ", after " +

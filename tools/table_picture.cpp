@@ -42,8 +42,8 @@ bool hasLookupSize(const Picture& picture) {
 TableLayout layoutBySize(const Picture& picture) {
   if (hasLookupSize(picture)) {
     throw Error(
-        "512 x 512 pixels may be a lookup picture or a HALD picture of level 8, and `table convert` must be told by "
-        "--in-layout lookup or --in-layout hald");
+        "512 x 512 pixels may be a lookup picture or a HALD picture of level 8: make a .vlk of it by `table convert` "
+        "with --in-layout lookup or --in-layout hald");
   }
   if (haldLevel(picture) == 0) {
     throw Error(

@@ -69,7 +69,9 @@ void checkColorSpace(std::string_view tag, std::size_t prefix) {
 
 FrameSize parseY4mHeader(std::string_view line) {
   if (line.substr(0, line.find_first_of(" \n")) != kY4mStart) {
-    throw Error("no Y4M stream, which begins with YUV4MPEG2; raw frames need --format and --size");
+    throw Error(
+        "no Y4M stream, which begins with YUV4MPEG2: video files go through ffmpeg, raw frames need --format and "
+        "--size");
   }
   if (!line.ends_with('\n')) {
     throw Error(line.size() < kMaxY4mLine ? "the stream ends inside the Y4M header"
