@@ -64,7 +64,7 @@ step_readme() {
 step_asan() { build_and_test asan; }
 step_tsan() { build_and_test tsan; }
 step_valgrind() { quietly bash scripts/valgrind.sh; }
-step_fuzz() { bash scripts/fuzz.sh 15; }
+step_fuzz() { bash scripts/fuzz.sh 10; }
 step_armhf() { bash scripts/cross_test.sh armhf; }
 step_aarch64() { bash scripts/cross_test.sh aarch64; }
 step_format() { bash scripts/format.sh --check; }
