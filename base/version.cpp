@@ -1,3 +1,4 @@
+/// See version.h.
 #include "base/version.h"
 
 int vlvkVersion(void) {
