@@ -1,5 +1,5 @@
 /// See version.h.
-#include "base/version.h"
+#include <vlvk/version.h>
 
 int vlvkVersion(void) {
   return VLVK_VERSION;

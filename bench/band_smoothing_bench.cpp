@@ -1,6 +1,6 @@
 /// Time of smoothing a luma plane with the band kernels, for every target and radius. Counterpart of the sums:
 /// box_sums/opencv.
-#include "kernels/band_smoothing.h"
+#include <vlvk/band_smoothing.h>
 
 #include "bench/measure.h"
 #include "bench/scene.h"

@@ -1,11 +1,11 @@
 /// Time of the conversions between NV21 and RGBA and of the colour table, for every target. Counterparts:
 /// to_rgba/.../libyuv, to_nv21/.../libyuv.
+#include <vlvk/CFastEdgePreserved.h>
+#include <vlvk/rgb_to_yuv.h>
+#include <vlvk/yuv_to_rgb.h>
 #include "bench/measure.h"
 #include "bench/neutral_colors.h"
 #include "bench/planes.h"
-#include "convert/rgb_to_yuv.h"
-#include "convert/yuv_to_rgb.h"
-#include "filter/CFastEdgePreserved.h"
 
 namespace vlvk_bench {
 

@@ -5,11 +5,11 @@
 #include <cstring>
 #include <memory>
 
+#include <vlvk/CFastEdgePreserved.h>
 #include "bench/allocation_counter.h"
 #include "bench/measure.h"
 #include "bench/neutral_colors.h"
 #include "bench/scene.h"
-#include "filter/CFastEdgePreserved.h"
 
 namespace vlvk_bench {
 

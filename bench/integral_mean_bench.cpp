@@ -1,8 +1,8 @@
 /// Time of the integral-image family and of the blend from its statistics. Counterpart of the sums: integral/opencv.
-#include "kernels/alt/integral_mean.h"
+#include <vlvk/integral_mean.h>
 
+#include <vlvk/mean_var_blend.h>
 #include "bench/smoothers_bench.h"
-#include "kernels/alt/mean_var_blend.h"
 
 namespace vlvk_bench {
 

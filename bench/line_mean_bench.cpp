@@ -1,5 +1,5 @@
 /// Time of the smoothers and statistics on running column sums. Counterpart of the sums: box_sums/opencv.
-#include "kernels/alt/line_mean.h"
+#include <vlvk/line_mean.h>
 
 #include "bench/smoothers_bench.h"
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "bench/options.h"
-#include "targets/row_loops.h"
+#include "rows/row_loops.h"
 
 namespace vlvk_bench {
 

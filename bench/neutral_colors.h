@@ -2,7 +2,7 @@
 #ifndef VLVK_BENCH_NEUTRAL_COLORS_H
 #define VLVK_BENCH_NEUTRAL_COLORS_H
 
-#include "bindings/IBeautyResourceLoader.h"
+#include <vlvk/IBeautyResourceLoader.h>
 
 namespace vlvk_bench {
 

@@ -1,5 +1,5 @@
 /// Time of the textbook smoother. Counterpart of the sums: box_sums/opencv.
-#include "kernels/reference_filter.h"
+#include <vlvk/reference_filter.h>
 
 #include "bench/smoothers_bench.h"
 

@@ -1,9 +1,9 @@
 /// Time of every row loop of every target on rows that stay in the first-level cache. The width is that of the frame,
 /// times are per pixel of the row or row pair.
+#include <vlvk/skin_tables.h>
 #include "bench/measure.h"
 #include "bench/scene.h"
-#include "kernels/pixel_formula.h"
-#include "kernels/skin_tables.h"
+#include "rows/pixel_formula.h"
 
 namespace vlvk_bench {
 

@@ -5,8 +5,8 @@
 #include <random>
 
 #ifdef VLVK_BENCH_PORTRAIT
-#include "convert/rgb_to_yuv.h"
-#include "tools/picture_file.h"
+#include <vlvk/rgb_to_yuv.h>
+#include "tools/picture/picture_file.h"
 #endif
 
 namespace vlvk_bench {

@@ -1,9 +1,9 @@
 /// Time of the skin-weighted blend of a luma plane, for every target.
-#include "kernels/skin_blend.h"
+#include <vlvk/skin_blend.h>
 
+#include <vlvk/CFastEdgePreserved.h>
 #include "bench/measure.h"
 #include "bench/scene.h"
-#include "filter/CFastEdgePreserved.h"
 
 namespace vlvk_bench {
 

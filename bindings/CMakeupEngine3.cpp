@@ -1,11 +1,11 @@
 /// See CMakeupEngine3.h.
-#include "bindings/CMakeupEngine3.h"
+#include <vlvk/CMakeupEngine3.h>
 
+#include <vlvk/CFastEdgePreserved.h>
 #include "base/checked_size.h"
 #include "base/shared_field.h"
 #include "bindings/java_resource.h"
 #include "bindings/low_memory.h"
-#include "filter/CFastEdgePreserved.h"
 
 CMakeupEngine3::CMakeupEngine3() : filter(new CFastEdgePreserved(4, this)), jniEnv(nullptr), loaderRef(nullptr) {}
 

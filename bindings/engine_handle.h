@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "bindings/CMakeupEngine3.h"
+#include <vlvk/CMakeupEngine3.h>
 
 namespace vlvk {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "bindings/resource_file.h"
+#include "resource/resource_file.h"
 
 namespace vlvk {
 

@@ -1,7 +1,7 @@
 /// See jni_library.h.
-#include "bindings/jni_library.h"
+#include <vlvk/jni_library.h>
 
-#include "bindings/makeup_entry_points.h"
+#include <vlvk/makeup_entry_points.h>
 
 JavaVM* cached_jvm = nullptr;
 

@@ -3,13 +3,13 @@
 #include <cstdint>
 #include <limits>
 
+#include <vlvk/makeup_entry_points.h>
+#include <vlvk/rgb_to_yuv.h>
 #include "base/checked_size.h"
 #include "base/scratch_memory.h"
 #include "bindings/android_bitmap.h"
 #include "bindings/engine_handle.h"
-#include "bindings/makeup_entry_points.h"
 #include "convert/odd_edge.h"
-#include "convert/rgb_to_yuv.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 /// See makeup_entry_points.h.
-#include "bindings/makeup_entry_points.h"
+#include <vlvk/makeup_entry_points.h>
 
 #include <new>
 
+#include <vlvk/CFastEdgePreserved.h>
+#include <vlvk/CMakeupEngine3.h>
 #include "base/arm_math.h"
 #include "base/shared_field.h"
-#include "bindings/CMakeupEngine3.h"
 #include "bindings/engine_handle.h"
-#include "filter/CFastEdgePreserved.h"
 
 namespace {
 

@@ -7,8 +7,7 @@ if(NOT DOXYGEN_FOUND)
   return()
 endif()
 
-set(VLVK_DOXYGEN_INPUT ${VLVK_PUBLIC_C_HEADERS} ${VLVK_PUBLIC_CXX_HEADERS} docs README.md CONTRIBUTING.md
-  samples/README.md)
+set(VLVK_DOXYGEN_INPUT include/vlvk docs README.md CONTRIBUTING.md samples/README.md)
 list(JOIN VLVK_DOXYGEN_INPUT " " VLVK_DOXYGEN_INPUT)
 configure_file(docs/Doxyfile.in ${CMAKE_CURRENT_BINARY_DIR}/Doxyfile @ONLY)
 add_custom_target(vlvk_api_docs

@@ -11,8 +11,8 @@ add_library(vlvk_fuzz_frames OBJECT
   fuzz/frame_steps.cpp
   fuzz/frame_steps.h
   fuzz/input.h
-  tests/frame_model.cpp
-  tests/frame_model.h
+  tests/frames/frame_model.cpp
+  tests/frames/frame_model.h
   tests/naive/naive.cpp
   tests/naive/naive.h
   tests/support/random_content.cpp

@@ -4,17 +4,18 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# Headers keep their folders, so that "filter/CFastEdgePreserved.h" is included as in the sources.
-set(VLVK_INSTALL_HEADERS ${CMAKE_INSTALL_INCLUDEDIR}/VLVKMakeupEngine)
-foreach(header IN LISTS VLVK_PUBLIC_C_HEADERS VLVK_PUBLIC_CXX_HEADERS)
-  get_filename_component(folder ${header} DIRECTORY)
-  install(FILES ${header} DESTINATION ${VLVK_INSTALL_HEADERS}/${folder} COMPONENT development)
-endforeach()
+# Included as <vlvk/...>, installed as in the sources. Those of Java's entry points only where the library has these.
+if(NOT VLVK_JNI_BINDINGS)
+  foreach(header IN LISTS VLVK_JNI_C_HEADERS VLVK_JNI_CXX_HEADERS)
+    list(APPEND VLVK_HEADERS_LEFT_OUT PATTERN ${header} EXCLUDE)
+  endforeach()
+endif()
+install(DIRECTORY include/vlvk DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development ${VLVK_HEADERS_LEFT_OUT})
 
 install(TARGETS VLVKMakeupEngine EXPORT VLVKMakeupEngine
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
-  INCLUDES DESTINATION ${VLVK_INSTALL_HEADERS})
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 set(VLVK_INSTALL_PACKAGE ${CMAKE_INSTALL_LIBDIR}/cmake/VLVKMakeupEngine)
 set(VLVK_PACKAGE_FILES ${CMAKE_CURRENT_BINARY_DIR}/package)

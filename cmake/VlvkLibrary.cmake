@@ -1,25 +1,28 @@
 # The shared library, and its objects with all internals for the program, tests and benchmarks.
 
-# What hosts include, and what that includes: installed, and compiled alone by the tests. Headers of C functions serve both
+# What hosts include, all in include/vlvk: installed, and compiled alone by the tests. Headers of C functions serve both
 # languages. timeb.h has the argument of CFastEdgePreserved::diffTime.
 set(VLVK_PUBLIC_C_HEADERS
-  base/export.h
-  base/version.h
-  convert/rgb_to_yuv.h
-  convert/yuv_to_rgb.h
-  kernels/alt/integral_mean.h
-  kernels/alt/line_mean.h
-  kernels/alt/mean_var_blend.h
-  kernels/band_smoothing.h
-  kernels/reference_filter.h
-  kernels/skin_blend.h
-  kernels/skin_tables.h
+  band_smoothing.h
+  export.h
+  integral_mean.h
+  line_mean.h
+  mean_var_blend.h
+  reference_filter.h
+  rgb_to_yuv.h
+  skin_blend.h
+  skin_tables.h
+  version.h
+  yuv_to_rgb.h
 )
 set(VLVK_PUBLIC_CXX_HEADERS
-  bindings/IBeautyResourceLoader.h
-  filter/CFastEdgePreserved.h
-  filter/timeb.h
+  CFastEdgePreserved.h
+  IBeautyResourceLoader.h
+  timeb.h
 )
+# These need jni.h, and are installed where the library has Java's entry points.
+set(VLVK_JNI_C_HEADERS jni_library.h makeup_entry_points.h)
+set(VLVK_JNI_CXX_HEADERS CMakeupEngine3.h)
 
 set(VLVK_LIBRARY_SOURCES
   base/arm_math.h
@@ -27,22 +30,14 @@ set(VLVK_LIBRARY_SOURCES
   base/scratch_memory.h
   base/shared_field.h
   base/version.cpp
-  bindings/resource_file.cpp
-  bindings/resource_file.h
-  convert/bt601.h
   convert/odd_edge.cpp
   convert/odd_edge.h
-  convert/pixel_orders.h
   convert/rgb_to_yuv.cpp
-  convert/rgb_to_yuv_rows.h
   convert/yuv_to_rgb.cpp
-  convert/yuv_to_rgb_rows.h
   filter/CFastEdgePreserved.cpp
   filter/band_worker.cpp
   filter/band_worker.h
   filter/color_adjust.cpp
-  filter/color_picture.cpp
-  filter/color_picture.h
   filter/color_table.cpp
   filter/color_table.h
   filter/frame_buffers.cpp
@@ -54,31 +49,39 @@ set(VLVK_LIBRARY_SOURCES
   kernels/alt/integral_mean.cpp
   kernels/alt/line_mean.cpp
   kernels/alt/mean_var_blend.cpp
-  kernels/alt/statistics_rows.h
+  kernels/alt/reference_filter.cpp
   kernels/band_smoothing.cpp
-  kernels/blend_rows.h
   kernels/box_rows.h
-  kernels/box_scan_rows.h
-  kernels/color_rows.h
-  kernels/pixel_formula.cpp
-  kernels/pixel_formula.h
-  kernels/reference_filter.cpp
   kernels/skin_blend.cpp
   kernels/skin_model.h
   kernels/skin_tables.cpp
   kernels/sliding_box.h
   kernels/smooth_plane.cpp
   kernels/smooth_plane.h
-  kernels/smooth_rows.h
+  resource/color_picture.cpp
+  resource/color_picture.h
+  resource/resource_file.cpp
+  resource/resource_file.h
+  rows/all_rows.h
+  rows/blend_rows.h
+  rows/box_scan_rows.h
+  rows/bt601.h
+  rows/color_rows.h
+  rows/pixel_formula.cpp
+  rows/pixel_formula.h
+  rows/pixel_orders.h
+  rows/rgb_to_yuv_rows.h
+  rows/row_loops.cpp
+  rows/row_loops.h
+  rows/row_loops_scalar.cpp
+  rows/smooth_rows.h
+  rows/statistics_rows.h
+  rows/target_sets.h
+  rows/yuv_to_rgb_rows.h
   simd/channel_weights.h
   simd/inline.h
   simd/reciprocal_estimate.h
   simd/scalar.h
-  targets/all_rows.h
-  targets/row_loops.cpp
-  targets/row_loops.h
-  targets/row_loops_scalar.cpp
-  targets/target_sets.h
 )
 
 # The processor that the compiler makes code for, which need not be the one that CMake names: a cross-compiler may come
@@ -95,14 +98,14 @@ if(VLVK_PROCESSOR_X86_64)
     simd/avx2.h
     simd/sse2.h
     simd/x86_128.h
-    targets/row_loops_avx2.cpp
-    targets/row_loops_sse2.cpp)
+    rows/row_loops_avx2.cpp
+    rows/row_loops_sse2.cpp)
   # Chosen at run time. Only this file may contain such instructions.
-  set_source_files_properties(targets/row_loops_avx2.cpp PROPERTIES COMPILE_OPTIONS -mavx2)
+  set_source_files_properties(rows/row_loops_avx2.cpp PROPERTIES COMPILE_OPTIONS -mavx2)
 elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
   list(APPEND VLVK_LIBRARY_SOURCES
     simd/neon.h
-    targets/row_loops_neon.cpp)
+    rows/row_loops_neon.cpp)
 endif()
 
 # The Java bindings, where there is a jni.h: on Android the toolchain's own, elsewhere a JDK's. A JDK's headers also serve
@@ -126,8 +129,8 @@ else()
   endif()
 endif()
 if(VLVK_JNI_BINDINGS)
-  list(APPEND VLVK_PUBLIC_C_HEADERS bindings/jni_library.h bindings/makeup_entry_points.h)
-  list(APPEND VLVK_PUBLIC_CXX_HEADERS bindings/CMakeupEngine3.h)
+  list(APPEND VLVK_PUBLIC_C_HEADERS ${VLVK_JNI_C_HEADERS})
+  list(APPEND VLVK_PUBLIC_CXX_HEADERS ${VLVK_JNI_CXX_HEADERS})
   list(APPEND VLVK_LIBRARY_SOURCES
     bindings/CMakeupEngine3.cpp
     bindings/android_bitmap.h
@@ -141,11 +144,10 @@ if(VLVK_JNI_BINDINGS)
     bindings/makeup_entry_points.cpp)
 endif()
 
-add_library(vlvk_objects OBJECT ${VLVK_LIBRARY_SOURCES} ${VLVK_PUBLIC_C_HEADERS} ${VLVK_PUBLIC_CXX_HEADERS})
-target_include_directories(vlvk_objects PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
+add_library(vlvk_objects OBJECT ${VLVK_LIBRARY_SOURCES})
+target_include_directories(vlvk_objects PUBLIC ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/include)
 if(VLVK_JNI_BINDINGS AND NOT ANDROID)
-  target_include_directories(vlvk_objects SYSTEM PUBLIC
-    $<BUILD_INTERFACE:${VLVK_JNI_INCLUDE}> $<BUILD_INTERFACE:${VLVK_JNI_MD_INCLUDE}>)
+  target_include_directories(vlvk_objects SYSTEM PUBLIC ${VLVK_JNI_INCLUDE} ${VLVK_JNI_MD_INCLUDE})
 endif()
 set_target_properties(vlvk_objects PROPERTIES
   POSITION_INDEPENDENT_CODE ON
@@ -163,7 +165,7 @@ function(vlvk_add_engine target)
   set(exports ${CMAKE_CURRENT_SOURCE_DIR}/cmake/exports.map)
   add_library(${target} SHARED)
   target_link_libraries(${target} PRIVATE vlvk_objects PUBLIC Threads::Threads)
-  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>)
   target_link_options(${target} PRIVATE -Wl,--version-script=${exports})
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX LINK_DEPENDS ${exports})
   if(ANDROID)

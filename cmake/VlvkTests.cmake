@@ -47,7 +47,7 @@ elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
 endif()
 foreach(vocabulary IN LISTS VLVK_VOCABULARIES)
   add_library(vlvk_ops_${vocabulary} OBJECT
-    tests/vocabulary/vocabulary_ops.cpp tests/vocabulary/vocabulary_ops.h)
+    tests/simd/vocabulary_ops.cpp tests/simd/vocabulary_ops.h)
   target_include_directories(vlvk_ops_${vocabulary} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   target_compile_definitions(vlvk_ops_${vocabulary} PRIVATE
     VLVK_TARGET=ops_${vocabulary}
@@ -78,36 +78,36 @@ add_executable(vlvk_tests
   tests/support/target_test.h
 
   # Kernels and conversions.
-  tests/band_smoothing_test.cpp
-  tests/conversions_test.cpp
-  tests/integral_mean_test.cpp
-  tests/line_mean_test.cpp
-  tests/mean_var_blend_test.cpp
-  tests/pinned_values_test.cpp
-  tests/reference_filter_test.cpp
-  tests/skin_blend_test.cpp
-  tests/skin_tables_test.cpp
-  tests/targets_test.cpp
-  tests/vocabulary_test.cpp
+  tests/kernels/band_smoothing_test.cpp
+  tests/convert/conversions_test.cpp
+  tests/kernels/alt/integral_mean_test.cpp
+  tests/kernels/alt/line_mean_test.cpp
+  tests/kernels/alt/mean_var_blend_test.cpp
+  tests/rows/pinned_values_test.cpp
+  tests/kernels/alt/reference_filter_test.cpp
+  tests/kernels/skin_blend_test.cpp
+  tests/kernels/skin_tables_test.cpp
+  tests/rows/targets_test.cpp
+  tests/simd/vocabulary_test.cpp
 
   # Bindings.
-  tests/resource_file_test.cpp
+  tests/resource/resource_file_test.cpp
 
   # Filter.
-  tests/color_adjust_test.cpp
-  tests/filter_test.cpp
+  tests/filter/color_adjust_test.cpp
+  tests/filter/filter_test.cpp
 
   # Whole frames.
-  tests/frame_model.cpp
-  tests/frame_model.h
-  tests/frame_support.cpp
-  tests/frame_support.h
-  tests/frame_test.cpp
-  tests/golden_frames_test.cpp
-  tests/host_test.cpp
+  tests/frames/frame_model.cpp
+  tests/frames/frame_model.h
+  tests/frames/frame_support.cpp
+  tests/frames/frame_support.h
+  tests/frames/frame_test.cpp
+  tests/frames/golden_frames_test.cpp
+  tests/filter/host_test.cpp
 )
 if(VLVK_JNI_BINDINGS)
-  target_sources(vlvk_tests PRIVATE tests/bindings_without_bitmaps_test.cpp)
+  target_sources(vlvk_tests PRIVATE tests/bindings/bindings_without_bitmaps_test.cpp)
 endif()
 target_link_libraries(vlvk_tests PRIVATE vlvk_objects ${VLVK_VOCABULARY_OBJECTS} GTest::gtest GTest::gtest_main)
 vlvk_set_warnings(vlvk_tests)
@@ -117,12 +117,12 @@ vlvk_discover_tests(vlvk_tests 8)
 # The Java bindings, with a virtual machine and bitmaps that the executable provides.
 if(VLVK_JNI_BINDINGS)
   add_executable(vlvk_bindings_tests
-    tests/bindings_bitmap_test.cpp
-    tests/bindings_engine.h
-    tests/bindings_fake_jni.cpp
-    tests/bindings_fake_jni.h
-    tests/bindings_test.cpp
-    tests/long_run_test.cpp
+    tests/bindings/bindings_bitmap_test.cpp
+    tests/bindings/engine.h
+    tests/bindings/fake_jni.cpp
+    tests/bindings/fake_jni.h
+    tests/bindings/bindings_test.cpp
+    tests/bindings/long_run_test.cpp
     tests/support/guarded_buffer.cpp
     tests/support/plane.cpp
     tests/support/random_content.cpp
@@ -135,6 +135,7 @@ if(VLVK_JNI_BINDINGS)
   else()
     target_compile_definitions(vlvk_bindings_tests PRIVATE VLVK_LONG_RUN_FRAMES=10000)
   endif()
+  target_include_directories(vlvk_bindings_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(vlvk_bindings_tests PRIVATE VLVKMakeupEngine GTest::gtest GTest::gtest_main)
   vlvk_set_warnings(vlvk_bindings_tests)
   vlvk_discover_tests(vlvk_bindings_tests 1 -Handle.TheOnlyFreePageIsFound)  # the emulator needs free pages there
@@ -143,16 +144,16 @@ endif()
 # The desktop program, run as a process, where it is built.
 if(TARGET vlvk-makeup)
   add_executable(vlvk_tool_tests
-    tests/tool_cube_test.cpp
-    tests/tool_directory.cpp
-    tests/tool_directory.h
-    tests/tool_photo_test.cpp
-    tests/tool_program_test.cpp
-    tests/tool_sheet_test.cpp
-    tests/tool_support.cpp
-    tests/tool_support.h
-    tests/tool_table_test.cpp
-    tests/tool_video_test.cpp
+    tests/tools/cube_test.cpp
+    tests/tools/tool_directory.cpp
+    tests/tools/tool_directory.h
+    tests/tools/photo_test.cpp
+    tests/tools/program_test.cpp
+    tests/tools/sheet_test.cpp
+    tests/tools/tool_support.cpp
+    tests/tools/tool_support.h
+    tests/tools/table_test.cpp
+    tests/tools/video_test.cpp
   )
   target_compile_definitions(vlvk_tool_tests PRIVATE
     VLVK_TOOL_PROGRAM="$<TARGET_FILE:vlvk-makeup>"
@@ -167,10 +168,10 @@ endif()
 # must go through. Sanitizers bring theirs.
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
   add_executable(vlvk_failure_tests
-    tests/frame_failure_test.cpp
-    tests/frame_model.cpp
-    tests/frame_support.cpp
-    tests/kernel_failure_test.cpp
+    tests/frames/frame_failure_test.cpp
+    tests/frames/frame_model.cpp
+    tests/frames/frame_support.cpp
+    tests/kernels/kernel_failure_test.cpp
     tests/naive/naive.cpp
     tests/support/failing_system.cpp
     tests/support/failing_system.h
@@ -179,10 +180,11 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
     tests/support/random_content.cpp
   )
   if(VLVK_JNI_BINDINGS)
-    target_sources(vlvk_failure_tests PRIVATE tests/bindings_failure_test.cpp)
+    target_sources(vlvk_failure_tests PRIVATE tests/bindings/bindings_failure_test.cpp)
     target_include_directories(vlvk_failure_tests SYSTEM PRIVATE
       $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
   endif()
+  target_include_directories(vlvk_failure_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(vlvk_failure_tests PRIVATE VLVKMakeupEngine GTest::gtest GTest::gtest_main ${CMAKE_DL_LIBS})
   vlvk_set_warnings(vlvk_failure_tests)
   vlvk_discover_tests(vlvk_failure_tests 2)
@@ -195,10 +197,10 @@ function(vlvk_compile_headers target language extension)
   foreach(header IN LISTS ARGN)
     string(MAKE_C_IDENTIFIER ${header} unit)
     set(file ${CMAKE_CURRENT_BINARY_DIR}/${target}.dir/${unit}.${extension})
-    file(CONFIGURE OUTPUT ${file} CONTENT "#include \"${header}\"\n\nint ${unit};\n")
+    file(CONFIGURE OUTPUT ${file} CONTENT "#include <vlvk/${header}>\n\nint ${unit};\n")
     target_sources(${target} PRIVATE ${file})
   endforeach()
-  target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/include)
   target_include_directories(${target} SYSTEM PRIVATE
     $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Werror)
@@ -224,8 +226,8 @@ if(CMAKE_NM AND CMAKE_READELF AND VLVK_JNI_BINDINGS AND NOT ANDROID AND NOT VLVK
   foreach(engine VLVKMakeupEngine vlvk_static_runtime)
     add_test(NAME library_file.${engine} COMMAND ${CMAKE_COMMAND}
       -DNM=${CMAKE_NM} -DREADELF=${CMAKE_READELF} -DLIBRARY=$<TARGET_FILE:${engine}>
-      -DLIST=${CMAKE_CURRENT_SOURCE_DIR}/tests/exported_symbols.txt -DPOINTER_BYTES=${CMAKE_SIZEOF_VOID_P}
+      -DLIST=${CMAKE_CURRENT_SOURCE_DIR}/tests/install/exported_symbols.txt -DPOINTER_BYTES=${CMAKE_SIZEOF_VOID_P}
       -DSTATIC_RUNTIME=$<STREQUAL:${engine},vlvk_static_runtime>
-      -P ${CMAKE_CURRENT_SOURCE_DIR}/tests/check_library_file.cmake)
+      -P ${CMAKE_CURRENT_SOURCE_DIR}/tests/install/check_library_file.cmake)
   endforeach()
 endif()

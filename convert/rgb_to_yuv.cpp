@@ -1,12 +1,12 @@
 /// See rgb_to_yuv.h.
-#include "convert/rgb_to_yuv.h"
+#include <vlvk/rgb_to_yuv.h>
 
 #include <algorithm>
 #include <cstddef>
 
-#include "convert/bt601.h"
-#include "convert/pixel_orders.h"
-#include "targets/row_loops.h"
+#include "rows/bt601.h"
+#include "rows/pixel_orders.h"
+#include "rows/row_loops.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 /// See yuv_to_rgb.h.
-#include "convert/yuv_to_rgb.h"
+#include <vlvk/yuv_to_rgb.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
-#include "convert/bt601.h"
-#include "convert/pixel_orders.h"
-#include "targets/row_loops.h"
+#include "rows/bt601.h"
+#include "rows/pixel_orders.h"
+#include "rows/row_loops.h"
 
 namespace {
 

@@ -1,15 +1,15 @@
 /// Construction, settings and destruction of the filter.
-#include "filter/CFastEdgePreserved.h"
+#include <vlvk/CFastEdgePreserved.h>
 
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
 
+#include <vlvk/skin_tables.h>
+#include <vlvk/timeb.h>
 #include "base/arm_math.h"
 #include "base/shared_field.h"
-#include "filter/timeb.h"
 #include "kernels/skin_model.h"
-#include "kernels/skin_tables.h"
 
 namespace {
 

@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <cstring>
 
+#include <vlvk/band_smoothing.h>
+#include <vlvk/rgb_to_yuv.h>
+#include <vlvk/skin_blend.h>
+#include <vlvk/yuv_to_rgb.h>
 #include "base/arm_math.h"
-#include "convert/rgb_to_yuv.h"
-#include "convert/yuv_to_rgb.h"
-#include "kernels/band_smoothing.h"
 #include "kernels/box_rows.h"
-#include "kernels/skin_blend.h"
 #include "kernels/smooth_plane.h"
 
 namespace vlvk {

@@ -2,7 +2,7 @@
 #ifndef VLVK_FILTER_BAND_WORKER_H
 #define VLVK_FILTER_BAND_WORKER_H
 
-#include "filter/CFastEdgePreserved.h"
+#include <vlvk/CFastEdgePreserved.h>
 #include "filter/frame_plan.h"
 
 namespace vlvk {

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <cstring>
 
-#include "convert/pixel_orders.h"
-#include "filter/CFastEdgePreserved.h"
-#include "targets/row_loops.h"
+#include <vlvk/CFastEdgePreserved.h>
+#include "rows/pixel_orders.h"
+#include "rows/row_loops.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
+#include <vlvk/CFastEdgePreserved.h>
 #include "base/shared_field.h"
-#include "filter/CFastEdgePreserved.h"
 #include "filter/tone_curves.h"
 
 namespace vlvk {

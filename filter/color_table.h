@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "filter/color_picture.h"
+#include "resource/color_picture.h"
 
 class CFastEdgePreserved;
 

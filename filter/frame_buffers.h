@@ -6,8 +6,8 @@
 
 #include <cstddef>
 
+#include <vlvk/CFastEdgePreserved.h>
 #include "base/checked_size.h"
-#include "filter/CFastEdgePreserved.h"
 #include "filter/frame_plan.h"
 
 namespace vlvk {

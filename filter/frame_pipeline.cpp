@@ -7,12 +7,12 @@
 #include <limits>
 #include <new>
 
+#include <vlvk/CFastEdgePreserved.h>
+#include <vlvk/rgb_to_yuv.h>
 #include "base/arm_math.h"
 #include "base/checked_size.h"
 #include "base/shared_field.h"
 #include "convert/odd_edge.h"
-#include "convert/rgb_to_yuv.h"
-#include "filter/CFastEdgePreserved.h"
 #include "filter/band_worker.h"
 #include "filter/frame_buffers.h"
 #include "filter/frame_plan.h"

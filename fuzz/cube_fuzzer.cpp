@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "fuzz/check.h"
-#include "tools/color_cube.h"
-#include "tools/cube_file.h"
-#include "tools/error.h"
+#include "tools/io/error.h"
+#include "tools/table/color_cube.h"
+#include "tools/table/cube_file.h"
 
 namespace {
 

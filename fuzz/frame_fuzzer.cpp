@@ -6,7 +6,7 @@
 #include "fuzz/check.h"
 #include "fuzz/frame_steps.h"
 #include "fuzz/input.h"
-#include "targets/row_loops.h"
+#include "rows/row_loops.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <string>
 
-#include "bindings/IBeautyResourceLoader.h"
-#include "filter/CFastEdgePreserved.h"
+#include <vlvk/CFastEdgePreserved.h>
+#include <vlvk/IBeautyResourceLoader.h>
 #include "fuzz/input.h"
-#include "tests/frame_model.h"
+#include "tests/frames/frame_model.h"
 
 namespace fuzz {
 

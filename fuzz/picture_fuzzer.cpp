@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "fuzz/check.h"
-#include "tools/error.h"
-#include "tools/exif_orientation.h"
-#include "tools/jpeg_file.h"
-#include "tools/picture.h"
-#include "tools/png_file.h"
+#include "tools/io/error.h"
+#include "tools/picture/exif_orientation.h"
+#include "tools/picture/jpeg_file.h"
+#include "tools/picture/picture.h"
+#include "tools/picture/png_file.h"
 
 #ifdef VLVK_FUZZING_ENGINE
 #include <zlib.h>

@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "bindings/resource_file.h"
 #include "fuzz/check.h"
 #include "fuzz/input.h"
 #include "fuzz/memory_file.h"
-#include "tools/error.h"
-#include "tools/table_file.h"
+#include "resource/resource_file.h"
+#include "tools/io/error.h"
+#include "tools/table/table_file.h"
 
 namespace {
 

@@ -10,10 +10,10 @@
 
 #include "fuzz/check.h"
 #include "fuzz/memory_file.h"
-#include "tools/error.h"
-#include "tools/frame_stream.h"
-#include "tools/picture.h"
-#include "tools/video_frame.h"
+#include "tools/io/error.h"
+#include "tools/picture/picture.h"
+#include "tools/video/frame_stream.h"
+#include "tools/video/video_frame.h"
 
 namespace {
 

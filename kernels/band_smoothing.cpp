@@ -1,5 +1,5 @@
 /// The exported band kernels: each names its rows and lets the sliding box do the rest.
-#include "kernels/band_smoothing.h"
+#include <vlvk/band_smoothing.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -7,9 +7,9 @@
 
 #include "base/arm_math.h"
 #include "kernels/box_rows.h"
-#include "kernels/pixel_formula.h"
 #include "kernels/smooth_plane.h"
-#include "targets/row_loops.h"
+#include "rows/pixel_formula.h"
+#include "rows/row_loops.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 /// See skin_blend.h.
-#include "kernels/skin_blend.h"
+#include <vlvk/skin_blend.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 #include "base/arm_math.h"
 #include "kernels/skin_model.h"
-#include "targets/row_loops.h"
+#include "rows/row_loops.h"
 
 namespace {
 

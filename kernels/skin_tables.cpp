@@ -1,5 +1,5 @@
 /// See skin_tables.h.
-#include "kernels/skin_tables.h"
+#include <vlvk/skin_tables.h>
 
 #include <algorithm>
 #include <array>

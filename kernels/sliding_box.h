@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "kernels/box_rows.h"
-#include "targets/row_loops.h"
+#include "rows/row_loops.h"
 
 namespace vlvk {
 

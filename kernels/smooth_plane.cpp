@@ -1,8 +1,8 @@
 /// See smooth_plane.h.
 #include "kernels/smooth_plane.h"
 
-#include "kernels/pixel_formula.h"
-#include "targets/row_loops.h"
+#include "rows/pixel_formula.h"
+#include "rows/row_loops.h"
 
 namespace vlvk {
 

@@ -10,7 +10,7 @@ example() {
   awk -v fence="\`\`\`$1" '$0 == fence {inside = 1; next} inside && /^```/ {exit} inside' README.md
 }
 
-link=(-I. -Lbuild-release "-Wl,-rpath,$PWD/build-release" -lVLVKMakeupEngine)
+link=(-Iinclude -Lbuild-release "-Wl,-rpath,$PWD/build-release" -lVLVKMakeupEngine)
 example cpp >"$work/example.cpp"
 example c >"$work/example.c"
 g++ -std=c++20 -Wall -Wextra -Werror "$work/example.cpp" -o "$work/example_cpp" "${link[@]}"

@@ -9,17 +9,17 @@
 #include <string>
 #include <vector>
 
-#include "base/version.h"
-#include "tools/bench.h"
-#include "tools/error.h"
-#include "tools/error_line.h"
-#include "tools/interrupt.h"
-#include "tools/photo.h"
-#include "tools/sheet.h"
-#include "tools/standard_output.h"
-#include "tools/table.h"
-#include "tools/target.h"
-#include "tools/video.h"
+#include <vlvk/version.h>
+#include "tools/commands/bench.h"
+#include "tools/commands/photo.h"
+#include "tools/commands/sheet.h"
+#include "tools/commands/table.h"
+#include "tools/commands/video.h"
+#include "tools/io/error.h"
+#include "tools/io/error_line.h"
+#include "tools/io/interrupt.h"
+#include "tools/io/standard_output.h"
+#include "tools/options/target.h"
 
 namespace {
 

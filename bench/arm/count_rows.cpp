@@ -13,12 +13,12 @@
 #include <string>
 #include <vector>
 
+#include <vlvk/CFastEdgePreserved.h>
+#include <vlvk/band_smoothing.h>
+#include <vlvk/rgb_to_yuv.h>
+#include <vlvk/skin_blend.h>
+#include <vlvk/yuv_to_rgb.h>
 #include "bench/neutral_colors.h"
-#include "convert/rgb_to_yuv.h"
-#include "convert/yuv_to_rgb.h"
-#include "filter/CFastEdgePreserved.h"
-#include "kernels/band_smoothing.h"
-#include "kernels/skin_blend.h"
 
 namespace {
 

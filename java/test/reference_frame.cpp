@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "filter/CFastEdgePreserved.h"
+#include <vlvk/CFastEdgePreserved.h>
 
 namespace {
 

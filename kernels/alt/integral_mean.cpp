@@ -1,5 +1,5 @@
 /// See integral_mean.h.
-#include "kernels/alt/integral_mean.h"
+#include <vlvk/integral_mean.h>
 
 #include <bit>
 #include <cstddef>
@@ -7,8 +7,8 @@
 
 #include "base/scratch_memory.h"
 #include "kernels/box_rows.h"
-#include "kernels/pixel_formula.h"
-#include "targets/row_loops.h"
+#include "rows/pixel_formula.h"
+#include "rows/row_loops.h"
 
 namespace {
 

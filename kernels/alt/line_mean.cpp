@@ -1,16 +1,16 @@
 /// See line_mean.h.
-#include "kernels/alt/line_mean.h"
+#include <vlvk/line_mean.h>
 
 #include <cstddef>
 #include <cstdint>
 
+#include <vlvk/band_smoothing.h>
 #include "base/arm_math.h"
 #include "base/scratch_memory.h"
-#include "kernels/band_smoothing.h"
 #include "kernels/box_rows.h"
 #include "kernels/sliding_box.h"
 #include "kernels/smooth_plane.h"
-#include "targets/row_loops.h"
+#include "rows/row_loops.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 /// See mean_var_blend.h.
-#include "kernels/alt/mean_var_blend.h"
+#include <vlvk/mean_var_blend.h>
 
 #include <cstddef>
 #include <cstdint>
 
 #include "base/arm_math.h"
-#include "kernels/pixel_formula.h"
-#include "targets/row_loops.h"
+#include "rows/pixel_formula.h"
+#include "rows/row_loops.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 /// Converts a picture to a frame and back.
 #include <stdio.h>
 
-#include "base/version.h"
-#include "convert/rgb_to_yuv.h"
-#include "convert/yuv_to_rgb.h"
+#include <vlvk/rgb_to_yuv.h>
+#include <vlvk/version.h>
+#include <vlvk/yuv_to_rgb.h>
 
 int main(void) {
   enum { kWidth = 64, kHeight = 32 };

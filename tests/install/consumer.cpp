@@ -2,8 +2,8 @@
 #include <cstdio>
 #include <vector>
 
-#include "base/version.h"
-#include "filter/CFastEdgePreserved.h"
+#include <vlvk/CFastEdgePreserved.h>
+#include <vlvk/version.h>
 
 struct NeutralColors : IBeautyResourceLoader {
   int getResFromName(const char*, unsigned char*) override { return 0; }

@@ -17,7 +17,7 @@ foreach(file
     "-rw-r--r-- root/root [^\n]*/usr/lib[^\n]*/libVLVKMakeupEngine.so.${VERSION}"
     "lrwxrwxrwx root/root [^\n]*/libVLVKMakeupEngine.so.${SOVERSION} -> libVLVKMakeupEngine.so.${VERSION}"
     "lrwxrwxrwx root/root [^\n]*/libVLVKMakeupEngine.so -> libVLVKMakeupEngine.so.${SOVERSION}"
-    "-rw-r--r-- root/root [^\n]*/usr/include/VLVKMakeupEngine/filter/CFastEdgePreserved.h"
+    "-rw-r--r-- root/root [^\n]*/usr/include/vlvk/CFastEdgePreserved.h"
     "-rw-r--r-- root/root [^\n]*/pkgconfig/VLVKMakeupEngine.pc"
     "-rw-r--r-- root/root [^\n]*/cmake/VLVKMakeupEngine/VLVKMakeupEngineConfig.cmake"
     "-rw-r--r-- root/root [^\n]*/usr/share/man/man1/vlvk-makeup.1(.gz)?"

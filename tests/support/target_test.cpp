@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "targets/row_loops.h"
+#include "rows/row_loops.h"
 
 namespace testing_support {
 

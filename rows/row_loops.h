@@ -1,0 +1,105 @@
+/// The row loops: the hot arithmetic on one luma row or row pair, once for each vector target, and the choice among
+/// them.
+///
+/// kernels/ and convert/ hold the loops' code (the *_rows.h files), written in the vocabulary of simd/; targets/
+/// compiles it for each target; everybody else calls through this table.
+#ifndef VLVK_ROWS_ROW_LOOPS_H
+#define VLVK_ROWS_ROW_LOOPS_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "rows/pixel_formula.h"
+#include "rows/pixel_orders.h"
+
+namespace vlvk {
+
+/// Two integral rows around a row of boxes, positioned at its first pixel: the sum over the box of pixel x is
+/// (bottom[x + side] + top[x]) - (bottom[x] + top[x + side]).
+struct IntegralRows {
+  const std::uint32_t* top;
+  const std::uint64_t* topSquares;
+  const std::uint32_t* bottom;
+  const std::uint64_t* bottomSquares;
+  std::ptrdiff_t side;
+};
+
+/// One compiled set of row loops. Rows need no alignment beyond that of their element type, and nothing outside the
+/// stated columns is read or written.
+struct RowLoops {
+  using SmoothRow = void (*)(const std::uint16_t* sums, const std::uint32_t* squares, int columns,
+                             const std::uint8_t* source, std::uint8_t* destination, int halfSize,
+                             const PixelFormula& formula);
+  using LookUpColors = void (*)(const std::uint8_t* source, std::uint8_t* destination, int columns,
+                                const std::uint8_t* table);
+  using YuvToPixels = void (*)(const std::uint8_t* luma0, const std::uint8_t* luma1, const std::uint8_t* chroma,
+                               std::uint8_t* pixels0, std::uint8_t* pixels1, int columns);
+  using PixelsToYuv = void (*)(const std::uint8_t* pixels0, const std::uint8_t* pixels1, std::uint8_t* luma0,
+                               std::uint8_t* luma1, std::uint8_t* chroma, int columns);
+
+  const char* name;
+
+  /// Adds `times` copies of a luma row to the column sums. `columns` is a multiple of 8.
+  void (*addRow)(std::uint16_t* sums, std::uint32_t* squares, const std::uint8_t* row, std::uint32_t times,
+                 int columns);
+
+  /// Slides the column sums of a box down by one row.
+  ///
+  /// sums: one 16-bit sum per column, wrapping modulo 2^16 (differences of wrapped sums stay exact); squares: one
+  /// 32-bit sum of squared samples per column, wrapping modulo 2^32; columns: a multiple of 8.
+  void (*slideColumnSums)(std::uint16_t* sums, std::uint32_t* squares, const std::uint8_t* entering,
+                          const std::uint8_t* leaving, int columns);
+
+  /// Scans the column sums into box sums and smooths one row with them. `columns` is a multiple of 8.
+  /// The first form needs column sums of samples and what isTame says, the second takes any.
+  SmoothRow smoothRow;
+  SmoothRow smoothRowAnySums;
+
+  /// Scan column sums into box sums centred on their column, modulo 2^32. `columns` is a multiple of 8 in the first
+  /// form, 1 or more in the second.
+  void (*boxSumsRow)(const std::uint16_t* columnSums, const std::uint32_t* columnSquares, int columns,
+                     std::uint32_t* sums, std::uint32_t* squares, int halfSize);
+  void (*boxSumsRowWide)(const std::uint32_t* columnSums, const std::uint32_t* columnSquares, int columns,
+                         std::uint32_t* sums, std::uint32_t* squares, int halfSize);
+
+  /// Box sums, or smoothed pixels, from integral rows; `columns` is 8 or more.
+  void (*integralBoxSums)(const IntegralRows& rows, int columns, std::uint32_t* sums, std::uint32_t* squares);
+  void (*integralSmooth)(const IntegralRows& rows, int columns, const std::uint8_t* source, std::uint8_t* destination,
+                         const PixelFormula& formula);
+  /// Eight pixels with constants of their own; `biases` and `strengths` have 8 elements.
+  void (*integralSmooth8)(const IntegralRows& rows, const std::uint8_t* source, std::uint8_t* destination,
+                          float inverseArea, const float* biases, const float* strengths);
+
+  /// Smooths one row from ready box statistics, as Mean_var_Blend does in whole groups. `columns` is a multiple of 8.
+  void (*blendStatistics)(const std::uint8_t* source, std::uint8_t* destination, const std::uint32_t* sums,
+                          const std::uint32_t* squares, int columns, const PixelFormula& formula);
+
+  /// Mixes two luma rows by the skin weight of the chroma row between them. out0, out1 may be the smoothed or the
+  /// unsmoothed rows. `columns` is a multiple of 8; weights has 64 entries of 0 .. 64, indexed by distance.
+  void (*blendRowPair)(const std::uint8_t* unsmoothed0, const std::uint8_t* unsmoothed1, const std::uint8_t* smoothed0,
+                       const std::uint8_t* smoothed1, std::uint8_t* out0, std::uint8_t* out1,
+                       const std::uint8_t* chroma, int columns, const std::uint8_t* weights,
+                       const std::uint8_t* centre);
+
+  /// Replaces colours by the table's entries for them; `columns` is a multiple of 16. Source and destination may be the
+  /// same row. The table has 4 bytes for each colour of 6 bits a channel, at red + 64 * (green + 64 * blue).
+  LookUpColors lookUpColors[kPixelOrders];
+
+  /// Converts a row pair; `columns` is a multiple of 16. Indexed by byte order.
+  YuvToPixels yuvToPixels[kChromaOrders][kPixelOrders];
+  PixelsToYuv pixelsToYuv[kChromaOrders][kPixelOrders];
+};
+
+/// The row loops in use: the fastest set that this processor runs, chosen once.
+const RowLoops& rowLoops();
+
+/// The sets that this processor can run, fastest first. `count` receives their number, 1 or more.
+const RowLoops* const* availableRowLoops(int& count);
+
+/// Puts the set of that name in use for all kernels that start from now on, null for the automatic choice. For tests,
+/// benchmarks and diagnosis. Returns false, and changes nothing, when there is no such set.
+bool forceRowLoops(const char* name);
+
+}  // namespace vlvk
+
+#endif

@@ -1,0 +1,143 @@
+/// Row loops of the smoothing filter: column sums, pixel formula. Builds on box_scan_rows.h. Included by
+/// rows/all_rows.h.
+
+#include <cstddef>
+#include <cstdint>
+
+#include "rows/pixel_formula.h"
+
+namespace vlvk::VLVK_TARGET {
+
+/// See RowLoops::addRow. Runs a few times for a band, so the multiplication costs nothing.
+inline void addRow(std::uint16_t* __restrict sums, std::uint32_t* __restrict squares,
+                   const std::uint8_t* __restrict row, std::uint32_t times, int columns) {
+  for (int c = 0; c < columns; ++c) {
+    const std::uint32_t sample = row[c];
+    sums[c] = static_cast<std::uint16_t>(sums[c] + times * sample);
+    squares[c] += times * (sample * sample);
+  }
+}
+
+/// See RowLoops::slideColumnSums.
+inline void slideColumnSums(std::uint16_t* sums, std::uint32_t* squares, const std::uint8_t* entering,
+                            const std::uint8_t* leaving, int columns) {
+  for (; columns > 0; columns -= 8) {
+    const U8x8 in = loadU8x8(entering);
+    entering += 8;
+    const U8x8 out = loadU8x8(leaving);
+    leaving += 8;
+    store(sums, addDifference(load8(sums), in, out));
+    sums += 8;
+    store(squares, addSquareDifference(load8(squares), in, out));
+    squares += 8;
+  }
+}
+
+/// Constants of the pixel formula, one vector each.
+struct FormulaLanes {
+  F32x8 inverseArea;
+  F32x8 bias;
+  F32x8 strength;
+};
+
+inline FormulaLanes formulaLanes(const PixelFormula& formula) {
+  return {splat8(formula.inverseArea), splat8(formula.bias), splat8(formula.strength)};
+}
+
+/// What may be known of a denominator.
+enum Denominator {
+  kModest,  ///< 0 or far from the ends of the float range: samples, sums and strengths are integers
+  kAny      ///< made of a caller's own constants
+};
+
+/// The quotient that becomes a smoothed pixel.
+struct Quotient {
+  F32x8 numerator;
+  F32x8 denominator;
+};
+
+/// Samples moved towards the mean, the more the smaller their biased variance is against the strength.
+inline Quotient pulledToMean(F32x8 samples, F32x8 mean, F32x8 biasedVariance, F32x8 strength) {
+  return {addProduct(mul(samples, biasedVariance), mean, strength), add(biasedVariance, strength)};
+}
+
+/// The pixel formula as far as its quotient, see PixelFormula.
+inline Quotient smoothed(F32x8 samples, F32x8 sums, F32x8 squares, const FormulaLanes& k) {
+  const F32x8 mean = mul(sums, k.inverseArea);
+  const F32x8 variance = subProduct(mul(squares, k.inverseArea), mean, mean);
+  return pulledToMean(samples, mean, add(variance, k.bias), k.strength);
+}
+
+template <Denominator kDenominator = kModest>
+inline F32x8 divided(const Quotient& quotient) {
+  if constexpr (kDenominator == kModest) {
+    return mul(quotient.numerator, reciprocalEstimateOfModest(quotient.denominator));
+  } else {
+    return mul(quotient.numerator, reciprocalEstimate(quotient.denominator));
+  }
+}
+
+template <Denominator kDenominator = kModest>
+inline U8x8 smoothedPixels(U8x8 samples, F32x8 sums, F32x8 squares, const FormulaLanes& k) {
+  return truncToLowBytes(divided<kDenominator>(smoothed(toFloat(samples), sums, squares, k)));
+}
+
+/// See RowLoops::smoothRowAnySums.
+inline void smoothRowAnySums(const std::uint16_t* sums, const std::uint32_t* squares, int columns,
+                             const std::uint8_t* source, std::uint8_t* destination, int halfSize,
+                             const PixelFormula& formula) {
+  const FormulaLanes k = formulaLanes(formula);
+  scanBoxSums<kOneToTheRight>(
+      sums, squares, columns, columns - 1,
+      halfSize, [&](std::ptrdiff_t j, U32x8 boxSums, U32x8 boxSquares) __attribute__((always_inline)) {
+        store(destination + j, smoothedPixels(loadU8x8(source + j), toFloat(boxSums), toFloat(boxSquares), k));
+      });
+}
+
+/// Quotients of a run, in the same order.
+struct QuotientRun {
+  float numerators[BoxRun::kColumns];
+  float denominators[BoxRun::kColumns];
+};
+
+/// Smooths a run of columns, a multiple of 16.
+inline void smoothRun(const BoxRun& run, const std::uint8_t* source, std::uint8_t* destination, int columns,
+                      const FormulaLanes& k) {
+  QuotientRun quotients;
+  const auto quotientOf = [&](F32x8 samples, int i) __attribute__((always_inline)) {
+    const Quotient quotient =
+        smoothed(samples, toFloatBelow2To31(load8(run.sums + i)), toFloatBelow2To31(load8(run.squares + i)), k);
+    store(quotients.numerators + i, quotient.numerator);
+    store(quotients.denominators + i, quotient.denominator);
+  };
+  const auto pixelsAt = [&](int i) __attribute__((always_inline)) {
+    return divided({load8(quotients.numerators + i), load8(quotients.denominators + i)});
+  };
+  for (int i = 0; i < columns; i += 16) {
+    const U8x16 samples = loadU8x16(source + i);
+    quotientOf(toFloatEven(samples), i);
+    quotientOf(toFloatOdd(samples), i + 8);
+  }
+  for (int i = 0; i < columns; i += 16)
+    store(destination + i, truncToLowBytes(pixelsAt(i), pixelsAt(i + 8)));
+}
+
+/// See RowLoops::smoothRow.
+inline void smoothRow(const std::uint16_t* sums, const std::uint32_t* squares, int columns, const std::uint8_t* source,
+                      std::uint8_t* destination, int halfSize, const PixelFormula& formula) {
+  const FormulaLanes k = formulaLanes(formula);
+  scanBoxSums<kOneToTheRight>(
+      sums, squares, columns, columns - 1, halfSize,
+      [&](std::ptrdiff_t j, U32x8 boxSums, U32x8 boxSquares) __attribute__((always_inline)) {
+        store(destination + j,
+              smoothedPixels(loadU8x8(source + j), toFloatBelow2To31(boxSums), toFloatBelow2To31(boxSquares), k));
+      },
+      [&](auto& scan, std::ptrdiff_t first) __attribute__((always_inline)) {
+        const auto useRun = [&](std::ptrdiff_t j, int count, const BoxRun& run) {
+          smoothRun(run, source + j, destination + j, count, k);
+        };
+        return kRunsPay ? scan.runs(first, useRun) : first;
+      });
+}
+
+}  // namespace vlvk::VLVK_TARGET

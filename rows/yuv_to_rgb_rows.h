@@ -1,0 +1,53 @@
+/// Row loop of the conversion from semi-planar YUV to pixels. Included by rows/all_rows.h.
+
+#include <cstddef>
+#include <cstdint>
+
+#include "rows/bt601.h"
+#include "rows/pixel_orders.h"
+
+namespace vlvk::VLVK_TARGET {
+
+/// One channel of two rows: luma term plus chroma term, in 16-bit lanes that wrap.
+inline U8x16x2 channelOfRows(I16x8x2 lumaLow, I16x8x2 lumaHigh, I16x8 chromaTerm) {
+  const I16x16 ofColumns = duplicateEach(chromaTerm);
+  return roundShiftNarrowSat<kYuvToRgbBits>(add(lumaLow, bothRows(ofColumns.low)),
+                                            add(lumaHigh, bothRows(ofColumns.high)));
+}
+
+/// offset + kU * u + kV * v.
+template <ChromaOrder kChroma, int kU, int kV>
+inline I16x8 weighChroma(const ChromaPairs& pairs, I16x8 offset) {
+  return kChroma == kVThenU ? weighPairs<kV, kU>(pairs, offset) : weighPairs<kU, kV>(pairs, offset);
+}
+
+/// See RowLoops::yuvToPixels.
+template <ChromaOrder kChroma, PixelOrder kPixels>
+inline void yuvToPixels(const std::uint8_t* luma0, const std::uint8_t* luma1, const std::uint8_t* chroma,
+                        std::uint8_t* pixels0, std::uint8_t* pixels1, int columns) {
+  constexpr YuvToRgb k = kYuvToRgb;
+  // The offsets of luma and chroma are folded into one constant for each channel.
+  const I16x8 redOffset = splatI16(-k.luma * kLumaOffset - k.redV * kChromaOffset);
+  const I16x8 greenOffset = splatI16(-k.luma * kLumaOffset - (k.greenU + k.greenV) * kChromaOffset);
+  const I16x8 blueOffset = splatI16(-k.luma * kLumaOffset - k.blueU * kChromaOffset);
+  const U8x16x2 opaque = splatRows(255);
+
+  for (; columns > 0; columns -= 16) {
+    const ChromaPairs pairs = loadChromaPairs(chroma);
+    const U8x16x2 luma = loadRows(luma0, luma1);
+    const I16x8x2 lumaLow = mulWidenLow(luma, k.luma);
+    const I16x8x2 lumaHigh = mulWidenHigh(luma, k.luma);
+    const U8x16x2 red = channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, 0, k.redV>(pairs, redOffset));
+    const U8x16x2 green =
+        channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, k.greenU, k.greenV>(pairs, greenOffset));
+    const U8x16x2 blue = channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, k.blueU, 0>(pairs, blueOffset));
+    storePixels(pixels0, pixels1, kPixels == kRgba ? red : blue, green, kPixels == kRgba ? blue : red, opaque);
+    luma0 += 16;
+    luma1 += 16;
+    chroma += 16;
+    pixels0 += 64;
+    pixels1 += 64;
+  }
+}
+
+}  // namespace vlvk::VLVK_TARGET

@@ -1,6 +1,0 @@
-/// Row loops for any processor, in plain C++.
-#define VLVK_TARGET scalar
-
-#include "simd/scalar.h"
-// The loops are written in the vocabulary above.
-#include "targets/all_rows.h"

@@ -1,0 +1,69 @@
+/// Header and scrambling of resource files.
+#include "resource/resource_file.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace vlvk {
+namespace {
+
+using Header = std::array<unsigned char, kResourceHeaderSize>;
+
+TEST(ResourceFile, SizeIsTheProductOfTwoFactors) {
+  const Header picture{'V', 'L', 'K', 0xFF, 0x00, 0x08, 0, 0, 0x00, 0x02, 0, 0};
+  EXPECT_EQ(resourcePayloadSize(picture.data()), 2048 * 512);
+  const Header allBytes{0, 0, 0, 0, 0x01, 0x02, 0x03, 0x04, 1, 0, 0, 0};
+  EXPECT_EQ(resourcePayloadSize(allBytes.data()), 0x04030201);
+}
+
+TEST(ResourceFile, HighBytesCountAsNegativeAmounts) {
+  const Header one{0, 0, 0, 0, 0xFF, 0x08, 0, 0, 1, 0, 0, 0};
+  EXPECT_EQ(resourcePayloadSize(one.data()), 8 * 256 - 1);
+  const Header carried{0, 0, 0, 0, 0x00, 0x80, 0x01, 0, 2, 0, 0, 0};
+  EXPECT_EQ(resourcePayloadSize(carried.data()), 2 * (65536 - 128 * 256));
+  const Header bothNegative{0, 0, 0, 0, 0x80, 0, 0, 0, 0xFE, 0, 0, 0};
+  EXPECT_EQ(resourcePayloadSize(bothNegative.data()), 128 * 2);
+  // -128 * 2^24 = -2^31; times 0x80 = -128 it is 2^38, which wraps to 0; times 1 it stays.
+  const Header smallest{0, 0, 0, 0, 0, 0, 0, 0x80, 1, 0, 0, 0};
+  EXPECT_EQ(resourcePayloadSize(smallest.data()), INT32_MIN);
+  const Header wrapped{0, 0, 0, 0, 0, 0, 0, 0x80, 0x80, 0, 0, 0};
+  EXPECT_EQ(resourcePayloadSize(wrapped.data()), 0);
+}
+
+TEST(ResourceFile, LimitsOfAPayload) {
+  EXPECT_TRUE(isResourcePayloadAllowed(0));
+  EXPECT_TRUE(isResourcePayloadAllowed(1048576));
+  EXPECT_FALSE(isResourcePayloadAllowed(1048577));
+  EXPECT_FALSE(isResourcePayloadAllowed(-1));
+  EXPECT_FALSE(isResourcePayloadAllowed(INT32_MIN));
+}
+
+TEST(ResourceFile, ScramblingSwapsPairsAndMasks) {
+  const std::vector<unsigned char> plain{0x00, 0xFF, 0x5A, 0x01, 0xA5};
+  const std::vector<unsigned char> scrambled{0xA5, 0x5A, 0x5B, 0x00, 0xFF};
+  for (int size = -1; size <= 5; ++size) {
+    std::vector<unsigned char> result(5, 0x77);
+    scrambleResource(plain.data(), size, result.data());
+    std::vector<unsigned char> expected(5, 0x77);
+    std::copy_n(scrambled.begin(), std::max(size, 0), expected.begin());
+    if (size % 2 == 1) expected[static_cast<std::size_t>(size) - 1] = plain[static_cast<std::size_t>(size) - 1] ^ 0x5A;
+    EXPECT_EQ(result, expected) << "size " << size;
+  }
+}
+
+TEST(ResourceFile, ScramblingIsItsOwnInverseInPlace) {
+  std::vector<unsigned char> bytes(1025);
+  for (std::size_t i = 0; i < bytes.size(); ++i)
+    bytes[i] = static_cast<unsigned char>(i * 37 >> 2);
+  std::vector<unsigned char> twice = bytes;
+  for (int pass = 0; pass < 2; ++pass)
+    scrambleResource(twice.data(), 1025, twice.data());
+  EXPECT_EQ(twice, bytes);
+}
+
+}  // namespace
+}  // namespace vlvk

@@ -1,0 +1,98 @@
+/// Numbers worked out by hand, so that library and oracle cannot be wrong in the same way, and the formula's constants.
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "rows/pixel_formula.h"
+#include "simd/reciprocal_estimate.h"
+#include "tests/naive/naive.h"
+
+namespace {
+
+TEST(PinnedValues, ReciprocalEstimate) {
+  struct {
+    float input;
+    float output;
+  } constexpr kCases[] = {{1.0f, 511 / 512.0f},     {2.0f, 511 / 1024.0f}, {3.0f, 341 / 1024.0f},
+                          {-1.0f, -511 / 512.0f},   {1.5f, 341 / 512.0f},  {1.9999999f, 256 / 512.0f},
+                          {120.0f, 273 / 32768.0f}, {0x1p126f, 0.0f},      {0x1.8p125f, 0x1.55p-126f}};
+  for (const auto& c : kCases) {
+    EXPECT_EQ(naive::reciprocalEstimate(c.input), c.output) << c.input;
+    EXPECT_EQ(vlvk::reciprocalEstimate(c.input), c.output) << c.input;
+  }
+}
+
+TEST(PinnedValues, FormulaConstants) {
+  struct {
+    int h, level;
+    float inverseArea, bias, strength;
+  } constexpr kCases[] = {{7, 0, 1 / 225.0f, 120.0f, 0.0f},
+                          {15, 1000, 1 / 961.0f, 48.0f, 600.0f},
+                          {0, 100, 1.0f, 112.8f, 60.0f},
+                          {1, 1667, 1 / 9.0f, 0.0f, 1000.0f},
+                          {1, -1, 1 / 9.0f, 120.0f, 0.0f},
+                          {1, -5000, 1 / 9.0f, 480.0f, -3000.0f},
+                          // 600 * 1288490188 is -480 modulo 2^32.
+                          {INT_MAX, INT_MAX, 0x1p-64f, 120.096f, 1288490188.0f}};
+  for (const auto& c : kCases) {
+    const auto [inverseArea, bias, strength] = naive::formulaConstants(c.h, c.level);
+    EXPECT_TRUE(inverseArea == c.inverseArea && bias == c.bias && strength == c.strength)
+        << c.h << ' ' << c.level << ": " << inverseArea << ' ' << bias << ' ' << strength;
+  }
+  for (long long level = INT_MIN; level <= INT_MAX; level += level > -9000 && level < 9000 ? 1 : 65521) {
+    const int h = static_cast<int>((level & 0x7FFFFFFF) >> ((level & 31)));
+    const auto expected = naive::formulaConstants(h, static_cast<int>(level));
+    const vlvk::PixelFormula formula = vlvk::makePixelFormula(h, static_cast<int>(level));
+    ASSERT_EQ(formula.inverseArea, expected.inverseArea) << "h " << h;
+    ASSERT_EQ(formula.bias, expected.bias) << "level " << level;
+    ASSERT_EQ(formula.strength, expected.strength) << "level " << level;
+  }
+}
+
+TEST(PinnedValues, SmoothedPixel) {
+  // Flat 100 at level 0: 100 * 120 * (273 / 32768) = 99.976.
+  EXPECT_EQ(naive::smoothedPixel(22500, 2250000, 100, 7, 0), 99);
+  // Flat 100 at level 1000, K = 600, A = 48: 64800 * estimate(648). 648 / 512 is in class 324 of 256 .. 511, so the
+  // estimate is 404 / 2^18 and the result 99.87.
+  EXPECT_EQ(naive::smoothedPixel(22500, 2250000, 100, 7, 1000), 99);
+  // The sample 200 in a box of mean 100 and variance 0: (200 * 48 + 100 * 600) * 404 / 2^18 = 107.26.
+  EXPECT_EQ(naive::smoothedPixel(22500, 2250000, 200, 7, 1000), 107);
+  // Level 1667: A is 0, and without variance only the mean is left: 100 * 1000 * 262 / 2^18 = 99.95.
+  EXPECT_EQ(naive::smoothedPixel(22500, 2250000, 200, 7, 1667), 99);
+}
+
+TEST(PinnedValues, YuvToPixel) {
+  struct {
+    int Y, U, V;
+    bool wrap;
+    int r, g, b;
+  } constexpr kCases[] = {
+      {16, 128, 128, true, 0, 0, 0},        {235, 128, 128, true, 255, 255, 255},  {0, 128, 128, true, 0, 0, 0},
+      {255, 255, 128, true, 255, 230, 0},   {255, 255, 128, false, 255, 230, 255}, {253, 244, 128, true, 255, 232, 255},
+      {254, 244, 128, true, 255, 234, 0},   {243, 250, 128, true, 255, 218, 255},  {244, 250, 128, true, 255, 220, 0},
+      {234, 255, 128, true, 255, 206, 255}, {235, 255, 128, true, 255, 207, 0},    {81, 90, 240, true, 255, 0, 0}};
+  for (const auto& c : kCases) {
+    const naive::Rgb p = naive::yuvToPixel(c.Y, c.U, c.V, c.wrap);
+    EXPECT_TRUE(p.r == c.r && p.g == c.g && p.b == c.b)
+        << c.Y << ' ' << c.U << ' ' << c.V << ": " << int{p.r} << ' ' << int{p.g} << ' ' << int{p.b};
+  }
+}
+
+TEST(PinnedValues, PixelToYuv) {
+  struct {
+    int R, G, B;
+    bool rounded;
+    int y, u, v;
+  } constexpr kCases[] = {{0, 0, 0, true, 16, 128, 128},        {0, 0, 0, false, 16, 128, 128},
+                          {1, 1, 1, true, 17, 128, 128},        {1, 1, 1, false, 16, 128, 128},
+                          {255, 0, 0, true, 82, 90, 240},       {255, 0, 0, false, 81, 90, 239},
+                          {0, 0, 255, true, 41, 240, 110},      {0, 0, 255, false, 40, 239, 110},
+                          {255, 255, 255, true, 235, 128, 128}, {255, 255, 255, false, 235, 128, 128}};
+  for (const auto& c : kCases) {
+    const naive::Yuv p = naive::pixelToYuv(c.R, c.G, c.B, c.rounded);
+    EXPECT_TRUE(p.y == c.y && p.u == c.u && p.v == c.v)
+        << c.R << ' ' << c.G << ' ' << c.B << ": " << int{p.y} << ' ' << int{p.u} << ' ' << int{p.v};
+  }
+}
+
+}  // namespace

@@ -1,0 +1,18 @@
+/// See nv21_frame.h.
+#include "tools/engine/nv21_frame.h"
+
+#include <vlvk/rgb_to_yuv.h>
+
+namespace vlvk::tool {
+
+Nv21Frame nv21FrameOf(const Picture& picture) {
+  if (picture.width % 2 != 0 || picture.height % 2 != 0) return nv21FrameOf(paddedToEven(picture));
+  const int width = picture.width;
+  const int height = picture.height;
+  const std::size_t lumaSize = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  Nv21Frame frame{width, height, std::make_unique_for_overwrite<std::uint8_t[]>(lumaSize + lumaSize / 2)};
+  VKRGBAToNV21_NeonCall(picture.row(0), width * 4, frame.luma.get(), width, frame.chroma(), width, width, height);
+  return frame;
+}
+
+}  // namespace vlvk::tool

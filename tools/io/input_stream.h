@@ -1,0 +1,49 @@
+/// Reading a file, pipe or device from front to back.
+#ifndef VLVK_TOOLS_IO_INPUT_STREAM_H
+#define VLVK_TOOLS_IO_INPUT_STREAM_H
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace vlvk::tool {
+
+/// Bytes in their order. All members throw Error, which names the file; reading also when an interrupt that is held
+/// back (InterruptPause) is due, or when it is told to stop, even while no bytes come.
+class InputStream {
+ public:
+  /// @param path  "-" is standard input
+  explicit InputStream(const std::string& path);
+  InputStream(const InputStream&) = delete;
+  InputStream& operator=(const InputStream&) = delete;
+  ~InputStream();
+
+  /// For messages.
+  const std::string& name() const { return name_; }
+
+  /// Bytes of a regular file.
+  std::optional<std::uint64_t> fileSize() const;
+
+  /// Fills `bytes`. Returns how many there were: fewer only at the end of the stream.
+  std::size_t read(std::span<std::uint8_t> bytes, const std::stop_token& stop);
+
+  /// Bytes up to and with the next line end, fewer where the stream or `limit` ends first.
+  std::string readLine(std::size_t limit, const std::stop_token& stop);
+
+ private:
+  std::size_t readSome(std::span<std::uint8_t> bytes, const std::stop_token& stop);
+  void waitForBytes(const std::stop_token& stop) const;
+
+  std::string name_;
+  int descriptor_;
+  std::vector<std::uint8_t> buffer_;  // read ahead, for lines
+  std::size_t taken_ = 0;             // of buffer_
+};
+
+}  // namespace vlvk::tool
+
+#endif

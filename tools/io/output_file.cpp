@@ -1,0 +1,158 @@
+/// Temporary file, permissions, rename.
+#include "tools/io/output_file.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <system_error>
+
+#include "tools/io/error.h"
+
+namespace vlvk::tool {
+namespace {
+
+constexpr std::size_t kMaxWrite = std::size_t{1} << 20;  // so that an interrupt is soon noticed
+constexpr int kMaxLinks = 40;
+
+[[noreturn]] void failWithErrno() {
+  throw Error(systemReason(errno));
+}
+
+void failIfInterrupted() {
+  if (InterruptPause::isDue()) throw Error("interrupted");
+}
+
+// Runs a step of the writing, whose reasons get the file's name.
+template <typename Step>
+void named(const std::string& name, const Step& step) {
+  try {
+    step();
+  } catch (const Error& error) {
+    throw Error(name, std::string("cannot be written: ") + error.what());
+  }
+}
+
+mode_t modeOfNewFiles() {
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  return 0666 & ~mask;
+}
+
+// Type and permissions of what is there; of a new file where there is nothing.
+mode_t modeOf(const std::filesystem::path& target) {
+  struct stat status {};
+  if (::stat(target.c_str(), &status) == 0) return status.st_mode;
+  if (errno != ENOENT) failWithErrno();
+  return S_IFREG | modeOfNewFiles();
+}
+
+// Where the bytes of `path` are, or will be: links are followed, one that leads nowhere too.
+std::filesystem::path targetOf(const std::string& path) {
+  std::error_code error;
+  std::filesystem::path target = std::filesystem::canonical(path, error);
+  if (!error) return target;
+  target = path;
+  for (int i = 0; i < kMaxLinks; ++i) {
+    const std::filesystem::path next = std::filesystem::read_symlink(target, error);
+    if (error) break;
+    target = target.parent_path() / next;
+  }
+  return target;
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& path, Devices devices) : name_(path) {
+  named(name_, [&] {
+    if (devices == Devices::kTaken && isStandardOutput(path)) {
+      name_ = "standard output";
+      descriptor_ = STDOUT_FILENO;
+      return;
+    }
+    const mode_t mode = modeOf(path);
+    if (devices == Devices::kTaken && (S_ISFIFO(mode) || S_ISCHR(mode))) {
+      openStraight(path);
+      return;
+    }
+    // Renaming would replace anything, so what is no file, and what may not be written, is refused here.
+    if (S_ISDIR(mode)) throw Error(systemReason(EISDIR));
+    if (!S_ISREG(mode)) throw Error("not a regular file");
+    target_ = targetOf(path);
+    if (::access(target_.c_str(), W_OK) != 0 && errno != ENOENT) failWithErrno();
+    makeTemporary(mode & 0777);
+  });
+}
+
+OutputFile::~OutputFile() {
+  if (descriptor_ >= 0 && descriptor_ != STDOUT_FILENO) ::close(descriptor_);
+  if (!temporary_.empty()) ::unlink(temporary_.c_str());
+}
+
+void OutputFile::openStraight(const std::string& path) {
+  descriptor_ = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+  if (descriptor_ < 0) failWithErrno();
+}
+
+void OutputFile::makeTemporary(mode_t mode) {
+  mode_ = mode;
+  pause_.emplace();
+  const std::filesystem::path directory = target_.has_parent_path() ? target_.parent_path() : ".";
+  std::string temporary = directory / ".vlvk-makeup.XXXXXX";
+  descriptor_ = ::mkostemp(temporary.data(), O_CLOEXEC);
+  if (descriptor_ < 0) failWithErrno();
+  temporary_ = temporary;
+}
+
+void OutputFile::write(std::span<const std::uint8_t> bytes) {
+  named(name_, [&] {
+    while (!bytes.empty()) {
+      failIfInterrupted();
+      const ssize_t count = ::write(descriptor_, bytes.data(), std::min(bytes.size(), kMaxWrite));
+      if (count < 0 && errno == EAGAIN) {  // a pipe whose other users want it that way
+        pollfd ready{descriptor_, POLLOUT, 0};
+        ::poll(&ready, 1, 100);
+      } else if (count < 0 && errno != EINTR) {
+        failWithErrno();
+      }
+      if (count > 0) bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+  });
+}
+
+void OutputFile::commit() {
+  if (!temporary_.empty()) named(name_, [this] { rename(); });
+}
+
+void OutputFile::rename() {
+  if (::fchmod(descriptor_, mode_) != 0) failWithErrno();
+  // Some file systems have no fsync; any other failure means that the data is not safe.
+  if (::fsync(descriptor_) != 0 && errno != EINVAL && errno != ENOSYS) failWithErrno();
+  const int descriptor = descriptor_;
+  descriptor_ = -1;
+  if (::close(descriptor) != 0) failWithErrno();
+  failIfInterrupted();
+  if (::rename(temporary_.c_str(), target_.c_str()) != 0) failWithErrno();
+  temporary_.clear();
+}
+
+bool isStandardOutput(const std::string& path) {
+  return path == "-" || path == "/dev/stdout";
+}
+
+void requireWritable(const std::string& path) {
+  const OutputFile file(path, Devices::kRefused);
+}
+
+void writeFile(const std::string& path, std::span<const std::uint8_t> bytes) {
+  OutputFile file(path, Devices::kRefused);
+  file.write(bytes);
+  file.commit();
+}
+
+}  // namespace vlvk::tool

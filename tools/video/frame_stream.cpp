@@ -1,0 +1,90 @@
+/// See frame_stream.h.
+#include "tools/video/frame_stream.h"
+
+#include <cstddef>
+#include <span>
+
+#include "tools/video/y4m.h"
+
+namespace vlvk::tool {
+namespace {
+
+constexpr const char* kEmpty = "the stream is empty";
+constexpr std::size_t kShownBytes = 16;  // of what stands in a header's place
+
+std::span<const std::uint8_t> bytesOf(const std::string& text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+}  // namespace
+
+FrameReader::FrameReader(const std::string& path, const std::optional<RawFrames>& raw)
+    : stream_(path), format_(raw.value_or(RawFrames{{}, ChromaLayout::kPlanar})) {
+  if (raw) return;
+  header_ = stream_.readLine(kMaxY4mLine, {});
+  if (header_.empty()) throw Error(stream_.name(), kEmpty);
+  try {
+    format_.size = parseY4mHeader(header_);
+  } catch (const Error& error) {
+    throw Error(stream_.name(), error.what());
+  }
+}
+
+std::optional<std::uint64_t> FrameReader::expectedFrames() const {
+  const std::optional<std::uint64_t> bytes = stream_.fileSize();
+  if (!bytes || *bytes < header_.size()) return std::nullopt;
+  const std::uint64_t lineBytes = header_.empty() ? 0 : kY4mFrame.size() + 1;
+  return (*bytes - header_.size()) / (frameBytes(format_.size) + lineBytes);
+}
+
+bool FrameReader::read(VideoFrame* frame, const std::stop_token& stop) {
+  frame->number = count_ + 1;
+  if (!header_.empty() && !readHeader(frame, stop)) return false;
+  std::uint64_t bytes = 0;
+  for (const std::span<std::uint8_t> part : frame->streamParts()) {
+    const std::size_t count = stream_.read(part, stop);
+    bytes += count;
+    if (count < part.size()) break;
+  }
+  const bool raw = header_.empty();
+  if (raw && bytes == 0 && count_ == 0) throw Error(stream_.name(), kEmpty);
+  if (raw && bytes == 0) return false;
+  if (bytes < frameBytes(format_.size)) {
+    throw BrokenStream(stream_.name(), "the stream ends inside frame " + std::to_string(frame->number) + ", after " +
+                                           std::to_string(bytes) + " of its " +
+                                           std::to_string(frameBytes(format_.size)) + " bytes");
+  }
+  count_ = frame->number;
+  return true;
+}
+
+bool FrameReader::readHeader(VideoFrame* frame, const std::stop_token& stop) {
+  const std::string line = stream_.readLine(kMaxY4mLine, stop);
+  if (line.empty()) return false;
+  frame->header = line;
+  if (isY4mFrameHeader(line)) return true;
+  const std::string number = std::to_string(frame->number);
+  const bool begun = kY4mFrame.starts_with(line) || isY4mFrameHeader(line + '\n');
+  if (begun && line.size() < kMaxY4mLine) {
+    throw BrokenStream(stream_.name(), "the stream ends inside the header of frame " + number + ", after " +
+                                           std::to_string(line.size()) + " bytes");
+  }
+  if (begun) {
+    throw BrokenStream(stream_.name(),
+                       "the header of frame " + number + " is longer than " + std::to_string(kMaxY4mLine) + " bytes");
+  }
+  throw BrokenStream(stream_.name(),
+                     "frame " + number + " does not begin with FRAME but with '" + line.substr(0, kShownBytes) + "'");
+}
+
+FrameWriter::FrameWriter(OutputFile* file, const std::string& header) : file_(file) {
+  file_->write(bytesOf(header));
+}
+
+void FrameWriter::write(VideoFrame* frame) {
+  file_->write(bytesOf(frame->header));
+  for (const std::span<std::uint8_t> part : frame->streamParts())
+    file_->write(part);
+}
+
+}  // namespace vlvk::tool

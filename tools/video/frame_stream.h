@@ -1,0 +1,71 @@
+/// Streams of frames, Y4M or bare: reading and writing them.
+#ifndef VLVK_TOOLS_VIDEO_FRAME_STREAM_H
+#define VLVK_TOOLS_VIDEO_FRAME_STREAM_H
+
+#include <cstdint>
+#include <optional>
+#include <stop_token>
+#include <string>
+
+#include "tools/io/error.h"
+#include "tools/io/input_stream.h"
+#include "tools/io/output_file.h"
+#include "tools/video/video_frame.h"
+
+namespace vlvk::tool {
+
+/// A stream that ends, or goes on with something else, where a frame was to come. The frames before it are good.
+class BrokenStream : public Error {
+ public:
+  using Error::Error;
+};
+
+/// What a stream without a header leaves to be told.
+struct RawFrames {
+  FrameSize size;
+  ChromaLayout layout;
+};
+
+class FrameReader {
+ public:
+  /// Opens the stream and reads its header, unless the frames are raw. Throws Error, which names `path`.
+  FrameReader(const std::string& path, const std::optional<RawFrames>& raw);
+
+  /// For messages.
+  const std::string& name() const { return stream_.name(); }
+
+  /// With its line end; empty for raw frames.
+  const std::string& header() const { return header_; }
+
+  FrameSize size() const { return format_.size; }
+  ChromaLayout layout() const { return format_.layout; }
+
+  /// How many frames there will be, of a regular file.
+  std::optional<std::uint64_t> expectedFrames() const;
+
+  /// Reads the next frame, or returns false at the end. Throws Error, BrokenStream where that is the reason.
+  bool read(VideoFrame* frame, const std::stop_token& stop);
+
+ private:
+  bool readHeader(VideoFrame* frame, const std::stop_token& stop);
+
+  InputStream stream_;
+  std::string header_;
+  RawFrames format_;
+  std::uint64_t count_ = 0;
+};
+
+/// Writes the header of a stream, which may be empty, and its frames with theirs.
+class FrameWriter {
+ public:
+  FrameWriter(OutputFile* file, const std::string& header);
+
+  void write(VideoFrame* frame);
+
+ private:
+  OutputFile* file_;
+};
+
+}  // namespace vlvk::tool
+
+#endif

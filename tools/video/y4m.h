@@ -1,0 +1,25 @@
+/// The header of a Y4M stream (YUV4MPEG2), the format in which video programs hand raw frames to each other.
+#ifndef VLVK_TOOLS_VIDEO_Y4M_H
+#define VLVK_TOOLS_VIDEO_Y4M_H
+
+#include <cstddef>
+#include <string_view>
+
+#include "tools/options/size_option.h"
+
+namespace vlvk::tool {
+
+inline constexpr std::string_view kY4mStart = "YUV4MPEG2";
+inline constexpr std::string_view kY4mFrame = "FRAME";
+inline constexpr std::size_t kMaxY4mLine = 4096;  ///< of a header, line end included
+
+/// The frame size of a stream whose header is `line`, with its line end. Throws Error, a bare reason, unless the frames
+/// are 8-bit 4:2:0 in limited range: what the engine works with.
+FrameSize parseY4mHeader(std::string_view line);
+
+/// Whether `line` is the header of a frame: "FRAME" and perhaps parameters.
+bool isY4mFrameHeader(std::string_view line);
+
+}  // namespace vlvk::tool
+
+#endif
