@@ -78,6 +78,7 @@ void mapThroughTable(const PixelRows& band, const unsigned char* table) {
   const auto restBytes = 4 * static_cast<std::size_t>(band.width - blocks);
   band.forEachRow([&](const unsigned char* source, unsigned char* destination) {
     lookUpColors(source, destination, blocks, table);
+    if (restBytes == 0) return;
     unsigned char rest[64] = {};  // the row loop takes 16 pixels at a time
     std::memcpy(rest, source + blockBytes, restBytes);
     lookUpColors(rest, rest, 16, table);
