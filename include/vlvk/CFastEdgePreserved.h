@@ -74,7 +74,7 @@ class VLVK_API CFastEdgePreserved {
   CFastEdgePreserved(const CFastEdgePreserved&) = delete;
   CFastEdgePreserved& operator=(const CFastEdgePreserved&) = delete;
 
-  /// Call `std::free(filter.nv12Scratch)` before, if the filter was given BGRA pictures: it is the one buffer that stays
+  /// Call `std::free(filter.nv12Scratch)` before, if the filter got BGRA pictures: it is the one buffer that stays
   /// allocated. No frame may be running.
   virtual ~CFastEdgePreserved();
 
