@@ -11,7 +11,7 @@ CMakeupEngine3::CMakeupEngine3() : filter(new CFastEdgePreserved(4, this)), jniE
 
 CMakeupEngine3::~CMakeupEngine3() {
   if (jniEnv != nullptr && loaderRef != nullptr) jniEnv->DeleteWeakGlobalRef(loaderRef);
-  // Plain stores to a dying object would be dropped, but callers that own the memory look at it.
+  // The compiler drops plain stores to an object that is being destroyed, whose memory may be its host's to look at.
   vlvk::storeShared(jniEnv, static_cast<JNIEnv*>(nullptr));
   vlvk::storeShared(loaderRef, static_cast<jobject>(nullptr));
 }

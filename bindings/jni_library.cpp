@@ -11,7 +11,7 @@ constexpr jint kJniVersion = JNI_VERSION_1_6;
 
 template <class Function>
 JNINativeMethod nativeMethod(const char* name, const char* signature, Function function) {
-  // Desktop headers declare the texts without const; nobody writes to them.
+  // Desktop headers declare the texts without const; they are only read.
   return {const_cast<char*>(name),       // NOLINT(cppcoreguidelines-pro-type-const-cast)
           const_cast<char*>(signature),  // NOLINT(cppcoreguidelines-pro-type-const-cast)
           reinterpret_cast<void*>(function)};

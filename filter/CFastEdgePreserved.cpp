@@ -13,8 +13,8 @@
 
 namespace {
 
-/// Frees a buffer and forgets it, so that callers who own the memory of a dying filter see it: a plain store would be
-/// dropped.
+/// Frees a buffer and clears its pointer with a store that the compiler keeps: it drops plain ones to an object that is
+/// being destroyed, whose memory may be its host's to look at.
 void release(unsigned char*& buffer) {
   if (buffer == nullptr) return;
   std::free(buffer);

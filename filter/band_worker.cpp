@@ -29,7 +29,7 @@ bool goesBackIntoFrame(const MakeupParam& p) {
   return p.inPlace && p.variant == 0;
 }
 
-/// The smoothing leaves the columns behind the last whole group of 8 alone: there the picture is its unsmoothed self.
+/// The smoothing leaves the columns past the last whole group of 8 alone: there the picture is its unsmoothed self.
 void copyRightTail(const MakeupParam& p) {
   const int begin = wholeGroups(p.width);
   const auto size = static_cast<std::size_t>(p.width - begin);
@@ -51,7 +51,7 @@ unsigned char* blend(const CFastEdgePreserved& filter, const MakeupParam& p) {
   return p.meanPlane;
 }
 
-/// All steps behind the smoothing.
+/// All steps after the smoothing.
 void finishRows(CFastEdgePreserved& filter, MakeupParam& p, bool smoothed) {
   const unsigned char* luma = smoothed ? blend(filter, p) : p.yPlane;
   if (p.rgbOrder) {

@@ -8,7 +8,7 @@
 
 namespace vlvk {
 
-/// Rows that a worker takes through all steps behind the smoothing before it goes on to the next ones, so that they
+/// Rows that a worker takes through all steps after the smoothing before it goes on to the next ones, so that they
 /// stay in the cache. Even, for chroma.
 inline constexpr int kStripRows = 8;
 
@@ -19,7 +19,7 @@ inline constexpr std::ptrdiff_t kSquareBytes = 32;
 /// The cut of one frame.
 ///
 /// Bands 0 .. bands - 2 have bandRows rows (a multiple of 8) as long as the frame lasts, the last band has the rest;
-/// bands behind the end of the frame are empty.
+/// bands past the end of the frame are empty.
 struct FramePlan {
   int width;
   int height;

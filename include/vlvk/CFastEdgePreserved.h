@@ -15,13 +15,18 @@
 #include <vlvk/IBeautyResourceLoader.h>
 #include <vlvk/export.h>
 
-struct timeb;  // <sys/timeb.h>, or include/vlvk/timeb.h where the platform has none
+struct timeb;  // <sys/timeb.h>, or <vlvk/timeb.h> where the platform has none
 
 /// Beautifies frames. One object serves one stream of frames; frames handed to it from several threads take turns.
+/// Before destroying one that was given BGRA pictures, call `std::free(filter.nv12Scratch)`: the destructor does not.
 ///
-/// Fields and virtual slots stand in the order that native callers rely on. Settings may be changed from any thread,
-/// also while a frame runs: a frame reads each of them once, so a change lands at the next frame.
+/// Settings may be changed from any thread, also while a frame runs: a frame reads each of them once, so a change lands
+/// at the next frame. The order of fields and virtual slots is part of the binary interface.
 class VLVK_API CFastEdgePreserved {
+  // Its members are defined in filter/, by subject: settings and destruction in CFastEdgePreserved.cpp, the calls that
+  // take frames in frame_pipeline.cpp, calcCharacteristic in frame_buffers.cpp, buildLookup in color_table.cpp,
+  // colorAdjustRGBA and BGRA in color_adjust.cpp, the smoothing stages and thread_softskin_call in band_worker.cpp.
+
  public:
   /// The work order of one band. All planes start at the band's first row; strides are bytes.
   struct MakeupParam {
@@ -69,7 +74,8 @@ class VLVK_API CFastEdgePreserved {
   CFastEdgePreserved(const CFastEdgePreserved&) = delete;
   CFastEdgePreserved& operator=(const CFastEdgePreserved&) = delete;
 
-  /// Releases every buffer but nv12Scratch, which stays allocated. No frame may be running.
+  /// Call `std::free(filter.nv12Scratch)` before, if the filter got BGRA pictures: it is the one buffer that stays
+  /// allocated. No frame may be running.
   virtual ~CFastEdgePreserved();
 
   /// Sets the whitening. Rebuilds the tables at the next frame if the value changed. Any thread.
@@ -99,9 +105,10 @@ class VLVK_API CFastEdgePreserved {
   /// @return modulo 2^32
   int diffTime(const timeb* start);
 
-  /// Processes one semi-planar frame.
+  /// Processes one semi-planar frame without padding: the stride arguments are ignored, and processVideoInternal takes
+  /// frames with strides.
   ///
-  /// @param y          luma plane, height rows of `width` bytes, without padding; written when `out` is null
+  /// @param y          luma plane, height rows of `width` bytes; written when `out` is null
   /// @param yStride    ignored
   /// @param uv         chroma plane, (height + 1) / 2 rows of `width` bytes; written when `out` is null
   /// @param uvStride   ignored
@@ -114,11 +121,11 @@ class VLVK_API CFastEdgePreserved {
   ///         in place a width of 2^29 and more, whose 4-byte pixels pass an int stride
   ///
   /// With `out`, pixels of an odd last column or row are colour-adjusted where they stand. A frame that finds
-  /// "adjust.vlk" missing is not colour-adjusted; those behind it use a neutral table.
+  /// "adjust.vlk" missing is not colour-adjusted; those after it use a neutral table.
   int processVideo(unsigned char* y, int yStride, unsigned char* uv, int uvStride, int width, int height,
                    unsigned char* out, int outStride, bool rgbOrder);
 
-  /// Processes one BGRA picture through an NV12 copy.
+  /// Processes one BGRA picture through an NV12 copy in nv12Scratch, which is yours to free; see ~CFastEdgePreserved.
   ///
   /// @param bgra       source pixels, rows `stride` bytes apart; not written unless `out` is the same picture
   /// @param width      pixels, 0 or more
@@ -136,10 +143,10 @@ class VLVK_API CFastEdgePreserved {
   /// @param uv         chroma plane, (height + 1) / 2 rows; written when `out` is null
   /// @param uvStride   bytes between chroma rows
   /// @param width      as processVideo
-  /// @param height     likewise
-  /// @param out        likewise
-  /// @param outStride  likewise
-  /// @param rgbOrder   likewise
+  /// @param height     as processVideo
+  /// @param out        as processVideo
+  /// @param outStride  as processVideo
+  /// @param rgbOrder   as processVideo
   /// @return as processVideo, and -1 also for a luma stride below the width
   int processVideoInternal(unsigned char* y, int yStride, unsigned char* uv, int uvStride, int width, int height,
                            unsigned char* out, int outStride, bool rgbOrder);
@@ -202,18 +209,18 @@ class VLVK_API CFastEdgePreserved {
   unsigned char* scratchA = nullptr;                  ///< column sums of every band
   unsigned char* scratchB = nullptr;                  ///< column sums of squares of every band
   unsigned char* lineSums = nullptr;                  ///< not used by the kernels
-  unsigned char* nv12Scratch = nullptr;               ///< NV12 copy of a BGRA picture
+  unsigned char* nv12Scratch = nullptr;               ///< NV12 copy of a BGRA picture; see ~CFastEdgePreserved
   unsigned char* rgbaBuffer = nullptr;                ///< pixels of an in-place frame: the strip in work of each band
   int hasEdgeRows = 0;                                ///< not 0: edgeRows is owned
   unsigned char* edgeRows = nullptr;                  ///< unsmoothed rows around every band of an in-place frame
   int cachedWidth = 0;                                ///< of the last frame that got its memory
-  int cachedHeight = 0;                               ///< likewise
-  int cachedStride = 0;                               ///< likewise, of its luma plane
-  int cachedRadius = 0;                               ///< likewise, rounded, minus one
-  int cachedThreads = 0;                              ///< likewise
+  int cachedHeight = 0;                               ///< of that frame
+  int cachedStride = 0;                               ///< of its luma plane
+  int cachedRadius = 0;                               ///< its rounded radius minus one
+  int cachedThreads = 0;                              ///< its threadCount
   IBeautyResourceLoader* loader;                      ///< not owned; may be null
 
-  // Behind the fields that native callers know: the size of each buffer in bytes, and the tasks of a frame.
+  // After all other fields, which keep their places: the size of each buffer in bytes, and the tasks of a frame.
   std::size_t meanBufferSize = 0;       ///< of meanBuffer
   std::size_t scratchASize = 0;         ///< of scratchA
   std::size_t scratchBSize = 0;         ///< of scratchB

@@ -1,5 +1,5 @@
 /// @file
-/// The engine behind a Java handle: one filter, and the Java object that supplies its resources.
+/// The engine that a Java handle stands for: one filter, and the Java object that supplies its resources.
 #ifndef VLVK_CMAKEUPENGINE3_H
 #define VLVK_CMAKEUPENGINE3_H
 

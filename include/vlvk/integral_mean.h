@@ -10,8 +10,8 @@
 ///
 ///     S = (B[x + d] + T[x]) - (B[x] + T[x + d])
 ///
-/// and the sum of squares Q likewise (its low 32 bits). A smoothed pixel follows from S, Q and the sample by the
-/// formula of band_smoothing.h. The cost of a pixel does not depend on the radius.
+/// and the sum of squares Q is formed the same way (its low 32 bits). A smoothed pixel follows from S, Q and the sample
+/// by the formula of band_smoothing.h. The cost of a pixel does not depend on the radius.
 ///
 /// width must be at least 8: with less, the drivers do nothing and the line functions must not be called. No argument
 /// is checked otherwise. Outputs must not overlap the source. The drivers allocate their ring and write nothing when
@@ -73,7 +73,7 @@ VLVK_API void Integral_MeanBottom_Neon(const unsigned char* source, unsigned cha
 ///
 /// @param source   first row of the plane
 /// @param sums     `width` elements of each row are written
-/// @param squares  likewise, modulo 2^32
+/// @param squares  as `sums`, modulo 2^32
 /// @param width    columns, 8 or more
 /// @param height   rows, radius + 1 or more
 /// @param stride   bytes between rows of `source`, elements between rows of the outputs
@@ -84,10 +84,10 @@ VLVK_API void Integral_Mean_Neon2(const unsigned char* source, uint32_t* sums, u
 /// Adds one extended row to the column accumulators and writes the integral row.
 ///
 /// @param columnSums       W elements, zero before the first row; updated
-/// @param columnSquares    likewise
+/// @param columnSquares    as `columnSums`
 /// @param source           `width` samples
 /// @param integral         W elements, written
-/// @param integralSquares  likewise
+/// @param integralSquares  as `integral`
 /// @param width            columns of the source row
 /// @param radius           r, 1 or more
 VLVK_API void Integral_Mean_Integral_Line_Neon(uint32_t* columnSums, uint64_t* columnSquares,
@@ -97,11 +97,11 @@ VLVK_API void Integral_Mean_Integral_Line_Neon(uint32_t* columnSums, uint64_t* c
 /// The same with the squares of the samples given.
 ///
 /// @param columnSums       W elements, zero before the first row; updated
-/// @param columnSquares    likewise
+/// @param columnSquares    as `columnSums`
 /// @param source           `width` samples
 /// @param squares          the squares of the samples, `width` elements; read
 /// @param integral         W elements, written
-/// @param integralSquares  likewise
+/// @param integralSquares  as `integral`
 /// @param width            columns of the source row
 /// @param radius           r, 1 or more
 VLVK_API void Integral_Mean_Integral_Line_with_V_Neon(uint32_t* columnSums, uint64_t* columnSquares,
@@ -112,9 +112,9 @@ VLVK_API void Integral_Mean_Integral_Line_with_V_Neon(uint32_t* columnSums, uint
 /// Smooths one row from the integral rows above and at the end of its box.
 ///
 /// @param top            integral row above the box, W elements; read
-/// @param topSquares     its squares, likewise
+/// @param topSquares     its squares, as long
 /// @param bottom         integral row at the end of the box, W elements; read
-/// @param bottomSquares  its squares, likewise
+/// @param bottomSquares  its squares, as long
 /// @param source         row to smooth, `width` samples
 /// @param destination    smoothed row; written
 /// @param width          columns, 8 or more
@@ -127,12 +127,12 @@ VLVK_API void Integral_Mean_Line_Neon(const uint32_t* top, const uint64_t* topSq
 /// Writes one row of box sums.
 ///
 /// @param top            integral row above the box, W elements; read
-/// @param topSquares     its squares, likewise
+/// @param topSquares     its squares, as long
 /// @param bottom         integral row at the end of the box, W elements; read
-/// @param bottomSquares  its squares, likewise
+/// @param bottomSquares  its squares, as long
 /// @param source         not read
 /// @param sums           `width` elements; written
-/// @param squares        likewise, modulo 2^32
+/// @param squares        as `sums`, modulo 2^32
 /// @param width          columns, 8 or more
 /// @param radius         r, 1 or more
 VLVK_API void Integral_Mean_Line_Neon2(const uint32_t* top, const uint64_t* topSquares, const uint32_t* bottom,
@@ -143,9 +143,9 @@ VLVK_API void Integral_Mean_Line_Neon2(const uint32_t* top, const uint64_t* topS
 /// make such in the formula, count as 0 on ARMv7.
 ///
 /// @param top            integral row above the box, d + 8 elements; read
-/// @param topSquares     its squares, likewise
+/// @param topSquares     its squares, as long
 /// @param bottom         integral row at the end of the box, d + 8 elements; read
-/// @param bottomSquares  its squares, likewise
+/// @param bottomSquares  its squares, as long
 /// @param side           d
 /// @param inverse        1 / d^2 as a float's bit pattern
 /// @param source         8 samples
@@ -162,13 +162,13 @@ VLVK_API void Integral_Mean_Block_Neon(const uint32_t* top, const uint64_t* topS
 /// Writes the box sums of eight pixels; the integral rows are positioned at the first of them.
 ///
 /// @param top            integral row above the box, d + 8 elements; read
-/// @param topSquares     its squares, likewise
+/// @param topSquares     its squares, as long
 /// @param bottom         integral row at the end of the box, d + 8 elements; read
-/// @param bottomSquares  its squares, likewise
+/// @param bottomSquares  its squares, as long
 /// @param side           d
 /// @param source         not read
 /// @param sums           8 elements; written
-/// @param squares        likewise, modulo 2^32
+/// @param squares        as `sums`, modulo 2^32
 VLVK_API void Integral_Mean_Block_Neon2(const uint32_t* top, const uint64_t* topSquares, const uint32_t* bottom,
                                         const uint64_t* bottomSquares, int side, const unsigned char* source,
                                         uint32_t* sums, uint32_t* squares);

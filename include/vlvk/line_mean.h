@@ -21,7 +21,7 @@ extern "C" {
 /// Smooths a whole plane; rows outside it count as its first or last row. Allocates its column sums.
 ///
 /// @param source       `height` rows, `stride` bytes apart
-/// @param destination  likewise; written
+/// @param destination  rows as far apart; written
 /// @param width        columns; whole groups of 8 count
 /// @param height       rows
 /// @param stride       bytes between rows of source and destination
@@ -38,7 +38,7 @@ VLVK_API void Mean_Window_Neon(const unsigned char* source, unsigned char* desti
 ///
 /// @param source   first row of the band, rows `stride` bytes apart
 /// @param sums     rows x width elements without padding; written
-/// @param squares  likewise, modulo 2^32
+/// @param squares  as `sums`, modulo 2^32
 /// @param width    columns; whole groups of 8 count
 /// @param rows     rows of the band
 /// @param stride   bytes between rows of `source`
@@ -55,7 +55,7 @@ VLVK_API void MeanBottom_Window_V2_Neon(const unsigned char* source, unsigned in
 ///
 /// @param source   first row of the band, rows `stride` bytes apart
 /// @param sums     rows `stride` elements apart; written
-/// @param squares  likewise, modulo 2^32
+/// @param squares  as `sums`, modulo 2^32
 /// @param width    columns; whole groups of 8 count
 /// @param rows     rows of the band
 /// @param stride   bytes between rows of `source`, elements between rows of the outputs
@@ -70,7 +70,7 @@ VLVK_API void MeanMid_Window_Neon2(const unsigned char* source, unsigned int* su
 /// @param columnSquares  one 32-bit sum of squared samples per column; read
 /// @param width          columns; whole groups of 8 count
 /// @param sums           one element per column of the whole groups, modulo 2^32; written
-/// @param squares        likewise
+/// @param squares        as `sums`
 /// @param halfSize       h, 0 or more
 VLVK_API void MeanLine_V2_Neon(const unsigned short* columnSums, const unsigned int* columnSquares, int width,
                                unsigned int* sums, unsigned int* squares, int halfSize);
@@ -82,7 +82,7 @@ VLVK_API void MeanLine_V2_Neon(const unsigned short* columnSums, const unsigned 
 /// @param width          columns; whole groups of 8 count
 /// @param source         not read
 /// @param sums           one element per column of the whole groups, modulo 2^32; written
-/// @param squares        likewise
+/// @param squares        as `sums`
 /// @param halfSize       h, 0 or more
 /// @param level          ignored
 VLVK_API void MeanLine_Neon2(const unsigned short* columnSums, const unsigned int* columnSquares, int width,

@@ -1,5 +1,5 @@
 /// @file
-/// Smoothing from ready box statistics: the second pass behind line_mean.h or Integral_Mean_Neon2. May be included from
+/// Smoothing from ready box statistics: the second pass after line_mean.h or Integral_Mean_Neon2. May be included from
 /// C.
 #ifndef VLVK_MEAN_VAR_BLEND_H
 #define VLVK_MEAN_VAR_BLEND_H
@@ -20,9 +20,9 @@ extern "C" {
 /// No argument is checked. Reentrant, allocates nothing.
 ///
 /// @param destination  `rows` rows, `stride` bytes apart; written
-/// @param source       likewise; not overlapping
+/// @param source       rows as far apart; not overlapping; read
 /// @param sums         rows x width elements without padding; read
-/// @param squares      likewise
+/// @param squares      as `sums`
 /// @param width        columns; all of them are written
 /// @param rows         0 or less: nothing is done
 /// @param stride       bytes between rows of source and destination

@@ -23,7 +23,7 @@ extern "C" {
 /// @param height   rows
 /// @param stride   bytes between rows of `source`, elements between rows of the outputs
 /// @param sums     `width` elements of each row are written
-/// @param squares  likewise, modulo 2^32
+/// @param squares  as `sums`, modulo 2^32
 /// @param radius   r, 0 or more
 VLVK_API void Mean(const unsigned char* source, int width, int height, int stride, unsigned int* sums,
                    unsigned int* squares, int radius);
@@ -37,7 +37,7 @@ VLVK_API void Mean(const unsigned char* source, int width, int height, int strid
 /// @param rows     rows of the band
 /// @param stride   bytes between rows of `source`, elements between rows of the outputs
 /// @param sums     `width` elements of each row are written
-/// @param squares  likewise, modulo 2^32
+/// @param squares  as `sums`, modulo 2^32
 /// @param radius   r, 0 or more
 VLVK_API void MeanTop(const unsigned char* source, int width, int rows, int stride, unsigned int* sums,
                       unsigned int* squares, int radius);
@@ -53,7 +53,7 @@ VLVK_API void MeanBottom(const unsigned char* source, int width, int rows, int s
 /// @param columnSquares  sums of their squares; read
 /// @param width          columns
 /// @param sums           box sums, modulo 2^32; written
-/// @param squares        likewise
+/// @param squares        as `sums`
 /// @param radius         r, 0 or more
 VLVK_API void MeanLine(const unsigned int* columnSums, const unsigned int* columnSquares, int width, unsigned int* sums,
                        unsigned int* squares, int radius);
@@ -66,7 +66,7 @@ VLVK_API void MeanLine(const unsigned int* columnSums, const unsigned int* colum
 ///
 /// @param image     `height` rows, `stride` bytes apart; overwritten
 /// @param sums      rows `stride` elements apart, as Mean writes them
-/// @param squares   likewise
+/// @param squares   as `sums`
 /// @param width     columns
 /// @param height    rows
 /// @param stride    bytes between rows of `image`, elements between rows of `sums` and `squares`

@@ -2,7 +2,7 @@
 /// 32-bit pixels to semi-planar YUV 4:2:0, BT.601 limited range in 8 fractional bits. May be included from C.
 ///
 ///     Y = ((  66 R + 129 G +  25 B + r) >> 8) + 16
-///     U = (( -38 R -  74 G + 112 B + r) >> 8) + 128        r = 128 in columns below width & ~15, 0 behind them
+///     U = (( -38 R -  74 G + 112 B + r) >> 8) + 128        r = 128 in columns below width & ~15, 0 past them
 ///     V = (( 112 R -  94 G -  18 B + r) >> 8) + 128
 ///
 /// The chroma pair of a 2 x 2 block is that of its upper-left pixel alone; nothing is averaged. Alpha is ignored. NV21

@@ -6,8 +6,8 @@
 ///     w = (L(|p - centre[0]|) * L(|q - centre[1]|)) >> 6          L: skin weight table, 0 from distance 48 on
 ///     out = (unsmoothed * (64 - w) + smoothed * w) >> 6
 ///
-/// Columns from width & ~7 up to width & ~1 are a scalar tail with two peculiarities that callers rely on: distances
-/// 32 .. 63 weigh by the distance itself and larger ones by 0, and only the even column of each pair is written. An odd
+/// Columns from width & ~7 up to width & ~1 are a scalar tail with two peculiarities of the result: distances
+/// 32 .. 63 count as weights themselves and larger ones as 0, and only the even column of each pair is written. An odd
 /// last column and an odd last row are not touched.
 ///
 /// No argument is checked; both functions are reentrant and allocate nothing.

@@ -6,7 +6,7 @@
 ///     s = min(sqrt(b), 12)      n = min(round(s * a), 255)      F(d) = trunc(64 * exp(-(d - n)^2 / (4b))) for d >= n
 ///
 /// with `a` the plateau factor and `b` the spread (a variance in squared chroma units), neither negative. With b = 0
-/// every entry behind the plateau is 0. All functions are reentrant, check nothing and allocate nothing.
+/// every entry past the plateau is 0. All functions are reentrant, check nothing and allocate nothing.
 #ifndef VLVK_SKIN_TABLES_H
 #define VLVK_SKIN_TABLES_H
 
@@ -27,7 +27,7 @@ extern "C" {
 VLVK_API void calcSkinProbilityInterleavingTable8x8x4_8x8x2(unsigned char* table, float a, float b);
 
 /// Writes the curve at distances 0, 8, 16, ... into 32 bytes; entry i stands at byte 4 * (i % 8) + i / 8. The plateau
-/// has n / 8 entries, and the fall-off starts at the first entry behind it.
+/// has n / 8 entries, and the fall-off starts at the first entry past it.
 ///
 /// @param table  32 bytes; written
 /// @param a      plateau factor

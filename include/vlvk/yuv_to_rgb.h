@@ -40,7 +40,7 @@ VLVK_API void VKNV12ToBGRA_NeonCall(const unsigned char* yPlane, int yStride, co
 ///@}
 
 ///@{
-/// Second generation, with another argument order: every column wraps as VKNV21ToRGBA_NeonCall describes.
+/// As VKNV21ToRGBA_NeonCall and VKNV12ToBGRA_NeonCall, with the arguments in another order; here every column wraps.
 ///
 /// Meant for width >= 8 and height >= 2. One row pair is converted even when height is below 2, and 8 columns when
 /// width is below 8, which must then exist in all planes. An odd last column is not converted.

@@ -109,8 +109,8 @@ public final class MakeupEngine implements AutoCloseable {
     /**
      * Processes a frame in place, and returns when it is done.
      *
-     * @param nv21 the frame, laid out as {@link Nv21} says. Bytes behind the frame are left alone. Nobody else may
-     *     write to the array meanwhile
+     * @param nv21 the frame, laid out as {@link Nv21} says. Bytes past the frame are left alone. The array must
+     *     not be written by others meanwhile
      * @param width pixels of a row, 1 or more; an odd last column is not processed
      * @param height rows, 1 or more; an odd last row is not processed
      * @throws IllegalArgumentException when the array is too short for the size

@@ -18,7 +18,7 @@ import java.util.concurrent.TimeUnit;
  * time, and one that waits holds a thread and a few kilobytes.
  */
 final class NativeEngine {
-    /** What the native side knows as its loader. It finds the method by name. */
+    /** The loader that the native side calls. It finds the method by name. */
     static final class LoaderAdapter {
         ResourceReader reader;
 
