@@ -12,12 +12,14 @@
 
 #include <cstdint>
 
+#include "resource/color_picture.h"
+
 namespace vlvk {
 
 inline constexpr int kResourceHeaderSize = 12;
 
-/// Room that the filter offers for a payload: a picture of 512 x 512 pixels of 4 bytes.
-inline constexpr std::int32_t kMaxResourcePayload = 512 * 512 * 4;
+/// Room that the filter offers for a payload.
+inline constexpr std::int32_t kMaxResourcePayload = kColorPictureSize;
 
 /// The payload size that a header states: A * B, wrapping at 32 bits. May be negative or far too large.
 ///
