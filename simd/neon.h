@@ -337,7 +337,7 @@ VLVK_INLINE uint16x8_t mulAccumulate(uint16x8_t sum, uint8x8_t v) {
   }
 }
 template <int kFirst, int kSecond>
-VLVK_INLINE I16x8 weighPairs(const ChromaPairs& v, I16x8 offset) {
+VLVK_INLINE I16x8 weightedPairs(const ChromaPairs& v, I16x8 offset) {
   uint16x8_t sum = vreinterpretq_u16_s16(offset.v);
   sum = mulAccumulate<kFirst>(sum, v.bytes.val[0]);
   return {vreinterpretq_s16_u16(mulAccumulate<kSecond>(sum, v.bytes.val[1]))};
@@ -422,14 +422,14 @@ VLVK_INLINE uint16x8_t biasLanes(const ChannelWeights& k) {
   return vdupq_n_u16(static_cast<std::uint16_t>(k.bias));
 }
 template <ChannelWeights k>
-VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
+VLVK_INLINE U8x16 weightedChannels(const Pixels16& v) {
   const uint8x16x4_t& c = v.channels;
   const uint16x8_t low = weightedSum<k>(vget_low_u8(c.val[0]), vget_low_u8(c.val[1]), vget_low_u8(c.val[2]));
   const uint16x8_t high = weightedSum<k>(vget_high_u8(c.val[0]), vget_high_u8(c.val[1]), vget_high_u8(c.val[2]));
   return {addNarrowHigh(low, biasLanes(k), high, biasLanes(k))};
 }
 template <ChannelWeights kFirst, ChannelWeights kSecond>
-VLVK_INLINE void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
+VLVK_INLINE void storeWeightedPairs(std::uint8_t* to, const Pixels8& v) {
   const uint8x8x4_t& c = v.channels;
   const uint8x16_t both = addNarrowHigh(weightedSum<kFirst>(c.val[0], c.val[1], c.val[2]), biasLanes(kFirst),
                                         weightedSum<kSecond>(c.val[0], c.val[1], c.val[2]), biasLanes(kSecond));

@@ -291,7 +291,7 @@ inline I16x8 splatI16(std::int16_t value) {
 }
 /// offset + kFirst * first byte + kSecond * second byte of each pair, wrapping.
 template <int kFirst, int kSecond>
-inline I16x8 weighPairs(ChromaPairs v, I16x8 offset) {
+inline I16x8 weightedPairs(ChromaPairs v, I16x8 offset) {
   return forLanes<I16x8>([&](int i) { return offset.lane[i] + kFirst * v.lane[2 * i] + kSecond * v.lane[2 * i + 1]; });
 }
 /// 16 columns, the first and the last 8.
@@ -359,23 +359,23 @@ inline Pixels16 loadPixels16(const std::uint8_t* from) {
 inline Pixels8 evenPixels(const Pixels16& v) {
   return forLanes<Pixels8>([&](int i) { return v.lane[8 * (i / 4) + i % 4]; });
 }
-/// Weighed channels of pixel i, see ChannelWeights. The sum stays within 0 .. 65535.
+/// Weighted channels of pixel i, see ChannelWeights. The sum stays within 0 .. 65535.
 template <ChannelWeights k, class Pixels>
-inline std::uint8_t weighedPixel(const Pixels& v, int i) {
+inline std::uint8_t weightedPixel(const Pixels& v, int i) {
   return static_cast<std::uint8_t>(
       (k.c0 * v.lane[4 * i] + k.c1 * v.lane[4 * i + 1] + k.c2 * v.lane[4 * i + 2] + k.bias) >> 8);
 }
 template <ChannelWeights k>
-inline U8x16 weighChannels(const Pixels16& v) {
-  return forLanes<U8x16>([&](int i) { return weighedPixel<k>(v, i); });
+inline U8x16 weightedChannels(const Pixels16& v) {
+  return forLanes<U8x16>([&](int i) { return weightedPixel<k>(v, i); });
 }
-/// Writes first, second, first, second ... of the pixels' channels weighed in two ways. Both biases are the same;
+/// Writes first, second, first, second ... of the pixels' channels weighted in two ways. Both biases are the same;
 /// without them the sums fit 16 bits with their sign.
 template <ChannelWeights kFirst, ChannelWeights kSecond>
-inline void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
+inline void storeWeightedPairs(std::uint8_t* to, const Pixels8& v) {
   for (int i = 0; i < 8; ++i) {
-    to[2 * i] = weighedPixel<kFirst>(v, i);
-    to[2 * i + 1] = weighedPixel<kSecond>(v, i);
+    to[2 * i] = weightedPixel<kFirst>(v, i);
+    to[2 * i + 1] = weightedPixel<kSecond>(v, i);
   }
 }
 /// Writes, for each of 16 pixels, the number made of the upper 6 bits of its first three channels; channel c0 is the

@@ -317,7 +317,7 @@ VLVK_INLINE I16x8 splatI16(std::int16_t value) {
   return {_mm_set1_epi16(value)};
 }
 template <int kFirst, int kSecond>
-VLVK_INLINE I16x8 weighPairs(ChromaPairs v, I16x8 offset) {
+VLVK_INLINE I16x8 weightedPairs(ChromaPairs v, I16x8 offset) {
   __m128i sum = offset.v;
   if constexpr (kFirst != 0) {
     const __m128i first = _mm_and_si128(v.v, _mm_set1_epi16(0xFF));
@@ -362,7 +362,7 @@ VLVK_INLINE void storeColorIndices(std::uint32_t* to, const Pixels16& v) {
 }
 /// Four sums in 32-bit lanes: channels 0 and 2, then 1 and alpha, as pairs of 16 bits for the multiply-add.
 template <ChannelWeights k>
-VLVK_INLINE __m128i weigh4(__m128i pixels) {
+VLVK_INLINE __m128i weightedSums4(__m128i pixels) {
   const __m128i outer = _mm_and_si128(pixels, _mm_set1_epi32(0x00FF00FF));
   const __m128i inner = _mm_srli_epi16(pixels, 8);
   const __m128i sum = _mm_add_epi32(_mm_madd_epi16(outer, _mm_set1_epi32((k.c2 * 65536) | (k.c0 & 0xFFFF))),
@@ -370,14 +370,14 @@ VLVK_INLINE __m128i weigh4(__m128i pixels) {
   return _mm_srli_epi32(_mm_add_epi32(sum, _mm_set1_epi32(k.bias)), 8);
 }
 template <ChannelWeights k>
-VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
-  return {_mm_packus_epi16(_mm_packs_epi32(weigh4<k>(v.four[0]), weigh4<k>(v.four[1])),
-                           _mm_packs_epi32(weigh4<k>(v.four[2]), weigh4<k>(v.four[3])))};
+VLVK_INLINE U8x16 weightedChannels(const Pixels16& v) {
+  return {_mm_packus_epi16(_mm_packs_epi32(weightedSums4<k>(v.four[0]), weightedSums4<k>(v.four[1])),
+                           _mm_packs_epi32(weightedSums4<k>(v.four[2]), weightedSums4<k>(v.four[3])))};
 }
 template <ChannelWeights kFirst, ChannelWeights kSecond>
-VLVK_INLINE void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
-  const __m128i first = _mm_packs_epi32(weigh4<kFirst>(v.four[0]), weigh4<kFirst>(v.four[1]));
-  const __m128i second = _mm_packs_epi32(weigh4<kSecond>(v.four[0]), weigh4<kSecond>(v.four[1]));
+VLVK_INLINE void storeWeightedPairs(std::uint8_t* to, const Pixels8& v) {
+  const __m128i first = _mm_packs_epi32(weightedSums4<kFirst>(v.four[0]), weightedSums4<kFirst>(v.four[1]));
+  const __m128i second = _mm_packs_epi32(weightedSums4<kSecond>(v.four[0]), weightedSums4<kSecond>(v.four[1]));
   storeUnaligned(to, _mm_or_si128(first, _mm_slli_epi16(second, 8)));
 }
 

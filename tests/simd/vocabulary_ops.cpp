@@ -40,7 +40,7 @@ struct Memory {
   /// There is no such load: 1 * low byte + (127 + 129) * high byte.
   static I16x8 load(const Shorts& m) {
     const ChromaPairs bytes = loadChromaPairs(sameBytes<ChromaRow>(m).lane);
-    return weighPairs<0, 129>(bytes, weighPairs<1, 127>(bytes, splatI16(0)));
+    return weightedPairs<0, 129>(bytes, weightedPairs<1, 127>(bytes, splatI16(0)));
   }
   static U8x16x2 load(const ByteRows& m) { return loadRows(m.lane, m.lane + 16); }
   static I16x8x2 load(const ShortRows& m) { return sameBytes<I16x8x2>(m); }
@@ -69,8 +69,8 @@ U8x16 lookupIn(const std::uint8_t* table, U8x16 index) {
   return lookup(loadTable64(table), index);
 }
 template <int kFirst, int kSecond>
-I16x8 weighChroma(const std::uint8_t* pairs, I16x8 offset) {
-  return weighPairs<kFirst, kSecond>(loadChromaPairs(pairs), offset);
+I16x8 weightedChroma(const std::uint8_t* pairs, I16x8 offset) {
+  return weightedPairs<kFirst, kSecond>(loadChromaPairs(pairs), offset);
 }
 template <PixelOrder kPixels>
 constexpr ChannelWeights rounded(const RgbWeights& k, int offset) {
@@ -78,13 +78,13 @@ constexpr ChannelWeights rounded(const RgbWeights& k, int offset) {
 }
 template <PixelOrder kPixels>
 U8x16 lumaOf(const std::uint8_t* pixels) {
-  return weighChannels<rounded<kPixels>(kRgbToLuma, kLumaOffset)>(loadPixels16(pixels));
+  return weightedChannels<rounded<kPixels>(kRgbToLuma, kLumaOffset)>(loadPixels16(pixels));
 }
 template <ChromaOrder kChroma, PixelOrder kPixels>
 void chromaOf(std::uint8_t* to, const std::uint8_t* pixels) {
   constexpr ChannelWeights kU = rounded<kPixels>(kRgbToU, kChromaOffset);
   constexpr ChannelWeights kV = rounded<kPixels>(kRgbToV, kChromaOffset);
-  storeWeighedPairs<kChroma == kVThenU ? kV : kU, kChroma == kVThenU ? kU : kV>(to, evenPixels(loadPixels16(pixels)));
+  storeWeightedPairs<kChroma == kVThenU ? kV : kU, kChroma == kVThenU ? kU : kV>(to, evenPixels(loadPixels16(pixels)));
 }
 template <PixelOrder kPixels>
 void colorIndices(std::uint32_t* to, const std::uint8_t* pixels) {

@@ -79,12 +79,12 @@ struct Operation {
   X(splatRows, splatRows, ByteRows, Scalar<std::uint8_t>)                                             \
   X(bothRows, bothRows, ShortRows, Shorts)                                                            \
   X(splatI16, splatI16, ShortRows, Scalar<std::int16_t>)                                              \
-  X(redOfVu, (weighChroma<kYuvToRgb.redV, 0>), ShortRows, ChromaRow, Shorts)                          \
-  X(redOfUv, (weighChroma<0, kYuvToRgb.redV>), ShortRows, ChromaRow, Shorts)                          \
-  X(greenOfVu, (weighChroma<kYuvToRgb.greenV, kYuvToRgb.greenU>), ShortRows, ChromaRow, Shorts)       \
-  X(greenOfUv, (weighChroma<kYuvToRgb.greenU, kYuvToRgb.greenV>), ShortRows, ChromaRow, Shorts)       \
-  X(blueOfVu, (weighChroma<0, kYuvToRgb.blueU>), ShortRows, ChromaRow, Shorts)                        \
-  X(blueOfUv, (weighChroma<kYuvToRgb.blueU, 0>), ShortRows, ChromaRow, Shorts)                        \
+  X(redOfVu, (weightedChroma<kYuvToRgb.redV, 0>), ShortRows, ChromaRow, Shorts)                       \
+  X(redOfUv, (weightedChroma<0, kYuvToRgb.redV>), ShortRows, ChromaRow, Shorts)                       \
+  X(greenOfVu, (weightedChroma<kYuvToRgb.greenV, kYuvToRgb.greenU>), ShortRows, ChromaRow, Shorts)    \
+  X(greenOfUv, (weightedChroma<kYuvToRgb.greenU, kYuvToRgb.greenV>), ShortRows, ChromaRow, Shorts)    \
+  X(blueOfVu, (weightedChroma<0, kYuvToRgb.blueU>), ShortRows, ChromaRow, Shorts)                     \
+  X(blueOfUv, (weightedChroma<kYuvToRgb.blueU, 0>), ShortRows, ChromaRow, Shorts)                     \
   X(duplicateEach, duplicateEach, ShortRows2, Shorts)                                                 \
   X(mulWidenLow, mulWidenLow, ShortRows, ByteRows, Scalar<std::uint8_t>)                              \
   X(mulWidenHigh, mulWidenHigh, ShortRows, ByteRows, Scalar<std::uint8_t>)                            \

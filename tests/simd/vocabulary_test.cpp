@@ -304,16 +304,16 @@ TEST_P(Vocabulary, ChromaTermsOfBothRows) {
   expectLanes(ops_->bothRows, 20000, same, any());
   expectLanes(ops_->duplicateEach, 1000, each, any());
   const auto pairs = [](int e) { return e % 2 == 0 ? kShifted(e / 2) : kHighByte(e / 2); };
-  const auto weighed = [](int first, int second) {
+  const auto weighted = [](int first, int second) {
     return
         [=](int i, auto* v, auto* offset) { return offset[i % 8] + first * v[i % 8 * 2] + second * v[i % 8 * 2 + 1]; };
   };
-  expectLanes(ops_->redOfVu, 65536, weighed(102, 0), pairs, any());
-  expectLanes(ops_->redOfUv, 65536, weighed(0, 102), pairs, any());
-  expectLanes(ops_->greenOfVu, 65536, weighed(-52, -25), pairs, any());
-  expectLanes(ops_->greenOfUv, 65536, weighed(-25, -52), pairs, any());
-  expectLanes(ops_->blueOfVu, 65536, weighed(0, 129), pairs, any());
-  expectLanes(ops_->blueOfUv, 65536, weighed(129, 0), pairs, any());
+  expectLanes(ops_->redOfVu, 65536, weighted(102, 0), pairs, any());
+  expectLanes(ops_->redOfUv, 65536, weighted(0, 102), pairs, any());
+  expectLanes(ops_->greenOfVu, 65536, weighted(-52, -25), pairs, any());
+  expectLanes(ops_->greenOfUv, 65536, weighted(-25, -52), pairs, any());
+  expectLanes(ops_->blueOfVu, 65536, weighted(0, 129), pairs, any());
+  expectLanes(ops_->blueOfUv, 65536, weighted(129, 0), pairs, any());
 }
 
 TEST_P(Vocabulary, LumaOfTwoRowsToPixels) {
