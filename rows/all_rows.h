@@ -1,6 +1,6 @@
 /// Every row loop, and the table that names them, for the target that the including file has set up.
 ///
-/// Included once by each row_loops_*.cpp, behind `VLVK_TARGET` (the namespace) and that target's vocabulary. All code
+/// Included once by each row_loops_*.cpp, after `VLVK_TARGET` (the namespace) and that target's vocabulary. All code
 /// lies in the target's namespace: an inline function shared between targets could be emitted with instructions that an
 /// older processor lacks, and then be used everywhere.
 

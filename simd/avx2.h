@@ -111,7 +111,7 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {_mm256_permutevar8x32_epi32(v.v, _mm256_set1_epi32(7))};
 }
 
-inline constexpr bool kRunsPay = true;
+inline constexpr bool kSplitRowsIntoRuns = true;
 
 struct PairSteps {
   U32x8 pair;
@@ -171,7 +171,7 @@ VLVK_INLINE F32x8 toFloatOdd(U8x16 v) {
 
 /// One division gives the estimate: the reciprocal of the middle of the input's fraction class, rounded to 8 fraction
 /// bits.
-VLVK_INLINE F32x8 reciprocalEstimateOfModest(F32x8 v) {
+VLVK_INLINE F32x8 reciprocalEstimateOfNormal(F32x8 v) {
   const __m256i classBits = _mm256_set1_epi32(~0x7FFF);
   const __m256i half = _mm256_set1_epi32(0x4000);
   const __m256i middle = _mm256_or_si256(_mm256_and_si256(_mm256_castps_si256(v.v), classBits), half);
@@ -186,7 +186,7 @@ VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
   const __m256i tiny = _mm256_cmpgt_epi32(_mm256_set1_epi32(1 << 23), magnitude);
   const __m256i large = _mm256_cmpgt_epi32(magnitude, _mm256_set1_epi32((253 << 23) - 1));
   const __m256i notANumber = _mm256_cmpgt_epi32(magnitude, infinity);
-  __m256i result = _mm256_castps_si256(reciprocalEstimateOfModest(v).v);
+  __m256i result = _mm256_castps_si256(reciprocalEstimateOfNormal(v).v);
   result = _mm256_blendv_epi8(result, _mm256_or_si256(sign, infinity), tiny);
   result = _mm256_blendv_epi8(result, sign, large);
   return {_mm256_castsi256_ps(_mm256_blendv_epi8(result, _mm256_set1_epi32(0x7FC00000), notANumber))};

@@ -141,8 +141,8 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {last, last};
 }
 
-/// Counted in instructions, runs cost a third; small cores do not reorder enough to win that back.
-inline constexpr bool kRunsPay = false;
+/// Counted in instructions, runs cost a third more; small cores do not reorder enough to win that back.
+inline constexpr bool kSplitRowsIntoRuns = false;
 
 struct PairSteps {
   U32x8 pair;
@@ -200,7 +200,7 @@ VLVK_INLINE F32x8 addProduct(F32x8 sum, F32x8 a, F32x8 b) {
 VLVK_INLINE F32x8 subProduct(F32x8 sum, F32x8 a, F32x8 b) {
   return {vmlsq_f32(sum.low, a.low, b.low), vmlsq_f32(sum.high, a.high, b.high)};
 }
-VLVK_INLINE F32x8 reciprocalEstimateOfModest(F32x8 v) {
+VLVK_INLINE F32x8 reciprocalEstimateOfNormal(F32x8 v) {
   return {vrecpeq_f32(v.low), vrecpeq_f32(v.high)};
 }
 
@@ -221,7 +221,7 @@ VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
 }
 #else
 VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
-  return reciprocalEstimateOfModest(v);
+  return reciprocalEstimateOfNormal(v);
 }
 #endif
 

@@ -168,8 +168,9 @@ inline PairSteps pairSteps(const Sum* entering, const Sum* leaving) {
           forLanes<U32x8>([&](int i) { return step(2 * i + 1); })};
 }
 
-/// Whether loops gain from being split into shorter chains of operations with memory between them.
-inline constexpr bool kRunsPay = true;
+/// Whether smoothRow cuts a row into runs of columns and works each off in several short loops, which hand over in
+/// memory, instead of one long loop. Processors that reorder much gain from the short chains of operations.
+inline constexpr bool kSplitRowsIntoRuns = true;
 
 // Single precision. Every operation rounds by itself.
 
@@ -210,8 +211,8 @@ inline F32x8 subProduct(F32x8 sum, F32x8 a, F32x8 b) {
 inline F32x8 reciprocalEstimate(F32x8 v) {
   return forLanes<F32x8>([&](int i) { return vlvk::reciprocalEstimate(v.lane[i]); });
 }
-/// The same for zeros and for normal numbers below 2^126 in magnitude, which may be cheaper.
-inline F32x8 reciprocalEstimateOfModest(F32x8 v) {
+/// The same for zeros and normal numbers below 2^126 in magnitude only: without the special cases it may be cheaper.
+inline F32x8 reciprocalEstimateOfNormal(F32x8 v) {
   return reciprocalEstimate(v);
 }
 /// Truncates to unsigned 32-bit integers (negative and NaN: 0, too large: 2^32 - 1) and keeps their low 8 bits.

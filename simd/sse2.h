@@ -104,7 +104,7 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {last, last};
 }
 
-inline constexpr bool kRunsPay = true;
+inline constexpr bool kSplitRowsIntoRuns = true;
 
 struct PairSteps {
   U32x8 pair;
@@ -165,15 +165,15 @@ VLVK_INLINE F32x8 toFloatOdd(U8x16 v) {
 
 /// One division gives the estimate: the reciprocal of the middle of the input's fraction class, rounded to 8 fraction
 /// bits.
-VLVK_INLINE __m128 estimateOfModest4(__m128 v) {
+VLVK_INLINE __m128 estimateOfNormal4(__m128 v) {
   const __m128i classBits = _mm_set1_epi32(~0x7FFF);
   const __m128i half = _mm_set1_epi32(0x4000);
   const __m128i middle = _mm_or_si128(_mm_and_si128(_mm_castps_si128(v), classBits), half);
   const __m128i exact = _mm_castps_si128(_mm_div_ps(_mm_set1_ps(1.0F), _mm_castsi128_ps(middle)));
   return _mm_castsi128_ps(_mm_and_si128(_mm_add_epi32(exact, half), classBits));
 }
-VLVK_INLINE F32x8 reciprocalEstimateOfModest(F32x8 v) {
-  return {estimateOfModest4(v.low), estimateOfModest4(v.high)};
+VLVK_INLINE F32x8 reciprocalEstimateOfNormal(F32x8 v) {
+  return {estimateOfNormal4(v.low), estimateOfNormal4(v.high)};
 }
 
 VLVK_INLINE __m128i select128(__m128i mask, __m128i ifSet, __m128i ifClear) {
@@ -187,7 +187,7 @@ VLVK_INLINE __m128 estimate4(__m128 v) {
   const __m128i tiny = _mm_cmplt_epi32(magnitude, _mm_set1_epi32(1 << 23));
   const __m128i large = _mm_cmpgt_epi32(magnitude, _mm_set1_epi32((253 << 23) - 1));
   const __m128i notANumber = _mm_cmpgt_epi32(magnitude, infinity);
-  __m128i result = _mm_castps_si128(estimateOfModest4(v));
+  __m128i result = _mm_castps_si128(estimateOfNormal4(v));
   result = select128(tiny, _mm_or_si128(sign, infinity), result);
   result = select128(large, sign, result);
   return _mm_castsi128_ps(select128(notANumber, _mm_set1_epi32(0x7FC00000), result));

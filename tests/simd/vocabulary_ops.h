@@ -68,7 +68,7 @@ struct Operation {
   X(addProduct, addProduct, Floats, Floats, Floats, Floats)                                           \
   X(subProduct, subProduct, Floats, Floats, Floats, Floats)                                           \
   X(reciprocalEstimate, reciprocalEstimate, Floats, Floats)                                           \
-  X(reciprocalEstimateOfModest, reciprocalEstimateOfModest, Floats, Floats)                           \
+  X(reciprocalEstimateOfNormal, reciprocalEstimateOfNormal, Floats, Floats)                           \
   X(truncToLowBytes, truncToLowBytes, Bytes8, Floats)                                                 \
   X(truncPairsToLowBytes, truncToLowBytes, Bytes16, Floats, Floats)                                   \
   X(splatPair16, splatPair16, Bytes16, Scalar<std::uint8_t>, Scalar<std::uint8_t>)                    \

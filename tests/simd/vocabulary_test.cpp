@@ -235,17 +235,17 @@ TEST_P(Vocabulary, FloatArithmeticRoundsEachResult) {
 
 TEST_P(Vocabulary, ReciprocalEstimateOfEveryClass) {
   std::vector<float> inputs;
-  std::vector<float> modest = {0.0f, -0.0f};
+  std::vector<float> normal = {0.0f, -0.0f};
   for (std::uint32_t top = 0; top < 1U << 17U; ++top) {  // sign, exponent, 8 fraction bits
     const std::uint32_t exponent = top >> 8U & 0xFFU;
     for (const std::uint32_t low : {0U, 1U, 0x3FFFU, 0x4000U, 0x7FFFU}) {
       inputs.push_back(std::bit_cast<float>(top << 15U | low));
-      if (exponent > 0 && exponent < 253) modest.push_back(inputs.back());
+      if (exponent > 0 && exponent < 253) normal.push_back(inputs.back());
     }
   }
   const auto estimate = [](int i, auto* v) { return naive::reciprocalEstimate(v[i]); };
   expectLanes(ops_->reciprocalEstimate, static_cast<int>(inputs.size() / 8), estimate, cycle(inputs));
-  expectLanes(ops_->reciprocalEstimateOfModest, static_cast<int>(modest.size() / 8 + 1), estimate, cycle(modest));
+  expectLanes(ops_->reciprocalEstimateOfNormal, static_cast<int>(normal.size() / 8 + 1), estimate, cycle(normal));
 }
 
 TEST_P(Vocabulary, FloatToLowByte) {
