@@ -36,6 +36,7 @@ const RowLoops kRowLoops = {
     .lookUpColors = {lookUpColors<kRgba>, lookUpColors<kBgra>},
     .yuvToPixels = {{yuvToPixels<kVThenU, kRgba>, yuvToPixels<kVThenU, kBgra>},
                     {yuvToPixels<kUThenV, kRgba>, yuvToPixels<kUThenV, kBgra>}},
+    .nv12ToBgraFoursTwice = yuvToPixels<kUThenV, kBgra, kFoursTwice>,
     .pixelsToYuv = {{pixelsToYuv<kVThenU, kRgba>, pixelsToYuv<kVThenU, kBgra>},
                     {pixelsToYuv<kUThenV, kRgba>, pixelsToYuv<kUThenV, kBgra>}},
 };

@@ -86,8 +86,11 @@ struct RowLoops {
   /// same row. The table has 4 bytes for each colour of 6 bits a channel, at red + 64 * (green + 64 * blue).
   LookUpColors lookUpColors[kPixelOrders];
 
-  /// Converts a row pair; `columns` is a multiple of 16. Indexed by byte order.
+  /// Converts a row pair; `columns` is a multiple of 16. Indexed by byte order. Where 75 * (Y - 16) + 129 * (U - 128)
+  /// reaches 2^15, blue becomes 0.
   YuvToPixels yuvToPixels[kChromaOrders][kPixelOrders];
+  /// The same from U, V to B, G, R, A with pairs spread as kFoursTwice says, and blue sums that do not wrap.
+  YuvToPixels nv12ToBgraFoursTwice;
   PixelsToYuv pixelsToYuv[kChromaOrders][kPixelOrders];
 };
 

@@ -260,6 +260,9 @@ VLVK_INLINE I16x8x2 bothRows(I16x8 v) {
 VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
   return {_mm256_add_epi16(a.v, b.v)};
 }
+VLVK_INLINE I16x8x2 addSat(I16x8x2 a, I16x8x2 b) {
+  return {_mm256_adds_epi16(a.v, b.v)};
+}
 VLVK_INLINE I16x8x2 mulWidenLow(U8x16x2 v, std::uint8_t factor) {
   return {_mm256_mullo_epi16(_mm256_unpacklo_epi8(v.v, _mm256_setzero_si256()), _mm256_set1_epi16(factor))};
 }
@@ -313,6 +316,9 @@ struct I16x16 {
 };
 VLVK_INLINE I16x16 duplicateEach(I16x8 v) {
   return {{_mm256_unpacklo_epi16(v.v, v.v)}, {_mm256_unpackhi_epi16(v.v, v.v)}};
+}
+VLVK_INLINE I16x16 duplicateFours(I16x8 v) {
+  return {{_mm256_unpacklo_epi64(v.v, v.v)}, {_mm256_unpackhi_epi64(v.v, v.v)}};
 }
 
 // Pixels to luma and chroma.

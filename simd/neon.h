@@ -355,6 +355,11 @@ VLVK_INLINE I16x16 duplicateEach(I16x8 v) {
   return both;
 #endif
 }
+VLVK_INLINE I16x16 duplicateFours(I16x8 v) {
+  const int16x4_t low = vget_low_s16(v.v);
+  const int16x4_t high = vget_high_s16(v.v);
+  return {{vcombine_s16(low, low)}, {vcombine_s16(high, high)}};
+}
 
 // Luma of two rows to pixels.
 
@@ -369,6 +374,9 @@ VLVK_INLINE I16x8x2 mulWidenHigh(U8x16x2 v, std::uint8_t factor) {
 }
 VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
   return {{vaddq_s16(a.row[0], b.row[0]), vaddq_s16(a.row[1], b.row[1])}};
+}
+VLVK_INLINE I16x8x2 addSat(I16x8x2 a, I16x8x2 b) {
+  return {{vqaddq_s16(a.row[0], b.row[0]), vqaddq_s16(a.row[1], b.row[1])}};
 }
 template <int kBits>
 VLVK_INLINE U8x16x2 roundShiftNarrowSat(I16x8x2 low, I16x8x2 high) {

@@ -305,6 +305,11 @@ inline I16x16 duplicateEach(I16x8 v) {
   return {forLanes<I16x8>([&](int i) { return v.lane[i / 2]; }),
           forLanes<I16x8>([&](int i) { return v.lane[4 + i / 2]; })};
 }
+/// Lanes 0 .. 3 twice, then lanes 4 .. 7 twice.
+inline I16x16 duplicateFours(I16x8 v) {
+  return {forLanes<I16x8>([&](int i) { return v.lane[i % 4]; }),
+          forLanes<I16x8>([&](int i) { return v.lane[4 + i % 4]; })};
+}
 
 // Luma of two rows to pixels.
 
@@ -322,6 +327,17 @@ inline I16x8x2 add(I16x8x2 a, I16x8x2 b) {
   I16x8x2 result;
   for (int r = 0; r < 2; ++r)
     result.row[r] = forLanes<I16x8>([&](int i) { return a.row[r].lane[i] + b.row[r].lane[i]; });
+  return result;
+}
+/// Sums out of range become the nearest end of it.
+inline I16x8x2 addSat(I16x8x2 a, I16x8x2 b) {
+  I16x8x2 result;
+  for (int r = 0; r < 2; ++r) {
+    result.row[r] = forLanes<I16x8>([&](int i) {
+      const int sum = a.row[r].lane[i] + b.row[r].lane[i];
+      return sum < INT16_MIN ? INT16_MIN : sum > INT16_MAX ? INT16_MAX : sum;
+    });
+  }
   return result;
 }
 /// (v + 2^(kBits - 1)) >> kBits without overflow, clamped to 0 .. 255; `low` gives the first 8 columns, `high` the

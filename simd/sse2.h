@@ -272,6 +272,9 @@ VLVK_INLINE I16x8x2 bothRows(I16x8 v) {
 VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
   return {{_mm_add_epi16(a.row[0], b.row[0]), _mm_add_epi16(a.row[1], b.row[1])}};
 }
+VLVK_INLINE I16x8x2 addSat(I16x8x2 a, I16x8x2 b) {
+  return {{_mm_adds_epi16(a.row[0], b.row[0]), _mm_adds_epi16(a.row[1], b.row[1])}};
+}
 VLVK_INLINE I16x8x2 mulWidenLow(U8x16x2 v, std::uint8_t factor) {
   const __m128i factors = _mm_set1_epi16(factor);
   return {{_mm_mullo_epi16(_mm_unpacklo_epi8(v.row[0], zero128()), factors),
@@ -335,6 +338,9 @@ struct I16x16 {
 };
 VLVK_INLINE I16x16 duplicateEach(I16x8 v) {
   return {{_mm_unpacklo_epi16(v.v, v.v)}, {_mm_unpackhi_epi16(v.v, v.v)}};
+}
+VLVK_INLINE I16x16 duplicateFours(I16x8 v) {
+  return {{_mm_unpacklo_epi64(v.v, v.v)}, {_mm_unpackhi_epi64(v.v, v.v)}};
 }
 
 // Pixels to luma and chroma.

@@ -86,9 +86,11 @@ struct Operation {
   X(blueOfVu, (weightedChroma<0, kYuvToRgb.blueU>), ShortRows, ChromaRow, Shorts)                     \
   X(blueOfUv, (weightedChroma<kYuvToRgb.blueU, 0>), ShortRows, ChromaRow, Shorts)                     \
   X(duplicateEach, duplicateEach, ShortRows2, Shorts)                                                 \
+  X(duplicateFours, duplicateFours, ShortRows2, Shorts)                                               \
   X(mulWidenLow, mulWidenLow, ShortRows, ByteRows, Scalar<std::uint8_t>)                              \
   X(mulWidenHigh, mulWidenHigh, ShortRows, ByteRows, Scalar<std::uint8_t>)                            \
   X(addShortRows, add, ShortRows, ShortRows, ShortRows)                                               \
+  X(addShortRowsSat, addSat, ShortRows, ShortRows, ShortRows)                                         \
   X(roundShiftNarrowSat, roundShiftNarrowSat<6>, ByteRows, ShortRows, ShortRows)                      \
   X(storePixels, storePixelRows, PixelRows, ByteRows, ByteRows, ByteRows, ByteRows)                   \
   X(lumaOfRgba, lumaOf<kRgba>, Bytes16, Bytes64)                                                      \

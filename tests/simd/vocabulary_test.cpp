@@ -303,6 +303,8 @@ TEST_P(Vocabulary, ChromaTermsOfBothRows) {
   const auto each = [](int i, auto* v) { return v[i / 16 * 4 + i % 8 / 2]; };
   expectLanes(ops_->bothRows, 20000, same, any());
   expectLanes(ops_->duplicateEach, 1000, each, any());
+  const auto fours = [](int i, auto* v) { return v[i / 16 * 4 + i % 4]; };
+  expectLanes(ops_->duplicateFours, 1000, fours, any());
   const auto pairs = [](int e) { return e % 2 == 0 ? kShifted(e / 2) : kHighByte(e / 2); };
   const auto weighted = [](int first, int second) {
     return
@@ -322,6 +324,8 @@ TEST_P(Vocabulary, LumaOfTwoRowsToPixels) {
   expectLanes(ops_->mulWidenLow, 65536, low, kEveryByte, kHighByte);
   expectLanes(ops_->mulWidenHigh, 65536, high, kEveryByte, kHighByte);
   expectLanes(ops_->addShortRows, 20000, kSum, any(), any());
+  const auto limitedSum = [](int i, auto* a, auto* b) { return std::clamp(a[i] + b[i], -32768, 32767); };
+  expectLanes(ops_->addShortRowsSat, 20000, limitedSum, any(), any());
   const auto rounded = [](int i, auto* first, auto* last) {
     const int column = i / 16 * 8 + i % 8;
     const int sum = i % 16 < 8 ? first[column] : last[column];
