@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstddef>
+#include <cstring>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -101,8 +103,13 @@ void checkBand(BandKernel kernel, const BandCase& c, const Plane& source, int ba
   const GuardedBuffer unused(0, Guard::kBehind, 0);
   const VKBandScratch scratch{unused.data(), sums.bytes(), squares.bytes(), unused.data(),
                               saved != nullptr ? saved->data() : unused.data()};
+  // Without saved rows the record ends after its third pointer.
+  GuardedBuffer record(saved != nullptr ? sizeof scratch : offsetof(VKBandScratch, lineSums), Guard::kBehind, 0);
+  std::memcpy(record.data(), &scratch, record.size());
+  record.makeReadOnly();
   std::vector<std::uint8_t> expected = destination.bytes();
-  kernel(source.row(bandRow), destination.data(), c.width, c.rows, c.stride, c.radius, c.level, &scratch);
+  kernel(source.row(bandRow), destination.data(), c.width, c.rows, c.stride, c.radius, c.level,
+         record.as<VKBandScratch>());
 
   for (int y = 0; c.columns() > 0 && y < c.rows; ++y) {
     const naive::ColumnSums box = naive::sumRows(rowOf, y - c.h(), y + c.h(), c.columns());
