@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ostream>
 #include <vector>
 
 #include <vlvk/rgb_to_yuv.h>
@@ -20,13 +19,10 @@ using Family = naive::ToPixels;
 using namespace testing_support;
 
 struct Size {
-  int width;
-  int height;
+  int width, height;
 };
 
-std::ostream& operator<<(std::ostream& out, const Size& s) {
-  return out << s.width << " x " << s.height;
-}
+constexpr Size kNothingToConvert[] = {{64, -3}, {64, 1}, {1, 64}, {0, 64}};
 
 Size wholePairs(Size s) {
   return {s.width & ~1, s.height & ~1};
@@ -80,18 +76,16 @@ class Conversions : public TargetTest {
                        size.width, size.height, f.chroma, f.pixels, f.family);
     f.library(luma.data(), luma.stride(), chroma.data(), chroma.stride(), pixels.data(), pixels.stride(), size.width,
               size.height);
-    ASSERT_TRUE(sameBytes(pixels, expected)) << f.name << ' ' << size;
+    ASSERT_TRUE(sameBytes(pixels, expected)) << f.name << ", " << size.width << " x " << size.height;
   }
 
   /// Noise in planes that end with the last byte the function may read.
   static void checkToPixels(const ToPixels& f, Size size, Guard guard, Random& random) {
     const auto [width, height] = f.converted(size);
     const int lumaWidth = std::max(size.width, width);
-    Plane luma(lumaWidth, std::max(size.height, height), lumaWidth + randomPadding(random), guard, Content::kNoise,
-               random);
-    Plane chroma(width, height / 2, width + randomPadding(random), guard, Content::kNoise, random);
-    luma.makeReadOnly();
-    chroma.makeReadOnly();
+    const int lumaHeight = std::max(size.height, height);
+    const Plane luma(lumaWidth, lumaHeight, lumaWidth + randomPadding(random), guard, Content::kNoise, random);
+    const Plane chroma(width, height / 2, width + randomPadding(random), guard, Content::kNoise, random);
     checkToPixels(f, size, luma, chroma, randomPadding(random), guard);
   }
 };
@@ -107,8 +101,8 @@ TEST_P(Conversions, ToPixelsOfAllSizes) {
           checkToPixels(f, {width, height}, guard, random);
       }
     }
-    for (const Size size : {Size{64, -3}, Size{64, 1}, Size{1, 64}, Size{0, 64}}) {
-      if (plain) f.library(nothing.data(), 64, nothing.data(), 64, nothing.data(), 256, size.width, size.height);
+    for (const auto& [width, height] : kNothingToConvert) {
+      if (plain) f.library(nothing.data(), 64, nothing.data(), 64, nothing.data(), 256, width, height);
     }
     // Below the smallest size one block is converted all the same. NV212RGB_V2 is meant for one row pair then.
     for (int width = 0; !plain && width <= 7 && !HasFatalFailure(); ++width) {
@@ -124,9 +118,7 @@ TEST_P(Conversions, ToPixelsOfAllSizes) {
 // and in 14 columns, which those without _V2 convert without wrapping.
 TEST_P(Conversions, ToPixelsOfAllColours) {
   std::vector<int> values = {1, 2, 63, 64, 127, 129};
-  for (int i = 0; i < 240; i += 8)
-    values.push_back(i);
-  for (int i = 240; i < 256; ++i)
+  for (int i = 0; i < 256; i += i < 240 ? 8 : 1)
     values.push_back(i);
   const auto count = static_cast<int>(values.size());
   const int blocks = count * count * 64;  // of 2 x 2 pixels: 64 hold all luma values
@@ -138,16 +130,15 @@ TEST_P(Conversions, ToPixelsOfAllColours) {
     for (int i = 0; i < perRow * rows; ++i) {
       const int block = std::min(i, blocks - 1);
       const std::ptrdiff_t x = 2 * (i % perRow);
-      const int y = i / perRow;
       for (int k = 0; k < 4; ++k)
-        luma.row(2 * y + k / 2)[x + k % 2] = static_cast<std::uint8_t>(4 * (block % 64) + k);
-      chroma.row(y)[x] = static_cast<std::uint8_t>(values[static_cast<std::size_t>(block / 64 / count)]);
-      chroma.row(y)[x + 1] = static_cast<std::uint8_t>(values[static_cast<std::size_t>(block / 64 % count)]);
+        luma.row(i / perRow * 2 + k / 2)[x + k % 2] = static_cast<std::uint8_t>(4 * (block % 64) + k);
+      std::uint8_t* pair = chroma.row(i / perRow) + x;
+      pair[0] = static_cast<std::uint8_t>(values[static_cast<std::size_t>(block / 64 / count)]);
+      pair[1] = static_cast<std::uint8_t>(values[static_cast<std::size_t>(block / 64 % count)]);
     }
     for (const ToPixels& f : kToPixels) {
       if (width % f.widthStep() != 0) continue;
-      checkToPixels(f, {width, 2 * rows}, luma, chroma, 0, Guard::kBehind);
-      ASSERT_FALSE(HasFatalFailure());
+      ASSERT_NO_FATAL_FAILURE(checkToPixels(f, {width, 2 * rows}, luma, chroma, 0, Guard::kBehind));
     }
   }
 }
@@ -175,8 +166,8 @@ void checkToYuv(const ToYuv& f, Size size, const Plane& pixels, int lumaPadding,
                      chroma.stride(), size.width, size.height, f.pixels, f.chroma);
   f.library(pixels.data(), pixels.stride(), luma.data(), luma.stride(), chroma.data(), chroma.stride(), size.width,
             size.height);
-  ASSERT_TRUE(sameBytes(luma, expectedLuma)) << f.name << " luma, " << size;
-  ASSERT_TRUE(sameBytes(chroma, expectedChroma)) << f.name << " chroma, " << size;
+  ASSERT_TRUE(sameBytes(luma, expectedLuma)) << f.name << " luma";
+  ASSERT_TRUE(sameBytes(chroma, expectedChroma)) << f.name << " chroma";
 }
 
 TEST_P(Conversions, ToYuvOfAllSizes) {
@@ -186,16 +177,14 @@ TEST_P(Conversions, ToYuvOfAllSizes) {
     for (int width = 0; width <= 83 && !HasFatalFailure(); ++width) {
       for (int height = 0; height <= 7; ++height) {
         for (const Guard guard : {Guard::kBehind, Guard::kBefore}) {
-          const Size converted = wholePairs({width, height});
-          Plane pixels(4 * converted.width, converted.height, 4 * width + randomPadding(random), guard, Content::kNoise,
-                       random);
-          pixels.makeReadOnly();
+          const Plane pixels(4 * (width & ~1), height & ~1, 4 * width + randomPadding(random), guard, Content::kNoise,
+                             random);
           checkToYuv(f, {width, height}, pixels, randomPadding(random), randomPadding(random), guard);
         }
       }
     }
-    for (const Size size : {Size{64, -3}, Size{64, 1}, Size{1, 64}, Size{0, 64}})
-      f.library(nothing.data(), 256, nothing.data(), 64, nothing.data(), 64, size.width, size.height);
+    for (const auto& [width, height] : kNothingToConvert)
+      f.library(nothing.data(), 256, nothing.data(), 64, nothing.data(), 64, width, height);
   }
 }
 
@@ -209,15 +198,11 @@ TEST_P(Conversions, ToYuvOfAllColours) {
     const int rows = (kColours + perRow - 1) / perRow;
     const Plane pixels(4 * width, 2 * rows, 4 * width, Guard::kBehind, Content::kNoise, random);
     for (int i = 0; i < std::min(kColours, perRow * rows); ++i) {
-      std::uint8_t* pixel = pixels.row(i / perRow * 2) + 8 * (i % perRow);
-      pixel[0] = static_cast<std::uint8_t>(i % 52 * 5);
-      pixel[1] = static_cast<std::uint8_t>(i / 52 % 52 * 5);
-      pixel[2] = static_cast<std::uint8_t>(i / 52 / 52 * 5);
+      const int colour[] = {i % 52 * 5, i / 52 % 52 * 5, i / 52 / 52 * 5};
+      std::copy_n(colour, 3, pixels.row(i / perRow * 2) + 8 * (i % perRow));
     }
-    for (const ToYuv& f : kToYuv) {
-      checkToYuv(f, {width, 2 * rows}, pixels, 0, 0, Guard::kBehind);
-      ASSERT_FALSE(HasFatalFailure());
-    }
+    for (const ToYuv& f : kToYuv)
+      ASSERT_NO_FATAL_FAILURE(checkToYuv(f, {width, 2 * rows}, pixels, 0, 0, Guard::kBehind));
   }
 }
 

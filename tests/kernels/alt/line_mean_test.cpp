@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -28,15 +27,11 @@ class LineMean : public TargetTest {
   /// The whole plane, and the statistics of bands of any height, also lower than the box; rows -h .. rows + h - 1 exist
   /// and no others.
   static void check(const BoxCase& c, Random& random) {
-    Plane plane(c.width, c.height, c.stride, c.guard, c.content, random);
-    plane.makeReadOnly();
+    const Plane plane(c.width, c.height, c.stride, c.guard, c.content, random);
     const Plane destination(c.columns(), c.height, c.stride, c.guard);
-    std::vector<std::uint8_t> expected = destination.bytes();
-    const auto smoothed = naive::smoothPlane(plane.data(), c.width, c.height, c.stride, c.h(), c.level);
-    for (std::ptrdiff_t y = 0; y < c.height; ++y)
-      std::copy_n(smoothed.begin() + y * c.width, c.columns(), expected.begin() + y * c.stride);
     Mean_Window_Neon(plane.data(), destination.data(), c.width, c.height, c.stride, c.radius, c.level);
-    ASSERT_TRUE(sameBytes(destination, expected)) << c;
+    const auto smoothed = naive::smoothPlane(plane.data(), c.width, c.height, c.stride, c.h(), c.level);
+    ASSERT_TRUE(holds(destination, [&](int x, int y) { return smoothed.data()[y * c.width + x]; })) << c;
 
     const auto boxes = naive::boxStatistics(rowsOf(plane), c.columns(), c.height, c.h(), naive::ColumnWidth::k16Bits);
     const auto withStride = [](auto* source, auto* sums, auto* squares, int width, int rows, int stride, int radius) {
