@@ -74,7 +74,6 @@ add_executable(vlvk_tests
   tests/support/random_content.cpp
   tests/support/random_content.h
   tests/support/sanitizer_options.cpp
-  tests/support/target_test.cpp
   tests/support/target_test.h
 
   # Kernels and conversions.

@@ -12,6 +12,7 @@
 namespace {
 
 using vlvk::ChromaOrder;
+using vlvk::ChromaSpread;
 using vlvk::PixelOrder;
 
 constexpr unsigned char kOpaque = 255;
@@ -56,42 +57,47 @@ struct Planes {
   }
 };
 
-template <ChromaOrder kChroma, PixelOrder kPixels, BlueSum kBlue>
+template <ChromaOrder kChroma, PixelOrder kPixels, BlueSum kBlue, ChromaSpread kSpread = vlvk::kPairsInPlace>
 void convertTailRow(const unsigned char* luma, const unsigned char* chroma, unsigned char* pixels, int begin, int end) {
   for (int c = begin; c < end; ++c) {
-    const unsigned char first = chroma[c & ~1];
-    const unsigned char second = chroma[c | 1];
+    const int pair = kSpread == vlvk::kPairsInPlace ? c & ~1 : (c & ~7) + 2 * (c & 3);
+    const unsigned char first = chroma[pair];
+    const unsigned char second = chroma[pair + 1];
     writePixel<kPixels, kBlue>(pixels + 4 * static_cast<std::ptrdiff_t>(c), luma[c],
                                kChroma == vlvk::kVThenU ? second : first, kChroma == vlvk::kVThenU ? first : second);
   }
 }
 
-/// Converts row pairs of an even number of columns: blocks of 16 by the row loops, the rest pixel by pixel.
-template <ChromaOrder kChroma, PixelOrder kPixels, BlueSum kTailBlue>
-void convertRowPairs(Planes planes, int columns, int rowPairs) {
-  const auto rowLoop = vlvk::rowLoops().yuvToPixels[kChroma][kPixels];
+using TailRow = void (*)(const unsigned char* luma, const unsigned char* chroma, unsigned char* pixels, int begin,
+                         int end);
+
+/// Converts row pairs of an even number of columns: blocks of 16 by the row loop, the rest pixel by pixel.
+void convertRowPairs(Planes planes, int columns, int rowPairs, vlvk::RowLoops::YuvToPixels rowLoop,
+                     TailRow convertTailRow) {
   const int blocks = columns & ~15;
   if (columns == 0) return;
   for (int pair = 0; pair < rowPairs; ++pair) {
     const unsigned char* luma1 = planes.luma + planes.lumaStride;
     unsigned char* pixels1 = planes.pixels + planes.pixelStride;
     rowLoop(planes.luma, luma1, planes.chroma, planes.pixels, pixels1, blocks);
-    convertTailRow<kChroma, kPixels, kTailBlue>(planes.luma, planes.chroma, planes.pixels, blocks, columns);
-    convertTailRow<kChroma, kPixels, kTailBlue>(luma1, planes.chroma, pixels1, blocks, columns);
+    convertTailRow(planes.luma, planes.chroma, planes.pixels, blocks, columns);
+    convertTailRow(luma1, planes.chroma, pixels1, blocks, columns);
     planes.nextRowPair();
   }
 }
 
-/// First generation: nothing below one row pair, exact tail.
+/// Without the _V2: nothing below one row pair, exact tail.
 template <ChromaOrder kChroma, PixelOrder kPixels>
 void convertFrame(const Planes& planes, int width, int height) {
-  convertRowPairs<kChroma, kPixels, kExact>(planes, std::max(width, 0) & ~1, std::max(height, 0) / 2);
+  convertRowPairs(planes, std::max(width, 0) & ~1, std::max(height, 0) / 2,
+                  vlvk::rowLoops().yuvToPixels[kChroma][kPixels], convertTailRow<kChroma, kPixels, kExact>);
 }
 
-/// Second generation: at least one row pair and one block of 8, wrapping everywhere.
+/// With the _V2: at least one row pair and one block of 8, wrapping everywhere.
 template <ChromaOrder kChroma, PixelOrder kPixels>
 void convertFrameV2(const Planes& planes, int width, int height) {
-  convertRowPairs<kChroma, kPixels, kWrapTo16Bits>(planes, std::max(width & ~1, 8), std::max(height / 2, 1));
+  convertRowPairs(planes, std::max(width & ~1, 8), std::max(height / 2, 1),
+                  vlvk::rowLoops().yuvToPixels[kChroma][kPixels], convertTailRow<kChroma, kPixels, kWrapTo16Bits>);
 }
 
 }  // namespace
@@ -123,17 +129,7 @@ void VKNV12ToBGRA_V2_NeonCall(const unsigned char* yPlane, const unsigned char* 
 
 void NV212RGB_V2_NEON(const unsigned char* yPlane, const unsigned char* uvPlane, unsigned char* dst, int dstStride,
                       int width, int height, int yStride, int uvStride) {
-  Planes planes{yPlane, yStride, uvPlane, uvStride, dst, dstStride};
-  const int columns = std::max(width & ~7, 8);
-  for (int pair = 0; pair < std::max(height / 2, 1); ++pair) {
-    for (int row = 0; row < 2; ++row) {
-      const unsigned char* luma = planes.luma + row * planes.lumaStride;
-      unsigned char* pixels = planes.pixels + row * planes.pixelStride;
-      for (int c = 0; c < columns; ++c) {
-        const unsigned char* chroma = planes.chroma + (c & ~7) + 2 * (c % 4);
-        writePixel<vlvk::kBgra, kExact>(pixels + 4 * static_cast<std::ptrdiff_t>(c), luma[c], chroma[0], chroma[1]);
-      }
-    }
-    planes.nextRowPair();
-  }
+  convertRowPairs({yPlane, yStride, uvPlane, uvStride, dst, dstStride}, std::max(width & ~7, 8),
+                  std::max(height / 2, 1), vlvk::rowLoops().nv12ToBgraFoursTwice,
+                  convertTailRow<vlvk::kUThenV, vlvk::kBgra, kExact, vlvk::kFoursTwice>);
 }

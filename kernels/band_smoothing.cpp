@@ -33,18 +33,19 @@ struct Band {
   std::int64_t bottomRow() const { return std::int64_t{std::max(rows, reach())} - 1; }
 };
 
-/// Where rows outside a band come from; the plane itself unless told otherwise.
+/// Where rows outside a band come from: the plane itself unless a field says otherwise.
 struct Surroundings {
   bool repeatTop = false;
   bool repeatBottom = false;
   bool savedAbove = false;
-  bool savedBelow = false;  ///< behind the saved rows above, if there are any
+  bool savedBelow = false;  ///< after the saved rows above, if there are any
 };
 
 BoxRows boxRows(const Band& band, const Surroundings& around) {
   BoxRows box{.plane = band.source, .stride = band.stride};
   if (around.repeatTop) box.firstRow = 0;
   if (around.repeatBottom) box.lastRow = band.bottomRow();
+  if (!around.savedAbove && !around.savedBelow) return box;  // a record without saved rows may end before `edgeRows`
   const unsigned char* saved = band.scratch->edgeRows;
   if (around.savedAbove) {
     box.above = saved;

@@ -22,7 +22,6 @@ struct BoxRows {
   std::ptrdiff_t stride;              ///< bytes between rows, saved rows included
   std::int64_t firstRow = -kNoLimit;  ///< rows of the plane that may be read
   std::int64_t lastRow = kNoLimit;
-  std::int64_t ringRows = 0;  ///< not 0: plane holds this many rows, row i at i modulo ringRows
   const std::uint8_t* above = nullptr;
   std::int64_t aboveRows = 0;  ///< the last of them is row -1
   const std::uint8_t* below = nullptr;
@@ -32,11 +31,10 @@ struct BoxRows {
   const std::uint8_t* row(std::int64_t i) const {
     if (above != nullptr && i < 0) return at(above, std::max<std::int64_t>(i + aboveRows, 0));
     if (below != nullptr && i >= belowFrom) return at(below, std::min(i - belowFrom, belowRows - 1));
-    const std::int64_t clamped = std::clamp(i, firstRow, lastRow);
-    return at(plane, ringRows != 0 ? clamped % ringRows : clamped);
+    return at(plane, std::clamp(i, firstRow, lastRow));
   }
 
-  /// First index behind i, at most `end`, that may stand for another row than i does.
+  /// First index past i, at most `end`, that may stand for another row than i does.
   std::int64_t nextRow(std::int64_t i, std::int64_t end) const {
     std::int64_t next = i + 1;
     if (above != nullptr && i < 0) {

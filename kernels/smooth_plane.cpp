@@ -10,7 +10,7 @@ void smoothRows(const NarrowColumnSums& columns, const BoxRows& rows, int reach,
                 const std::uint8_t* source, std::uint8_t* destination, std::ptrdiff_t stride) {
   const int halfSize = reach - 1;
   const PixelFormula formula = makePixelFormula(halfSize, level);
-  const auto smoothRow = isTame(halfSize, formula) ? rowLoops().smoothRow : rowLoops().smoothRowAnySums;
+  const auto smoothRow = sumsFitFastForm(halfSize, formula) ? rowLoops().smoothRow : rowLoops().smoothRowAnySums;
   slideBox(columns, rows, halfSize, rowCount, [&](std::ptrdiff_t y) {
     smoothRow(columns.sums, columns.squares, columns.columns, source + y * stride, destination + y * stride, halfSize,
               formula);

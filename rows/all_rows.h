@@ -1,6 +1,6 @@
 /// Every row loop, and the table that names them, for the target that the including file has set up.
 ///
-/// Included once by each row_loops_*.cpp, behind `VLVK_TARGET` (the namespace) and that target's vocabulary. All code
+/// Included once by each row_loops_*.cpp, after `VLVK_TARGET` (the namespace) and that target's vocabulary. All code
 /// lies in the target's namespace: an inline function shared between targets could be emitted with instructions that an
 /// older processor lacks, and then be used everywhere.
 
@@ -36,6 +36,7 @@ const RowLoops kRowLoops = {
     .lookUpColors = {lookUpColors<kRgba>, lookUpColors<kBgra>},
     .yuvToPixels = {{yuvToPixels<kVThenU, kRgba>, yuvToPixels<kVThenU, kBgra>},
                     {yuvToPixels<kUThenV, kRgba>, yuvToPixels<kUThenV, kBgra>}},
+    .nv12ToBgraFoursTwice = yuvToPixels<kUThenV, kBgra, kFoursTwice>,
     .pixelsToYuv = {{pixelsToYuv<kVThenU, kRgba>, pixelsToYuv<kVThenU, kBgra>},
                     {pixelsToYuv<kUThenV, kRgba>, pixelsToYuv<kUThenV, kBgra>}},
 };

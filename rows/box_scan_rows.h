@@ -90,7 +90,7 @@ struct BoxScan {
         boxSum(splat8(boxSumBeforeRow<kShift>(columnSums, halfSize, lastColumn))),
         boxSquare(splat8(boxSumBeforeRow<kShift>(columnSquares, halfSize, lastColumn))) {}
 
-  /// The last column from which on `count` boxes reach no column behind `last`.
+  /// The last column from which on `count` boxes reach no column past `last`.
   VLVK_INLINE std::ptrdiff_t lastInside(int count) const { return last - toEntering - (count - 1); }
 
   template <class Use8>
@@ -106,8 +106,8 @@ struct BoxScan {
     step8(j, boxSteps(loadClamped(sums, j + toEntering, last), loadClamped(sums, j + toLeaving, last)),
           boxSteps(loadClamped(squares, j + toEntering, last), loadClamped(squares, j + toLeaving, last)), use8);
   }
-  /// Groups of 8 from column j on, where boxes no longer reach before column 0, as long as they reach no column behind
-  /// `last`. Returns the column behind them.
+  /// Groups of 8 from column j on, an inside column (see scanBoxSums), as far as there are inside columns. Returns the
+  /// first column that is not done.
   template <class Use8>
   VLVK_INLINE std::ptrdiff_t groups(std::ptrdiff_t j, const Use8& use8) {
     const std::ptrdiff_t end = lastInside(8);
@@ -126,7 +126,7 @@ struct BoxScan {
     }
     return j;
   }
-  /// The same in runs. Returns the column behind them.
+  /// The same in runs: `useRun(j, count, run)` gets columns j .. j + count - 1, a multiple of 16, at once.
   template <class UseRun>
   VLVK_INLINE std::ptrdiff_t runs(std::ptrdiff_t j, const UseRun& useRun) {
     const std::ptrdiff_t end = lastInside(16);
@@ -149,8 +149,14 @@ struct BoxScan {
 };
 
 /// Scans column sums into box sums and calls `use8(j, sums, squares)` for columns j .. j + 7, j = 0, 8 ... below
-/// `columns`. Column indices clamp to 0 .. last. The columns between the clamped ends are left to `useInside(scan, j)`
-/// as far as it wants them: it gets the scan and the first of them and returns the column behind its last.
+/// `columns`. Column indices clamp to 0 .. last.
+///
+/// A row has three parts, each possibly empty: columns at its left end whose boxes reach before column 0, inside
+/// columns whose boxes lie wholly in 0 .. last, and columns at its right end whose boxes reach past `last`. Only the
+/// ends pay for clamping. A caller may take inside columns another way than 8 at a time: after the left end,
+/// `useInside(scan, j)` is called once with the scan standing at column j, the first inside column. It moves the scan
+/// over as many inside columns as it likes (none, or what BoxScan::runs takes) and returns the first column that it has
+/// not done, where the scan goes on with `use8`.
 template <BoxShift kShift, class Sum, class Use8, class UseInside>
 VLVK_INLINE void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std::ptrdiff_t columns, std::ptrdiff_t last,
                              int halfSize, const Use8& use8, const UseInside& useInside) {
@@ -165,7 +171,7 @@ VLVK_INLINE void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std:
     scan.clamped8(j, use8);
 }
 
-/// The same with every column for `use8`.
+/// The same with `use8` for every column.
 template <BoxShift kShift, class Sum, class Use8>
 VLVK_INLINE void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std::ptrdiff_t columns, std::ptrdiff_t last,
                              int halfSize, const Use8& use8) {

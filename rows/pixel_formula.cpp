@@ -17,7 +17,7 @@ PixelFormula makePixelFormula(int halfSize, int level) {
           .strength = static_cast<float>(strength)};
 }
 
-bool isTame(int halfSize, const PixelFormula& formula) {
+bool sumsFitFastForm(int halfSize, const PixelFormula& formula) {
   constexpr int kLargestHalfSize = 63;  // (2 * 63 + 1) * 255 = 32385
   return halfSize <= kLargestHalfSize && formula.bias >= 1.0F && formula.strength >= 0.0F;
 }

@@ -1,7 +1,7 @@
 /// Constants of the local-statistics pixel formula.
 ///
 ///     m = S * inverseArea                        mean of the box
-///     a = Q * inverseArea - m * m + bias         its variance, biased so that the quotient below stays tame
+///     a = Q * inverseArea - m * m + bias         its variance, biased so that the divisor below stays away from 0
 ///     out = (x * a + m * strength) * estimate(1 / (a + strength))
 ///
 /// in single precision, each operation rounded by itself, the result truncated to an integer whose low 8 bits count.
@@ -21,13 +21,14 @@ struct PixelFormula {
 ///                  the bias wraps modulo 2^32
 PixelFormula makePixelFormula(int halfSize, int level);
 
-/// Whether box sums of 8-bit samples and results are as small as RowLoops::smoothRow needs them:
+/// Whether RowLoops::smoothRow, the fast form with narrow integers, may smooth with boxes of this size and this
+/// formula. It may where
 ///
-/// - column sums of the 2h + 1 rows stay below 2^15, and so do their differences with sign, and box sums, squares
-///   included, below 2^31;
+/// - column sums over 2h + 1 rows of 8-bit samples stay below 2^15, so that their differences fit 16 bits with sign;
+/// - box sums, of squares too, stay below 2^31;
 /// - bias and strength are large enough that every quotient lies between the sample and the mean, up to the error of
 ///   the estimate: 0 .. 256.
-bool isTame(int halfSize, const PixelFormula& formula);
+bool sumsFitFastForm(int halfSize, const PixelFormula& formula);
 
 }  // namespace vlvk
 

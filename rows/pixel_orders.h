@@ -1,4 +1,4 @@
-/// Byte orders of chroma pairs and of 32-bit pixels.
+/// Orders of chroma samples and of the bytes of 32-bit pixels.
 #ifndef VLVK_ROWS_PIXEL_ORDERS_H
 #define VLVK_ROWS_PIXEL_ORDERS_H
 
@@ -9,6 +9,12 @@ enum ChromaOrder { kVThenU, kUThenV };
 
 /// Order of the colour bytes of a pixel in memory; the fourth byte is alpha.
 enum PixelOrder { kRgba, kBgra };
+
+/// Which columns a chroma pair of a row pair belongs to.
+enum ChromaSpread {
+  kPairsInPlace,  ///< pair i to columns 2 * i and 2 * i + 1
+  kFoursTwice     ///< in each block of 8 columns, the block's four pairs to columns 0 .. 3 and again to 4 .. 7
+};
 
 inline constexpr int kChromaOrders = 2;
 inline constexpr int kPixelOrders = 2;

@@ -26,14 +26,14 @@ inline void pixelsToYuv(const std::uint8_t* pixels0, const std::uint8_t* pixels1
   for (; columns > 0; columns -= 16) {
     const Pixels16 upper = loadPixels16(pixels0);
     pixels0 += 64;
-    store(luma0, weighChannels<kLuma>(upper));
+    store(luma0, weightedChannels<kLuma>(upper));
     luma0 += 16;
-    storeWeighedPairs<kChroma == kVThenU ? kV : kU, kChroma == kVThenU ? kU : kV>(chroma, evenPixels(upper));
+    storeWeightedPairs<kChroma == kVThenU ? kV : kU, kChroma == kVThenU ? kU : kV>(chroma, evenPixels(upper));
     chroma += 16;
     // The second row only now: there are not registers enough for both.
     const Pixels16 lower = loadPixels16(pixels1);
     pixels1 += 64;
-    store(luma1, weighChannels<kLuma>(lower));
+    store(luma1, weightedChannels<kLuma>(lower));
     luma1 += 16;
   }
 }

@@ -1,8 +1,8 @@
 /// The row loops: the hot arithmetic on one luma row or row pair, once for each vector target, and the choice among
 /// them.
 ///
-/// kernels/ and convert/ hold the loops' code (the *_rows.h files), written in the vocabulary of simd/; targets/
-/// compiles it for each target; everybody else calls through this table.
+/// The loops are written once in the vocabulary of simd/ (the *_rows.h files) and compiled for each target by
+/// row_loops_TARGET.cpp; everything else calls them through this table.
 #ifndef VLVK_ROWS_ROW_LOOPS_H
 #define VLVK_ROWS_ROW_LOOPS_H
 
@@ -51,7 +51,8 @@ struct RowLoops {
                           const std::uint8_t* leaving, int columns);
 
   /// Scans the column sums into box sums and smooths one row with them. `columns` is a multiple of 8.
-  /// The first form needs column sums of samples and what isTame says, the second takes any.
+  /// The first is the fast form: it needs column sums of samples, and sizes and strengths for which sumsFitFastForm
+  /// holds. The second takes any.
   SmoothRow smoothRow;
   SmoothRow smoothRowAnySums;
 
@@ -85,8 +86,11 @@ struct RowLoops {
   /// same row. The table has 4 bytes for each colour of 6 bits a channel, at red + 64 * (green + 64 * blue).
   LookUpColors lookUpColors[kPixelOrders];
 
-  /// Converts a row pair; `columns` is a multiple of 16. Indexed by byte order.
+  /// Converts a row pair; `columns` is a multiple of 16. Indexed by byte order. Where 75 * (Y - 16) + 129 * (U - 128)
+  /// reaches 2^15, blue becomes 0.
   YuvToPixels yuvToPixels[kChromaOrders][kPixelOrders];
+  /// The same from U, V to B, G, R, A with pairs spread as kFoursTwice says, and blue sums that do not wrap.
+  YuvToPixels nv12ToBgraFoursTwice;
   PixelsToYuv pixelsToYuv[kChromaOrders][kPixelOrders];
 };
 

@@ -44,10 +44,10 @@ inline FormulaLanes formulaLanes(const PixelFormula& formula) {
   return {splat8(formula.inverseArea), splat8(formula.bias), splat8(formula.strength)};
 }
 
-/// What may be known of a denominator.
+/// What is known of a denominator before it is computed.
 enum Denominator {
-  kModest,  ///< 0 or far from the ends of the float range: samples, sums and strengths are integers
-  kAny      ///< made of a caller's own constants
+  kNormalRange,  ///< 0, or a normal number far below 2^126: samples, sums and strengths are integers
+  kAny           ///< anything: made of a caller's own constants
 };
 
 /// The quotient that becomes a smoothed pixel.
@@ -68,16 +68,16 @@ inline Quotient smoothed(F32x8 samples, F32x8 sums, F32x8 squares, const Formula
   return pulledToMean(samples, mean, add(variance, k.bias), k.strength);
 }
 
-template <Denominator kDenominator = kModest>
+template <Denominator kDenominator = kNormalRange>
 inline F32x8 divided(const Quotient& quotient) {
-  if constexpr (kDenominator == kModest) {
-    return mul(quotient.numerator, reciprocalEstimateOfModest(quotient.denominator));
+  if constexpr (kDenominator == kNormalRange) {
+    return mul(quotient.numerator, reciprocalEstimateOfNormal(quotient.denominator));
   } else {
     return mul(quotient.numerator, reciprocalEstimate(quotient.denominator));
   }
 }
 
-template <Denominator kDenominator = kModest>
+template <Denominator kDenominator = kNormalRange>
 inline U8x8 smoothedPixels(U8x8 samples, F32x8 sums, F32x8 squares, const FormulaLanes& k) {
   return truncToLowBytes(divided<kDenominator>(smoothed(toFloat(samples), sums, squares, k)));
 }
@@ -136,7 +136,7 @@ inline void smoothRow(const std::uint16_t* sums, const std::uint32_t* squares, i
         const auto useRun = [&](std::ptrdiff_t j, int count, const BoxRun& run) {
           smoothRun(run, source + j, destination + j, count, k);
         };
-        return kRunsPay ? scan.runs(first, useRun) : first;
+        return kSplitRowsIntoRuns ? scan.runs(first, useRun) : first;
       });
 }
 

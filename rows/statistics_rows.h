@@ -1,4 +1,4 @@
-/// Row loops of box statistics and of the filters that work from them. Included by rows/all_rows.h, behind
+/// Row loops of box statistics and of the filters that work from them. Included by rows/all_rows.h, after
 /// rows/smooth_rows.h.
 
 #include <cstddef>
@@ -82,7 +82,7 @@ inline void smoothFromCorners(const IntegralRows& rows, std::ptrdiff_t x, const 
 inline void integralSmooth(const IntegralRows& rows, int columns, const std::uint8_t* source, std::uint8_t* destination,
                            const PixelFormula& formula) {
   const FormulaLanes k = formulaLanes(formula);
-  forBlocksOf8(columns, [&](std::ptrdiff_t x) { smoothFromCorners<kModest>(rows, x, source, destination, k); });
+  forBlocksOf8(columns, [&](std::ptrdiff_t x) { smoothFromCorners<kNormalRange>(rows, x, source, destination, k); });
 }
 
 /// See RowLoops::integralSmooth8.

@@ -8,21 +8,29 @@
 
 namespace vlvk::VLVK_TARGET {
 
-/// One channel of two rows: luma term plus chroma term, in 16-bit lanes that wrap.
+/// One channel of two rows: luma term plus chroma term, in 16-bit lanes. They wrap where pairs stand in place, and
+/// saturate otherwise, which is as good as an exact sum.
+template <ChromaSpread kSpread>
 inline U8x16x2 channelOfRows(I16x8x2 lumaLow, I16x8x2 lumaHigh, I16x8 chromaTerm) {
-  const I16x16 ofColumns = duplicateEach(chromaTerm);
-  return roundShiftNarrowSat<kYuvToRgbBits>(add(lumaLow, bothRows(ofColumns.low)),
-                                            add(lumaHigh, bothRows(ofColumns.high)));
+  if constexpr (kSpread == kPairsInPlace) {
+    const I16x16 ofColumns = duplicateEach(chromaTerm);
+    return roundShiftNarrowSat<kYuvToRgbBits>(add(lumaLow, bothRows(ofColumns.low)),
+                                              add(lumaHigh, bothRows(ofColumns.high)));
+  } else {
+    const I16x16 ofColumns = duplicateFours(chromaTerm);
+    return roundShiftNarrowSat<kYuvToRgbBits>(addSat(lumaLow, bothRows(ofColumns.low)),
+                                              addSat(lumaHigh, bothRows(ofColumns.high)));
+  }
 }
 
 /// offset + kU * u + kV * v.
 template <ChromaOrder kChroma, int kU, int kV>
-inline I16x8 weighChroma(const ChromaPairs& pairs, I16x8 offset) {
-  return kChroma == kVThenU ? weighPairs<kV, kU>(pairs, offset) : weighPairs<kU, kV>(pairs, offset);
+inline I16x8 weightedChroma(const ChromaPairs& pairs, I16x8 offset) {
+  return kChroma == kVThenU ? weightedPairs<kV, kU>(pairs, offset) : weightedPairs<kU, kV>(pairs, offset);
 }
 
-/// See RowLoops::yuvToPixels.
-template <ChromaOrder kChroma, PixelOrder kPixels>
+/// See RowLoops::yuvToPixels and RowLoops::nv12ToBgraFoursTwice.
+template <ChromaOrder kChroma, PixelOrder kPixels, ChromaSpread kSpread = kPairsInPlace>
 inline void yuvToPixels(const std::uint8_t* luma0, const std::uint8_t* luma1, const std::uint8_t* chroma,
                         std::uint8_t* pixels0, std::uint8_t* pixels1, int columns) {
   constexpr YuvToRgb k = kYuvToRgb;
@@ -37,10 +45,11 @@ inline void yuvToPixels(const std::uint8_t* luma0, const std::uint8_t* luma1, co
     const U8x16x2 luma = loadRows(luma0, luma1);
     const I16x8x2 lumaLow = mulWidenLow(luma, k.luma);
     const I16x8x2 lumaHigh = mulWidenHigh(luma, k.luma);
-    const U8x16x2 red = channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, 0, k.redV>(pairs, redOffset));
+    const U8x16x2 red = channelOfRows<kSpread>(lumaLow, lumaHigh, weightedChroma<kChroma, 0, k.redV>(pairs, redOffset));
     const U8x16x2 green =
-        channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, k.greenU, k.greenV>(pairs, greenOffset));
-    const U8x16x2 blue = channelOfRows(lumaLow, lumaHigh, weighChroma<kChroma, k.blueU, 0>(pairs, blueOffset));
+        channelOfRows<kSpread>(lumaLow, lumaHigh, weightedChroma<kChroma, k.greenU, k.greenV>(pairs, greenOffset));
+    const U8x16x2 blue =
+        channelOfRows<kSpread>(lumaLow, lumaHigh, weightedChroma<kChroma, k.blueU, 0>(pairs, blueOffset));
     storePixels(pixels0, pixels1, kPixels == kRgba ? red : blue, green, kPixels == kRgba ? blue : red, opaque);
     luma0 += 16;
     luma1 += 16;

@@ -111,7 +111,7 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {_mm256_permutevar8x32_epi32(v.v, _mm256_set1_epi32(7))};
 }
 
-inline constexpr bool kRunsPay = true;
+inline constexpr bool kSplitRowsIntoRuns = true;
 
 struct PairSteps {
   U32x8 pair;
@@ -171,7 +171,7 @@ VLVK_INLINE F32x8 toFloatOdd(U8x16 v) {
 
 /// One division gives the estimate: the reciprocal of the middle of the input's fraction class, rounded to 8 fraction
 /// bits.
-VLVK_INLINE F32x8 reciprocalEstimateOfModest(F32x8 v) {
+VLVK_INLINE F32x8 reciprocalEstimateOfNormal(F32x8 v) {
   const __m256i classBits = _mm256_set1_epi32(~0x7FFF);
   const __m256i half = _mm256_set1_epi32(0x4000);
   const __m256i middle = _mm256_or_si256(_mm256_and_si256(_mm256_castps_si256(v.v), classBits), half);
@@ -186,7 +186,7 @@ VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
   const __m256i tiny = _mm256_cmpgt_epi32(_mm256_set1_epi32(1 << 23), magnitude);
   const __m256i large = _mm256_cmpgt_epi32(magnitude, _mm256_set1_epi32((253 << 23) - 1));
   const __m256i notANumber = _mm256_cmpgt_epi32(magnitude, infinity);
-  __m256i result = _mm256_castps_si256(reciprocalEstimateOfModest(v).v);
+  __m256i result = _mm256_castps_si256(reciprocalEstimateOfNormal(v).v);
   result = _mm256_blendv_epi8(result, _mm256_or_si256(sign, infinity), tiny);
   result = _mm256_blendv_epi8(result, sign, large);
   return {_mm256_castsi256_ps(_mm256_blendv_epi8(result, _mm256_set1_epi32(0x7FC00000), notANumber))};
@@ -260,6 +260,9 @@ VLVK_INLINE I16x8x2 bothRows(I16x8 v) {
 VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
   return {_mm256_add_epi16(a.v, b.v)};
 }
+VLVK_INLINE I16x8x2 addSat(I16x8x2 a, I16x8x2 b) {
+  return {_mm256_adds_epi16(a.v, b.v)};
+}
 VLVK_INLINE I16x8x2 mulWidenLow(U8x16x2 v, std::uint8_t factor) {
   return {_mm256_mullo_epi16(_mm256_unpacklo_epi8(v.v, _mm256_setzero_si256()), _mm256_set1_epi16(factor))};
 }
@@ -293,7 +296,7 @@ VLVK_INLINE I16x8 splatI16(std::int16_t value) {
 }
 /// Weights that fit a byte take one multiply-add.
 template <int kFirst, int kSecond>
-VLVK_INLINE I16x8 weighPairs(ChromaPairs v, I16x8 offset) {
+VLVK_INLINE I16x8 weightedPairs(ChromaPairs v, I16x8 offset) {
   if constexpr (kFirst >= -128 && kFirst <= 127 && kSecond >= -128 && kSecond <= 127) {
     static_assert(kFirst + kSecond >= -128 && kFirst + kSecond <= 128);
     const __m256i weights = _mm256_set1_epi16(static_cast<std::int16_t>((kFirst & 0xFF) | (kSecond & 0xFF) << 8));
@@ -313,6 +316,9 @@ struct I16x16 {
 };
 VLVK_INLINE I16x16 duplicateEach(I16x8 v) {
   return {{_mm256_unpacklo_epi16(v.v, v.v)}, {_mm256_unpackhi_epi16(v.v, v.v)}};
+}
+VLVK_INLINE I16x16 duplicateFours(I16x8 v) {
+  return {{_mm256_unpacklo_epi64(v.v, v.v)}, {_mm256_unpackhi_epi64(v.v, v.v)}};
 }
 
 // Pixels to luma and chroma.
@@ -350,7 +356,7 @@ struct ByteWeights {
 };
 /// Eight sums in 32-bit lanes, without the bias.
 template <ChannelWeights k>
-VLVK_INLINE __m256i weigh8(__m256i pixels) {
+VLVK_INLINE __m256i weightedSums8(__m256i pixels) {
   if constexpr (ByteWeights<k>::kSplit) {
     const __m128i secondToFourth = _mm_setr_epi8(0, 1, 2, 1, 4, 5, 6, 5, 8, 9, 10, 9, 12, 13, 14, 13);
     pixels = _mm256_shuffle_epi8(pixels, _mm256_broadcastsi128_si256(secondToFourth));
@@ -359,9 +365,9 @@ VLVK_INLINE __m256i weigh8(__m256i pixels) {
   return _mm256_madd_epi16(pairs, _mm256_set1_epi16(1));
 }
 template <ChannelWeights k>
-VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
+VLVK_INLINE U8x16 weightedChannels(const Pixels16& v) {
   // Packing works inside the halves: pixels 0-3 8-11 | 4-7 12-15, as words, then as bytes.
-  const __m256i sums = _mm256_packus_epi32(weigh8<k>(v.eight[0]), weigh8<k>(v.eight[1]));
+  const __m256i sums = _mm256_packus_epi32(weightedSums8<k>(v.eight[0]), weightedSums8<k>(v.eight[1]));
   const __m256i words =
       _mm256_srli_epi16(_mm256_add_epi16(sums, _mm256_set1_epi16(static_cast<std::int16_t>(k.bias))), 8);
   const __m128i bytes = _mm_packus_epi16(_mm256_castsi256_si128(words), _mm256_extracti128_si256(words, 1));
@@ -369,9 +375,9 @@ VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
 }
 /// The sums fit 16 bits with their sign; the bias makes them positive.
 template <ChannelWeights kFirst, ChannelWeights kSecond>
-VLVK_INLINE void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
+VLVK_INLINE void storeWeightedPairs(std::uint8_t* to, const Pixels8& v) {
   static_assert(kFirst.bias == kSecond.bias);
-  const __m256i sums = _mm256_packs_epi32(weigh8<kFirst>(v.v), weigh8<kSecond>(v.v));
+  const __m256i sums = _mm256_packs_epi32(weightedSums8<kFirst>(v.v), weightedSums8<kSecond>(v.v));
   const __m256i biased = _mm256_add_epi16(sums, _mm256_set1_epi16(static_cast<std::int16_t>(kFirst.bias)));
   // The upper byte of each: four first ones, four second ones in either half.
   const __m128i interleave = _mm_setr_epi8(1, 9, 3, 11, 5, 13, 7, 15, 1, 9, 3, 11, 5, 13, 7, 15);

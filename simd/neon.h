@@ -141,8 +141,8 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {last, last};
 }
 
-/// Counted in instructions, runs cost a third; small cores do not reorder enough to win that back.
-inline constexpr bool kRunsPay = false;
+/// Counted in instructions, runs cost a third more; small cores do not reorder enough to win that back.
+inline constexpr bool kSplitRowsIntoRuns = false;
 
 struct PairSteps {
   U32x8 pair;
@@ -200,7 +200,7 @@ VLVK_INLINE F32x8 addProduct(F32x8 sum, F32x8 a, F32x8 b) {
 VLVK_INLINE F32x8 subProduct(F32x8 sum, F32x8 a, F32x8 b) {
   return {vmlsq_f32(sum.low, a.low, b.low), vmlsq_f32(sum.high, a.high, b.high)};
 }
-VLVK_INLINE F32x8 reciprocalEstimateOfModest(F32x8 v) {
+VLVK_INLINE F32x8 reciprocalEstimateOfNormal(F32x8 v) {
   return {vrecpeq_f32(v.low), vrecpeq_f32(v.high)};
 }
 
@@ -221,7 +221,7 @@ VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
 }
 #else
 VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
-  return reciprocalEstimateOfModest(v);
+  return reciprocalEstimateOfNormal(v);
 }
 #endif
 
@@ -337,7 +337,7 @@ VLVK_INLINE uint16x8_t mulAccumulate(uint16x8_t sum, uint8x8_t v) {
   }
 }
 template <int kFirst, int kSecond>
-VLVK_INLINE I16x8 weighPairs(const ChromaPairs& v, I16x8 offset) {
+VLVK_INLINE I16x8 weightedPairs(const ChromaPairs& v, I16x8 offset) {
   uint16x8_t sum = vreinterpretq_u16_s16(offset.v);
   sum = mulAccumulate<kFirst>(sum, v.bytes.val[0]);
   return {vreinterpretq_s16_u16(mulAccumulate<kSecond>(sum, v.bytes.val[1]))};
@@ -355,6 +355,11 @@ VLVK_INLINE I16x16 duplicateEach(I16x8 v) {
   return both;
 #endif
 }
+VLVK_INLINE I16x16 duplicateFours(I16x8 v) {
+  const int16x4_t low = vget_low_s16(v.v);
+  const int16x4_t high = vget_high_s16(v.v);
+  return {{vcombine_s16(low, low)}, {vcombine_s16(high, high)}};
+}
 
 // Luma of two rows to pixels.
 
@@ -369,6 +374,9 @@ VLVK_INLINE I16x8x2 mulWidenHigh(U8x16x2 v, std::uint8_t factor) {
 }
 VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
   return {{vaddq_s16(a.row[0], b.row[0]), vaddq_s16(a.row[1], b.row[1])}};
+}
+VLVK_INLINE I16x8x2 addSat(I16x8x2 a, I16x8x2 b) {
+  return {{vqaddq_s16(a.row[0], b.row[0]), vqaddq_s16(a.row[1], b.row[1])}};
 }
 template <int kBits>
 VLVK_INLINE U8x16x2 roundShiftNarrowSat(I16x8x2 low, I16x8x2 high) {
@@ -422,14 +430,14 @@ VLVK_INLINE uint16x8_t biasLanes(const ChannelWeights& k) {
   return vdupq_n_u16(static_cast<std::uint16_t>(k.bias));
 }
 template <ChannelWeights k>
-VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
+VLVK_INLINE U8x16 weightedChannels(const Pixels16& v) {
   const uint8x16x4_t& c = v.channels;
   const uint16x8_t low = weightedSum<k>(vget_low_u8(c.val[0]), vget_low_u8(c.val[1]), vget_low_u8(c.val[2]));
   const uint16x8_t high = weightedSum<k>(vget_high_u8(c.val[0]), vget_high_u8(c.val[1]), vget_high_u8(c.val[2]));
   return {addNarrowHigh(low, biasLanes(k), high, biasLanes(k))};
 }
 template <ChannelWeights kFirst, ChannelWeights kSecond>
-VLVK_INLINE void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
+VLVK_INLINE void storeWeightedPairs(std::uint8_t* to, const Pixels8& v) {
   const uint8x8x4_t& c = v.channels;
   const uint8x16_t both = addNarrowHigh(weightedSum<kFirst>(c.val[0], c.val[1], c.val[2]), biasLanes(kFirst),
                                         weightedSum<kSecond>(c.val[0], c.val[1], c.val[2]), biasLanes(kSecond));

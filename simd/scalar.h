@@ -168,8 +168,9 @@ inline PairSteps pairSteps(const Sum* entering, const Sum* leaving) {
           forLanes<U32x8>([&](int i) { return step(2 * i + 1); })};
 }
 
-/// Whether loops gain from being split into shorter chains of operations with memory between them.
-inline constexpr bool kRunsPay = true;
+/// Whether smoothRow cuts a row into runs of columns and works each off in several short loops, which hand over in
+/// memory, instead of one long loop. Processors that reorder much gain from the short chains of operations.
+inline constexpr bool kSplitRowsIntoRuns = true;
 
 // Single precision. Every operation rounds by itself.
 
@@ -210,8 +211,8 @@ inline F32x8 subProduct(F32x8 sum, F32x8 a, F32x8 b) {
 inline F32x8 reciprocalEstimate(F32x8 v) {
   return forLanes<F32x8>([&](int i) { return vlvk::reciprocalEstimate(v.lane[i]); });
 }
-/// The same for zeros and for normal numbers below 2^126 in magnitude, which may be cheaper.
-inline F32x8 reciprocalEstimateOfModest(F32x8 v) {
+/// The same for zeros and normal numbers below 2^126 in magnitude only: without the special cases it may be cheaper.
+inline F32x8 reciprocalEstimateOfNormal(F32x8 v) {
   return reciprocalEstimate(v);
 }
 /// Truncates to unsigned 32-bit integers (negative and NaN: 0, too large: 2^32 - 1) and keeps their low 8 bits.
@@ -291,7 +292,7 @@ inline I16x8 splatI16(std::int16_t value) {
 }
 /// offset + kFirst * first byte + kSecond * second byte of each pair, wrapping.
 template <int kFirst, int kSecond>
-inline I16x8 weighPairs(ChromaPairs v, I16x8 offset) {
+inline I16x8 weightedPairs(ChromaPairs v, I16x8 offset) {
   return forLanes<I16x8>([&](int i) { return offset.lane[i] + kFirst * v.lane[2 * i] + kSecond * v.lane[2 * i + 1]; });
 }
 /// 16 columns, the first and the last 8.
@@ -303,6 +304,11 @@ struct I16x16 {
 inline I16x16 duplicateEach(I16x8 v) {
   return {forLanes<I16x8>([&](int i) { return v.lane[i / 2]; }),
           forLanes<I16x8>([&](int i) { return v.lane[4 + i / 2]; })};
+}
+/// Lanes 0 .. 3 twice, then lanes 4 .. 7 twice.
+inline I16x16 duplicateFours(I16x8 v) {
+  return {forLanes<I16x8>([&](int i) { return v.lane[i % 4]; }),
+          forLanes<I16x8>([&](int i) { return v.lane[4 + i % 4]; })};
 }
 
 // Luma of two rows to pixels.
@@ -321,6 +327,17 @@ inline I16x8x2 add(I16x8x2 a, I16x8x2 b) {
   I16x8x2 result;
   for (int r = 0; r < 2; ++r)
     result.row[r] = forLanes<I16x8>([&](int i) { return a.row[r].lane[i] + b.row[r].lane[i]; });
+  return result;
+}
+/// Sums out of range become the nearest end of it.
+inline I16x8x2 addSat(I16x8x2 a, I16x8x2 b) {
+  I16x8x2 result;
+  for (int r = 0; r < 2; ++r) {
+    result.row[r] = forLanes<I16x8>([&](int i) {
+      const int sum = a.row[r].lane[i] + b.row[r].lane[i];
+      return sum < INT16_MIN ? INT16_MIN : sum > INT16_MAX ? INT16_MAX : sum;
+    });
+  }
   return result;
 }
 /// (v + 2^(kBits - 1)) >> kBits without overflow, clamped to 0 .. 255; `low` gives the first 8 columns, `high` the
@@ -359,23 +376,23 @@ inline Pixels16 loadPixels16(const std::uint8_t* from) {
 inline Pixels8 evenPixels(const Pixels16& v) {
   return forLanes<Pixels8>([&](int i) { return v.lane[8 * (i / 4) + i % 4]; });
 }
-/// Weighed channels of pixel i, see ChannelWeights. The sum stays within 0 .. 65535.
+/// Weighted channels of pixel i, see ChannelWeights. The sum stays within 0 .. 65535.
 template <ChannelWeights k, class Pixels>
-inline std::uint8_t weighedPixel(const Pixels& v, int i) {
+inline std::uint8_t weightedPixel(const Pixels& v, int i) {
   return static_cast<std::uint8_t>(
       (k.c0 * v.lane[4 * i] + k.c1 * v.lane[4 * i + 1] + k.c2 * v.lane[4 * i + 2] + k.bias) >> 8);
 }
 template <ChannelWeights k>
-inline U8x16 weighChannels(const Pixels16& v) {
-  return forLanes<U8x16>([&](int i) { return weighedPixel<k>(v, i); });
+inline U8x16 weightedChannels(const Pixels16& v) {
+  return forLanes<U8x16>([&](int i) { return weightedPixel<k>(v, i); });
 }
-/// Writes first, second, first, second ... of the pixels' channels weighed in two ways. Both biases are the same;
+/// Writes first, second, first, second ... of the pixels' channels weighted in two ways. Both biases are the same;
 /// without them the sums fit 16 bits with their sign.
 template <ChannelWeights kFirst, ChannelWeights kSecond>
-inline void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
+inline void storeWeightedPairs(std::uint8_t* to, const Pixels8& v) {
   for (int i = 0; i < 8; ++i) {
-    to[2 * i] = weighedPixel<kFirst>(v, i);
-    to[2 * i + 1] = weighedPixel<kSecond>(v, i);
+    to[2 * i] = weightedPixel<kFirst>(v, i);
+    to[2 * i + 1] = weightedPixel<kSecond>(v, i);
   }
 }
 /// Writes, for each of 16 pixels, the number made of the upper 6 bits of its first three channels; channel c0 is the

@@ -104,7 +104,7 @@ VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {last, last};
 }
 
-inline constexpr bool kRunsPay = true;
+inline constexpr bool kSplitRowsIntoRuns = true;
 
 struct PairSteps {
   U32x8 pair;
@@ -165,15 +165,15 @@ VLVK_INLINE F32x8 toFloatOdd(U8x16 v) {
 
 /// One division gives the estimate: the reciprocal of the middle of the input's fraction class, rounded to 8 fraction
 /// bits.
-VLVK_INLINE __m128 estimateOfModest4(__m128 v) {
+VLVK_INLINE __m128 estimateOfNormal4(__m128 v) {
   const __m128i classBits = _mm_set1_epi32(~0x7FFF);
   const __m128i half = _mm_set1_epi32(0x4000);
   const __m128i middle = _mm_or_si128(_mm_and_si128(_mm_castps_si128(v), classBits), half);
   const __m128i exact = _mm_castps_si128(_mm_div_ps(_mm_set1_ps(1.0F), _mm_castsi128_ps(middle)));
   return _mm_castsi128_ps(_mm_and_si128(_mm_add_epi32(exact, half), classBits));
 }
-VLVK_INLINE F32x8 reciprocalEstimateOfModest(F32x8 v) {
-  return {estimateOfModest4(v.low), estimateOfModest4(v.high)};
+VLVK_INLINE F32x8 reciprocalEstimateOfNormal(F32x8 v) {
+  return {estimateOfNormal4(v.low), estimateOfNormal4(v.high)};
 }
 
 VLVK_INLINE __m128i select128(__m128i mask, __m128i ifSet, __m128i ifClear) {
@@ -187,7 +187,7 @@ VLVK_INLINE __m128 estimate4(__m128 v) {
   const __m128i tiny = _mm_cmplt_epi32(magnitude, _mm_set1_epi32(1 << 23));
   const __m128i large = _mm_cmpgt_epi32(magnitude, _mm_set1_epi32((253 << 23) - 1));
   const __m128i notANumber = _mm_cmpgt_epi32(magnitude, infinity);
-  __m128i result = _mm_castps_si128(estimateOfModest4(v));
+  __m128i result = _mm_castps_si128(estimateOfNormal4(v));
   result = select128(tiny, _mm_or_si128(sign, infinity), result);
   result = select128(large, sign, result);
   return _mm_castsi128_ps(select128(notANumber, _mm_set1_epi32(0x7FC00000), result));
@@ -272,6 +272,9 @@ VLVK_INLINE I16x8x2 bothRows(I16x8 v) {
 VLVK_INLINE I16x8x2 add(I16x8x2 a, I16x8x2 b) {
   return {{_mm_add_epi16(a.row[0], b.row[0]), _mm_add_epi16(a.row[1], b.row[1])}};
 }
+VLVK_INLINE I16x8x2 addSat(I16x8x2 a, I16x8x2 b) {
+  return {{_mm_adds_epi16(a.row[0], b.row[0]), _mm_adds_epi16(a.row[1], b.row[1])}};
+}
 VLVK_INLINE I16x8x2 mulWidenLow(U8x16x2 v, std::uint8_t factor) {
   const __m128i factors = _mm_set1_epi16(factor);
   return {{_mm_mullo_epi16(_mm_unpacklo_epi8(v.row[0], zero128()), factors),
@@ -317,7 +320,7 @@ VLVK_INLINE I16x8 splatI16(std::int16_t value) {
   return {_mm_set1_epi16(value)};
 }
 template <int kFirst, int kSecond>
-VLVK_INLINE I16x8 weighPairs(ChromaPairs v, I16x8 offset) {
+VLVK_INLINE I16x8 weightedPairs(ChromaPairs v, I16x8 offset) {
   __m128i sum = offset.v;
   if constexpr (kFirst != 0) {
     const __m128i first = _mm_and_si128(v.v, _mm_set1_epi16(0xFF));
@@ -335,6 +338,9 @@ struct I16x16 {
 };
 VLVK_INLINE I16x16 duplicateEach(I16x8 v) {
   return {{_mm_unpacklo_epi16(v.v, v.v)}, {_mm_unpackhi_epi16(v.v, v.v)}};
+}
+VLVK_INLINE I16x16 duplicateFours(I16x8 v) {
+  return {{_mm_unpacklo_epi64(v.v, v.v)}, {_mm_unpackhi_epi64(v.v, v.v)}};
 }
 
 // Pixels to luma and chroma.
@@ -362,7 +368,7 @@ VLVK_INLINE void storeColorIndices(std::uint32_t* to, const Pixels16& v) {
 }
 /// Four sums in 32-bit lanes: channels 0 and 2, then 1 and alpha, as pairs of 16 bits for the multiply-add.
 template <ChannelWeights k>
-VLVK_INLINE __m128i weigh4(__m128i pixels) {
+VLVK_INLINE __m128i weightedSums4(__m128i pixels) {
   const __m128i outer = _mm_and_si128(pixels, _mm_set1_epi32(0x00FF00FF));
   const __m128i inner = _mm_srli_epi16(pixels, 8);
   const __m128i sum = _mm_add_epi32(_mm_madd_epi16(outer, _mm_set1_epi32((k.c2 * 65536) | (k.c0 & 0xFFFF))),
@@ -370,14 +376,14 @@ VLVK_INLINE __m128i weigh4(__m128i pixels) {
   return _mm_srli_epi32(_mm_add_epi32(sum, _mm_set1_epi32(k.bias)), 8);
 }
 template <ChannelWeights k>
-VLVK_INLINE U8x16 weighChannels(const Pixels16& v) {
-  return {_mm_packus_epi16(_mm_packs_epi32(weigh4<k>(v.four[0]), weigh4<k>(v.four[1])),
-                           _mm_packs_epi32(weigh4<k>(v.four[2]), weigh4<k>(v.four[3])))};
+VLVK_INLINE U8x16 weightedChannels(const Pixels16& v) {
+  return {_mm_packus_epi16(_mm_packs_epi32(weightedSums4<k>(v.four[0]), weightedSums4<k>(v.four[1])),
+                           _mm_packs_epi32(weightedSums4<k>(v.four[2]), weightedSums4<k>(v.four[3])))};
 }
 template <ChannelWeights kFirst, ChannelWeights kSecond>
-VLVK_INLINE void storeWeighedPairs(std::uint8_t* to, const Pixels8& v) {
-  const __m128i first = _mm_packs_epi32(weigh4<kFirst>(v.four[0]), weigh4<kFirst>(v.four[1]));
-  const __m128i second = _mm_packs_epi32(weigh4<kSecond>(v.four[0]), weigh4<kSecond>(v.four[1]));
+VLVK_INLINE void storeWeightedPairs(std::uint8_t* to, const Pixels8& v) {
+  const __m128i first = _mm_packs_epi32(weightedSums4<kFirst>(v.four[0]), weightedSums4<kFirst>(v.four[1]));
+  const __m128i second = _mm_packs_epi32(weightedSums4<kSecond>(v.four[0]), weightedSums4<kSecond>(v.four[1]));
   storeUnaligned(to, _mm_or_si128(first, _mm_slli_epi16(second, 8)));
 }
 

@@ -25,8 +25,9 @@
 extern "C" {
 #endif
 
-/// Working memory of one band, one record for each band at work. Only the pointers that a kernel names are read; the
-/// memory belongs to the caller and needs no initial content.
+/// Working memory of one band, one record for each band at work. Only the pointers that a kernel names are read: for
+/// the kernels without saved rows a record may end after scratchB. The memory belongs to the caller and needs no
+/// initial content.
 typedef struct VKBandScratch {
   unsigned char* meanPlane;  ///< not used by the kernels
   unsigned char* scratchA;   ///< 16-bit column sums: 16 bytes for each whole group of 8 columns, aligned to 2

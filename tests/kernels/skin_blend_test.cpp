@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <sstream>
-#include <string>
 #include <vector>
 
 #include "tests/naive/naive.h"
@@ -16,118 +14,75 @@
 
 namespace {
 
-using testing_support::Content;
-using testing_support::Guard;
-using testing_support::GuardedBuffer;
-using testing_support::Plane;
-using testing_support::Random;
-using testing_support::sameBytes;
+using namespace testing_support;
 
-struct BlendCase {
-  int width;
-  int height;
-  int padding;  // of both luma planes
-  int chromaPadding;
-  Guard guard;
-  std::vector<std::uint8_t> curve;  // 48 weights
-  int centre[2];
-
-  std::string text() const {
-    std::ostringstream out;
-    out << width << " x " << height << ", padding " << padding << " and " << chromaPadding << ", centre " << centre[0]
-        << ' ' << centre[1];
-    return out.str();
-  }
-};
-
-class SkinBlend : public testing_support::TargetTest {
+class SkinBlend : public TargetTest {
  protected:
-  /// Runs both functions. The planes that are only read cannot be written, and chroma ends with its last whole pair.
-  static void check(const BlendCase& c, const Plane& unsmoothed, const Plane& smoothed, const Plane& chroma) {
-    GuardedBuffer table(48, c.guard, 0);
+  /// Runs both functions. The plane that is only read cannot be written, and chroma ends with its last whole pair.
+  static void checkBlends(const Plane& unsmoothed, const Plane& smoothed, const Plane& chroma, Guard guard,
+                          const std::vector<std::uint8_t>& curve, int centre0, int centre1) {
+    GuardedBuffer table(48, guard, 0);
     for (int i = 0; i < 48; ++i)
-      table.data()[naive::interleavedPosition48(i)] = c.curve[static_cast<std::size_t>(i)];
-    table.makeReadOnly();
-    GuardedBuffer centre(8, c.guard, 0);
-    centre.as<int>()[0] = c.centre[0];
-    centre.as<int>()[1] = c.centre[1];
-    centre.makeReadOnly();
+      table.data()[naive::interleavedPosition48(i)] = curve[static_cast<std::size_t>(i)];
+    GuardedBuffer centre(8, guard, 0);
+    centre.as<int>()[0] = centre0;
+    centre.as<int>()[1] = centre1;
+    const int width = unsmoothed.width();
+    const int height = unsmoothed.height();
 
     for (const bool intoSmoothed : {true, false}) {
-      Plane source(c.width, c.height, c.width + c.padding, c.guard);
-      const Plane destination(c.width, c.height, c.width + c.padding, c.guard);
       const Plane& from = intoSmoothed ? unsmoothed : smoothed;
       const Plane& onto = intoSmoothed ? smoothed : unsmoothed;
-      copy(from, source);
-      copy(onto, destination);
+      Plane source(width, height, from.stride(), guard);
+      std::copy_n(from.data(), source.bytes().size(), source.data());
       source.makeReadOnly();
-      std::vector<std::uint8_t> expected = destination.bytes();
+      const Plane destination(width, height, onto.stride(), guard);
+      std::vector<std::uint8_t> expected = onto.bytes();
+      std::copy(expected.begin(), expected.end(), destination.data());
       naive::blend(unsmoothed.data(), smoothed.data(), expected.data(), onto.stride(), chroma.data(), chroma.stride(),
-                   c.width, c.height, c.curve, c.centre[0], c.centre[1]);
+                   width, height, curve, centre0, centre1);
       if (intoSmoothed) {
         MeanBlendImageWithSkin(source.data(), source.stride(), destination.data(), chroma.data(), chroma.stride(),
-                               c.width, c.height, 12345, table.data(), centre.as<int>());
+                               width, height, 12345, table.data(), centre.as<int>());
       } else {
         MeanBlendImageWithSkin_V3(destination.data(), destination.stride(), source.data(), chroma.data(),
-                                  chroma.stride(), c.width, c.height, table.data(), centre.as<int>());
+                                  chroma.stride(), width, height, table.data(), centre.as<int>());
       }
       ASSERT_TRUE(sameBytes(destination, expected))
-          << (intoSmoothed ? "into the smoothed plane, " : "into the unsmoothed plane, ") << c.text();
+          << "into smoothed " << intoSmoothed << ", centre " << centre0 << ' ' << centre1;
     }
   }
 
-  static void checkRandom(const BlendCase& c, Content chromaContent, Random& random) {
-    const Plane unsmoothed(c.width, c.height, c.width + c.padding, c.guard, Content::kNoise, random);
-    const Plane smoothed(c.width, c.height, c.width + c.padding, c.guard, Content::kNoise, random);
-    const int chromaWidth = c.width & ~1;
-    Plane chroma(chromaWidth, c.height >> 1, chromaWidth + c.chromaPadding, c.guard, chromaContent, random);
-    chroma.makeReadOnly();
-    check(c, unsmoothed, smoothed, chroma);
-  }
-
- private:
-  static void copy(const Plane& from, const Plane& to) {
-    const std::vector<std::uint8_t> bytes = from.bytes();
-    std::copy(bytes.begin(), bytes.end(), to.data());
+  static std::vector<std::uint8_t> randomCurve(Random& random) {
+    std::vector<std::uint8_t> curve(48);
+    for (std::uint8_t& weight : curve)
+      weight = static_cast<std::uint8_t>(random.between(0, 64));
+    return curve;
   }
 };
 
-std::vector<std::uint8_t> randomCurve(Random& random) {
-  std::vector<std::uint8_t> curve;
-  for (int i = 0; i < 48; ++i)
-    curve.push_back(static_cast<std::uint8_t>(random.between(0, 64)));
-  return curve;
-}
-
-const std::vector<std::uint8_t>& liveCurve() {
-  static const std::vector<std::uint8_t> curve = naive::skinCurve(1.5f, 64.0f, 48);
-  return curve;
-}
-
+// The live curve around skin, any curve elsewhere; centres count modulo 256.
 TEST_P(SkinBlend, AllColumnRunsAndSizes) {
   Random random(41);
+  const std::vector<std::uint8_t> liveCurve = naive::skinCurve(1.5f, 64.0f, 48);
+  const auto check = [&](int width, int height, Guard guard, Content content, auto curve, int centre0, int centre1) {
+    const int stride = width + random.pick({0, 1, 5, 16});
+    const Plane unsmoothed(width, height, stride, guard, Content::kNoise, random);
+    const Plane smoothed(width, height, stride, guard, Content::kNoise, random);
+    const int chromaWidth = width & ~1;
+    const Plane chroma(chromaWidth, height / 2, chromaWidth + random.pick({0, 1, 2, 9}), guard, content, random);
+    checkBlends(unsmoothed, smoothed, chroma, guard, curve, centre0, centre1);
+  };
   for (int width = 0; width <= 50; ++width) {
     for (int height = 0; height <= 5; ++height) {
       for (const Guard guard : {Guard::kBehind, Guard::kBefore}) {
-        BlendCase c{width,       height,    random.pick({0, 1, 5, 16}), random.pick({0, 1, 2, 9}), guard,
-                    liveCurve(), {155, 110}};
-        checkRandom(c, Content::kSkinPairs, random);
-        c.curve = randomCurve(random);
-        checkRandom(c, Content::kNoise, random);
-        ASSERT_FALSE(HasFatalFailure());
+        check(width, height, guard, Content::kSkinPairs, liveCurve, random.pick({155, -101, 256 + 155, 0x7FFFFF9B}),
+              random.pick({110, 110 - 512}));
+        check(width, height, guard, Content::kNoise, randomCurve(random), random.pick({-1, INT_MIN, INT_MAX, 0}),
+              random.pick({255, 1 << 20}));
+        ASSERT_FALSE(HasFatalFailure()) << width << " x " << height;
       }
     }
-  }
-}
-
-TEST_P(SkinBlend, CentresCountModulo256) {
-  Random random(42);
-  for (const int centre : {-1, -101, 256 + 155, 0x7FFFFF9B, INT_MIN, INT_MAX, 0, 255, 1 << 20}) {
-    BlendCase c{60, 4, 0, 0, Guard::kBehind, liveCurve(), {centre, 110 - 512}};
-    checkRandom(c, Content::kSkinPairs, random);
-    std::swap(c.centre[0], c.centre[1]);
-    checkRandom(c, Content::kNoise, random);
-    ASSERT_FALSE(HasFatalFailure()) << centre;
   }
 }
 
@@ -144,7 +99,7 @@ TEST_P(SkinBlend, EveryChromaPair) {
     }
     const Plane unsmoothed(width, 2 * chromaRows, width, Guard::kBehind, Content::kNoise, random);
     const Plane smoothed(width, 2 * chromaRows, width, Guard::kBehind, Content::kNoise, random);
-    check({width, 2 * chromaRows, 0, 0, Guard::kBehind, randomCurve(random), {155, 110}}, unsmoothed, smoothed, chroma);
+    checkBlends(unsmoothed, smoothed, chroma, Guard::kBehind, randomCurve(random), 155, 110);
     ASSERT_FALSE(HasFatalFailure());
   }
 }
@@ -160,9 +115,9 @@ TEST_P(SkinBlend, EveryWeightAndLumaPair) {
   Random random(44);
   const Plane chroma(256, 128, 256, Guard::kBehind, Content::kBlack, random);
   for (int weight = 0; weight <= 64; ++weight) {
-    BlendCase c{256, 256, 0, 0, Guard::kBehind, std::vector<std::uint8_t>(48, 64), {0, 1}};
-    c.curve[1] = static_cast<std::uint8_t>(weight);
-    check(c, unsmoothed, smoothed, chroma);
+    std::vector<std::uint8_t> curve(48, 64);
+    curve[1] = static_cast<std::uint8_t>(weight);
+    checkBlends(unsmoothed, smoothed, chroma, Guard::kBehind, curve, 0, 1);
     ASSERT_FALSE(HasFatalFailure()) << "weight " << weight;
   }
 }

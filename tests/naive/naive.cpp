@@ -5,37 +5,18 @@
 #include <bit>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 
 namespace naive {
 namespace {
 
-long long clampIndex(long long i, long long end) {
-  return std::clamp(i, 0LL, end);
-}
-
-/// How many of the indices first .. last become `i` when they are clamped to 0 .. end.
-long long timesClampedTo(long long i, long long first, long long last, long long end) {
-  const long long low = i == 0 ? first : std::max(first, i);
-  const long long high = i == end ? last : std::min(last, i);
-  return std::max(0LL, high - low + 1);
-}
-
-void addRow(ColumnSums& box, const Byte* row, long long times) {
-  for (std::size_t c = 0; c < box.sums.size(); ++c) {
-    const long long x = row[c];
-    box.sums[c] = static_cast<std::uint16_t>(box.sums[c] + times * x);
-    box.squares[c] = static_cast<std::uint32_t>(box.squares[c] + times * x * x);
+/// Calls use(i, times) for the indices first .. last clamped to low .. high: index i stands for `times` of them.
+template <class Use>
+void forClamped(long long first, long long last, long long low, long long high, Use use) {
+  for (long long i = std::clamp(first, low, high); i <= std::clamp(last, low, high); ++i) {
+    const long long from = i == low ? first : std::max(first, i);
+    const long long to = i == high ? last : std::min(last, i);
+    use(i, static_cast<std::uint32_t>(to - from + 1));
   }
-}
-
-ColumnSums emptyBox(int columns) {
-  const auto count = static_cast<std::size_t>(std::max(columns, 0));
-  return {std::vector<std::uint16_t>(count), std::vector<std::uint32_t>(count)};
-}
-
-Byte clampToByte(int x) {
-  return static_cast<Byte>(std::clamp(x, 0, 255));
 }
 
 /// The low byte of the quotient rounded half up, out of range as ARM converts to a signed integer.
@@ -45,26 +26,6 @@ Byte roundedToByte(float quotient) {
   return static_cast<Byte>(static_cast<std::int64_t>(limited) & 0xFF);
 }
 
-/// Toward minus infinity, whatever the sign.
-int floorDiv(int x, int divisor) {
-  return static_cast<int>(std::floor(static_cast<double>(x) / divisor));
-}
-
-struct Chroma {
-  int u, v;
-};
-
-Chroma chromaAt(const Byte* pair, ChromaOrder order) {
-  return order == ChromaOrder::kUV ? Chroma{pair[0], pair[1]} : Chroma{pair[1], pair[0]};
-}
-
-void storePixel(Byte* at, Rgb p, PixelOrder order) {
-  at[0] = order == PixelOrder::kRGBA ? p.r : p.b;
-  at[1] = p.g;
-  at[2] = order == PixelOrder::kRGBA ? p.b : p.r;
-  at[3] = 255;
-}
-
 }  // namespace
 
 float reciprocalEstimate(float x) {
@@ -72,7 +33,7 @@ float reciprocalEstimate(float x) {
   const auto bits = std::bit_cast<std::uint32_t>(x);
   const int exponent = static_cast<int>((bits >> 23) & 0xFF);
   const int fraction = static_cast<int>(bits & 0x7FFFFF);
-  float magnitude = std::numeric_limits<float>::infinity();
+  float magnitude = INFINITY;
   if (exponent >= 253) {
     magnitude = 0.0f;
   } else if (exponent > 0) {
@@ -106,91 +67,75 @@ Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, const FormulaConsta
   const float a = (meanOfSquares - squareOfMean) + A;
   const float ownShare = static_cast<float>(x) * a;
   const float meanShare = m * K;
-  const float numerator = ownShare + meanShare;
-  const float estimate = reciprocalEstimate(a + K);
-  return static_cast<Byte>(toUnsigned(numerator * estimate) & 0xFF);
+  return static_cast<Byte>(toUnsigned((ownShare + meanShare) * reciprocalEstimate(a + K)) & 0xFF);
 }
 
 Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, long long halfSize, int level) {
   return smoothedPixel(S, Q, x, formulaConstants(halfSize, level));
 }
 
-ColumnSums sumRows(const RowOf& rowOf, long long first, long long last, int columns) {
-  ColumnSums box = emptyBox(columns);
-  for (long long row = first; row <= last; ++row)
-    addRow(box, rowOf(row), 1);
-  return box;
-}
-
-ColumnSums sumClampedRows(const Byte* plane, int stride, int rows, long long first, long long last, int columns) {
-  ColumnSums box = emptyBox(columns);
-  const long long end = rows - 1;
-  for (long long row = clampIndex(first, end); row <= clampIndex(last, end); ++row) {
-    addRow(box, plane + row * stride, timesClampedTo(row, first, last, end));
+Statistics sumColumns(const Rows& rows, long long first, long long last, int columns, ColumnWidth width) {
+  const auto count = static_cast<std::size_t>(columns);
+  Statistics column{std::vector<std::uint32_t>(count), std::vector<std::uint32_t>(count)};
+  forClamped(first, last, rows.first, rows.last, [&](long long i, std::uint32_t times) {
+    const Byte* row = rows.at(i);
+    for (std::size_t x = 0; x < count; ++x) {
+      column.sums[x] += times * row[x];
+      column.squares[x] += times * row[x] * row[x];
+    }
+  });
+  for (std::uint32_t& sum : column.sums) {
+    if (width == ColumnWidth::k16Bits) sum &= 0xFFFF;
   }
-  return box;
-}
-
-std::vector<Byte> smoothRow(const ColumnSums& box, const Byte* source, int width, long long halfSize, int level) {
-  const Statistics columns{{box.sums.begin(), box.sums.end()}, box.squares};
-  const Statistics boxes = scanColumns(columns, 1 - halfSize, halfSize + 1);
-  const FormulaConstants constants = formulaConstants(halfSize, level);
-  std::vector<Byte> row;
-  for (std::size_t j = 0; j < static_cast<std::size_t>(width & ~7); ++j)
-    row.push_back(smoothedPixel(boxes.sums[j], boxes.squares[j], source[j], constants));
-  return row;
-}
-
-std::vector<Byte> smoothPlane(const Byte* luma, int width, int height, int stride, long long halfSize, int level) {
-  std::vector<Byte> result;
-  for (int y = 0; y < height; ++y) {
-    const Byte* source = luma + static_cast<std::ptrdiff_t>(y) * stride;
-    const ColumnSums box = sumClampedRows(luma, stride, height, y - halfSize, y + halfSize, width & ~7);
-    const std::vector<Byte> row = smoothRow(box, source, width, halfSize, level);
-    result.insert(result.end(), row.begin(), row.end());
-    result.insert(result.end(), source + row.size(), source + width);
-  }
-  return result;
+  return column;
 }
 
 Statistics scanColumns(const Statistics& columns, long long first, long long last) {
   const auto count = static_cast<long long>(columns.sums.size());
-  const long long end = count - 1;
   Statistics boxes;
   for (long long j = 0; j < count; ++j) {
     std::uint32_t S = 0;
     std::uint32_t Q = 0;
-    for (long long i = clampIndex(j + first, end); i <= clampIndex(j + last, end); ++i) {
-      const auto times = static_cast<std::uint32_t>(timesClampedTo(i, j + first, j + last, end));
+    forClamped(j + first, j + last, 0, count - 1, [&](long long i, std::uint32_t times) {
       S += times * columns.sums[static_cast<std::size_t>(i)];
       Q += times * columns.squares[static_cast<std::size_t>(i)];
-    }
+    });
     boxes.sums.push_back(S);
     boxes.squares.push_back(Q);
   }
   return boxes;
 }
 
-Statistics boxStatistics(const RowOf& rowOf, int columns, int rows, int halfSize, ColumnWidth width) {
+Statistics boxStatistics(const Rows& rows, int columns, int count, int halfSize, ColumnWidth width) {
   Statistics plane;
-  for (int y = 0; y < rows; ++y) {
-    const auto count = static_cast<std::size_t>(columns);
-    Statistics column{std::vector<std::uint32_t>(count), std::vector<std::uint32_t>(count)};
-    for (long long i = y - halfSize; i <= y + halfSize; ++i) {
-      const Byte* row = rowOf(i);
-      for (std::size_t x = 0; x < count; ++x) {
-        column.sums[x] += row[x];
-        column.squares[x] += static_cast<std::uint32_t>(row[x] * row[x]);
-      }
-    }
-    for (std::uint32_t& sum : column.sums) {
-      if (width == ColumnWidth::k16Bits) sum &= 0xFFFF;
-    }
+  for (int y = 0; y < count; ++y) {
+    const Statistics column = sumColumns(rows, y - halfSize, y + halfSize, columns, width);
     const Statistics boxes = scanColumns(column, -halfSize, halfSize);
     plane.sums.insert(plane.sums.end(), boxes.sums.begin(), boxes.sums.end());
     plane.squares.insert(plane.squares.end(), boxes.squares.begin(), boxes.squares.end());
   }
   return plane;
+}
+
+std::vector<Byte> smoothRow(const Statistics& columns, const Byte* source, long long halfSize, int level) {
+  const Statistics boxes = scanColumns(columns, 1 - halfSize, halfSize + 1);
+  const FormulaConstants constants = formulaConstants(halfSize, level);
+  std::vector<Byte> row;
+  for (std::size_t j = 0; j < boxes.sums.size(); ++j)
+    row.push_back(smoothedPixel(boxes.sums[j], boxes.squares[j], source[j], constants));
+  return row;
+}
+
+std::vector<Byte> smoothPlane(const Byte* luma, int width, int height, int stride, long long halfSize, int level) {
+  const Rows rows{[=](long long row) { return luma + row * stride; }, 0, height - 1};
+  std::vector<Byte> result;
+  for (long long y = 0; y < height; ++y) {
+    const Statistics columns = sumColumns(rows, y - halfSize, y + halfSize, width & ~7, ColumnWidth::k16Bits);
+    const std::vector<Byte> row = smoothRow(columns, rows.at(y), halfSize, level);
+    result.insert(result.end(), row.begin(), row.end());
+    result.insert(result.end(), rows.at(y) + row.size(), rows.at(y) + width);
+  }
+  return result;
 }
 
 Byte referencePixel(std::uint32_t S, std::uint32_t Q, Byte x, int radius, int strength) {
@@ -203,8 +148,7 @@ Byte referencePixel(std::uint32_t S, std::uint32_t Q, Byte x, int radius, int st
   if (v < 0.0f) v = 0.0f;
   const float ownShare = static_cast<float>(x) * v;
   const float meanShare = m * K;
-  const float sum = ownShare + meanShare;
-  return roundedToByte(sum / (v + K));
+  return roundedToByte((ownShare + meanShare) / (v + K));
 }
 
 Byte blendedStatistics(std::uint32_t third, std::uint32_t fourth, Byte x, int column, int width, int radius,
@@ -215,9 +159,7 @@ Byte blendedStatistics(std::uint32_t third, std::uint32_t fourth, Byte x, int co
   const float m = static_cast<float>(swapped ? fourth : third) * N;
   const float s = static_cast<float>(swapped ? third : fourth) * N;
   const float squareOfMean = m * m;
-  const float biased = s + A;
-  const float variance = s - squareOfMean;
-  const float a = wholeGroup ? biased - squareOfMean : variance + A;
+  const float a = wholeGroup ? (s + A) - squareOfMean : (s - squareOfMean) + A;
   const float ownShare = static_cast<float>(x) * a;
   const float meanShare = m * K;
   const float numerator = ownShare + meanShare;
@@ -234,17 +176,15 @@ int skinPlateau(float a, float b) {
   return n < 255.0 ? static_cast<int>(n) : 255;
 }
 
-Byte skinFallOff(int k, float b) {
-  if (b == 0.0f) return 0;
-  const float exponent = -static_cast<float>(k * k) / (b * 4.0f);
-  return static_cast<Byte>(64.0 * std::exp(static_cast<double>(exponent)));
-}
-
 std::vector<Byte> skinCurve(float a, float b, int entries, int step) {
   const int plateau = skinPlateau(a, b) / step;
   std::vector<Byte> curve;
-  for (int i = 0; i < entries; ++i)
-    curve.push_back(i < plateau ? 64 : skinFallOff((i - plateau) * step, b));
+  for (int i = 0; i < entries; ++i) {
+    const int k = (i - plateau) * step;
+    const float exponent = -static_cast<float>(k * k) / (b * 4.0f);
+    const double fallOff = b == 0.0f ? 0.0 : std::exp(static_cast<double>(exponent));
+    curve.push_back(i < plateau ? 64 : static_cast<Byte>(64.0 * fallOff));
+  }
   return curve;
 }
 
@@ -278,45 +218,32 @@ Rgb yuvToPixel(int Y, int U, int V, bool wrapBlue) {
   const int green = luma - 25 * (U - 128) - 52 * (V - 128);
   int blue = luma + 129 * (U - 128);
   if (wrapBlue && blue >= 32768) blue -= 65536;
-  const auto channel = [](int sum) { return clampToByte(floorDiv(sum + 32, 64)); };
+  const auto channel = [](int sum) { return static_cast<Byte>(std::clamp((sum + 32) >> 6, 0, 255)); };
   return {channel(red), channel(green), channel(blue)};
 }
 
 void yuvToPixels(const Byte* y, int yStride, const Byte* uv, int uvStride, Byte* dst, int dstStride, int width,
-                 int height, ChromaOrder chroma, PixelOrder pixels) {
-  for (std::ptrdiff_t row = 0; row < height / 2 * 2; ++row) {
-    for (int x = 0; x < width / 2 * 2; ++x) {
-      const Chroma c = chromaAt(uv + row / 2 * uvStride + x / 2 * 2, chroma);
-      const Rgb pixel = yuvToPixel(y[row * yStride + x], c.u, c.v, x < width / 16 * 16);
-      storePixel(dst + row * dstStride + 4 * x, pixel, pixels);
-    }
-  }
-}
-
-void yuvToPixelsV2(const Byte* y, int yStride, const Byte* uv, int uvStride, Byte* dst, int dstStride, int width,
-                   int height, ChromaOrder chroma, PixelOrder pixels) {
-  for (std::ptrdiff_t row = 0; row < std::max(height / 2 * 2, 2); ++row) {
-    for (int x = 0; x < std::max(width / 2 * 2, 8); ++x) {
-      const Chroma c = chromaAt(uv + row / 2 * uvStride + x / 2 * 2, chroma);
-      storePixel(dst + row * dstStride + 4 * x, yuvToPixel(y[row * yStride + x], c.u, c.v, true), pixels);
-    }
-  }
-}
-
-void yuvToPixelsFourPairs(const Byte* y, int yStride, const Byte* uv, int uvStride, Byte* dst, int dstStride, int width,
-                          int height) {
-  for (std::ptrdiff_t row = 0; row < std::max(height / 2 * 2, 2); ++row) {
-    for (int x = 0; x < std::max(width / 8 * 8, 8); ++x) {
-      const Byte* pair = uv + row / 2 * uvStride + x / 8 * 8 + 2 * (x % 4);
-      storePixel(dst + row * dstStride + 4 * x, yuvToPixel(y[row * yStride + x], pair[0], pair[1], false),
-                 PixelOrder::kBGRA);
+                 int height, ChromaOrder chroma, PixelOrder pixels, ToPixels family) {
+  const bool fours = family == ToPixels::kFourPairs;
+  const int leastRows = family == ToPixels::kPlain ? 0 : 2;
+  const int step = fours ? 8 : 2;
+  for (std::ptrdiff_t row = 0; row < std::max(height / 2 * 2, leastRows); ++row) {
+    for (int x = 0; x < std::max(width / step * step, 4 * leastRows); ++x) {
+      const int pair = fours ? x / 8 * 8 + x % 4 * 2 : x / 2 * 2;
+      const Byte* at = uv + row / 2 * uvStride + pair;
+      const bool uFirst = chroma == ChromaOrder::kUV;
+      const bool wraps = family == ToPixels::kPlain ? x < width / 16 * 16 : family == ToPixels::kV2;
+      const Rgb p = yuvToPixel(y[row * yStride + x], at[uFirst ? 0 : 1], at[uFirst ? 1 : 0], wraps);
+      const bool redFirst = pixels == PixelOrder::kRGBA;
+      const Byte bytes[] = {redFirst ? p.r : p.b, p.g, redFirst ? p.b : p.r, 255};
+      std::copy_n(bytes, 4, dst + row * dstStride + 4 * x);
     }
   }
 }
 
 Yuv pixelToYuv(int R, int G, int B, bool rounded) {
   const auto scaled = [rounded](int sum, int offset) {
-    return static_cast<Byte>(floorDiv(rounded ? sum + 128 : sum, 256) + offset);
+    return static_cast<Byte>(((rounded ? sum + 128 : sum) >> 8) + offset);
   };
   return {scaled(66 * R + 129 * G + 25 * B, 16), scaled(-38 * R - 74 * G + 112 * B, 128),
           scaled(112 * R - 94 * G - 18 * B, 128)};

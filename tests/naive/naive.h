@@ -5,7 +5,6 @@
 #ifndef VLVK_TESTS_NAIVE_NAIVE_H
 #define VLVK_TESTS_NAIVE_NAIVE_H
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <vector>
@@ -16,6 +15,33 @@ using Byte = std::uint8_t;
 
 enum class ChromaOrder { kVU, kUV };  // NV21, NV12
 enum class PixelOrder { kRGBA, kBGRA };
+
+// --- Boxes -------------------------------------------------------------------------------------------------------
+
+/// Sums of samples and of their squares modulo 2^32: one of each for every column of a row or every pixel of a plane.
+struct Statistics {
+  std::vector<std::uint32_t> sums;
+  std::vector<std::uint32_t> squares;
+};
+
+/// The rows that a box sees: `at` gives those from `first` to `last`, indices outside count as the nearest one inside.
+struct Rows {
+  std::function<const Byte*(long long index)> at;
+  long long first, last;
+};
+
+/// What the sum of a column is taken modulo before the columns are added up.
+enum class ColumnWidth { k16Bits, k32Bits };
+
+/// The sums of each column over rows first .. last. The range may be as long as it likes: an edge row that stands for
+/// many is multiplied.
+Statistics sumColumns(const Rows& rows, long long first, long long last, int columns, ColumnWidth width);
+
+/// For column j the sums of columns j + first .. j + last, indices outside the row counting as the nearest column.
+Statistics scanColumns(const Statistics& columns, long long first, long long last);
+
+/// The boxes of pixels centred on columns 0 .. columns - 1 of rows 0 .. count - 1.
+Statistics boxStatistics(const Rows& rows, int columns, int count, int halfSize, ColumnWidth width);
 
 // --- Smoothing ---------------------------------------------------------------------------------------------------
 
@@ -39,52 +65,19 @@ Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, const FormulaConsta
 /// The same in a box of side 2 * halfSize + 1.
 Byte smoothedPixel(std::uint32_t S, std::uint32_t Q, Byte x, long long halfSize, int level);
 
-/// Vertical sums of one box: 16 bits (modulo 2^16) and 32 bits (modulo 2^32) for each column.
-struct ColumnSums {
-  std::vector<std::uint16_t> sums;
-  std::vector<std::uint32_t> squares;
-};
-
-/// Row of a box by its index, which may be negative; `columns` samples of it are read.
-using RowOf = std::function<const Byte*(long long row)>;
-
-/// Sums of rows first .. last as `rowOf` gives them.
-ColumnSums sumRows(const RowOf& rowOf, long long first, long long last, int columns);
-
-/// Sums of rows first .. last of a plane, indices outside it counting as the nearest row. The range may be as long as
-/// it likes: a row that stands for many is multiplied.
-ColumnSums sumClampedRows(const Byte* plane, int stride, int rows, long long first, long long last, int columns);
-
-/// Smooths columns 0 .. width & ~7 of one row: the box of column j is columns j - h + 1 .. j + h + 1, indices outside
-/// the whole groups of 8 counting as the nearest column inside. Returns those columns only.
-std::vector<Byte> smoothRow(const ColumnSums& box, const Byte* source, int width, long long halfSize, int level);
+/// Smooths as many samples of one row as there are column sums: the box of column j is columns j - h + 1 .. j + h + 1,
+/// indices outside counting as the nearest column inside.
+std::vector<Byte> smoothRow(const Statistics& columns, const Byte* source, long long halfSize, int level);
 
 /// Smooths a plane: the box of row y is rows y - h .. y + h, clamped to the plane. The last width & 7 columns are the
 /// source. Returns width * height samples without padding.
 std::vector<Byte> smoothPlane(const Byte* luma, int width, int height, int stride, long long halfSize, int level);
 
-// --- Box statistics ----------------------------------------------------------------------------------------------
-
-/// Sums of samples and of their squares modulo 2^32: one of each for every column of a row or every pixel of a plane.
-struct Statistics {
-  std::vector<std::uint32_t> sums;
-  std::vector<std::uint32_t> squares;
-};
-
-/// For column j the sums of columns j + first .. j + last, indices outside the row counting as the nearest column.
-Statistics scanColumns(const Statistics& columns, long long first, long long last);
-
-/// What the sum of a column is taken modulo before the columns are added up.
-enum class ColumnWidth { k16Bits, k32Bits };
-
-/// The boxes of `rows` rows of `columns` pixels, centred on each pixel: rows as `rowOf` gives them, columns clamped.
-Statistics boxStatistics(const RowOf& rowOf, int columns, int rows, int halfSize, ColumnWidth width);
-
 /// The textbook smoothing: exact division, variance not below 0, rounded half up.
 Byte referencePixel(std::uint32_t S, std::uint32_t Q, Byte x, int radius, int strength);
 
 /// One pixel of Mean_var_Blend in a row of `width` pixels: the estimate with the roles of the arrays by turns in whole
-/// groups of 8, exact division behind them.
+/// groups of 8, exact division after them.
 Byte blendedStatistics(std::uint32_t third, std::uint32_t fourth, Byte x, int column, int width, int radius, int level);
 
 // --- Skin weights and blend --------------------------------------------------------------------------------------
@@ -92,10 +85,8 @@ Byte blendedStatistics(std::uint32_t third, std::uint32_t fourth, Byte x, int co
 /// Length of the plateau of the skin curve, 0 .. 255.
 int skinPlateau(float a, float b);
 
-/// 64 * exp(-k^2 / 4b), truncated: the curve k steps behind its plateau.
-Byte skinFallOff(int k, float b);
-
-/// The curve at distances 0, step, 2 * step, ... with a plateau of skinPlateau / step entries.
+/// The curve at distances 0, step, 2 * step, ... with a plateau of skinPlateau / step entries; k steps past it
+/// 64 * exp(-k^2 / 4b), truncated.
 std::vector<Byte> skinCurve(float a, float b, int entries, int step = 1);
 
 /// Where entry i of a 48-entry table stands in memory.
@@ -115,24 +106,21 @@ struct Rgb {
 /// One pixel. With `wrapBlue` the blue sum is taken modulo 2^16 as a signed value before it is rounded.
 Rgb yuvToPixel(int Y, int U, int V, bool wrapBlue);
 
-/// VKNV21ToRGBA_NeonCall and its kin: whole row pairs and column pairs; blue wraps in the columns of whole groups
-/// of 16.
+/// The families of functions that make pixels.
+enum class ToPixels {
+  kPlain,     // whole row pairs and column pairs; blue wraps in the columns of whole groups of 16
+  kV2,        // blue wraps everywhere; at least 8 columns and 2 rows
+  kFourPairs  // whole blocks of 8 columns, at least one and 2 rows; pixel i takes chroma pair i % 4; blue never wraps
+};
+
 void yuvToPixels(const Byte* y, int yStride, const Byte* uv, int uvStride, Byte* dst, int dstStride, int width,
-                 int height, ChromaOrder chroma, PixelOrder pixels);
-
-/// The _V2 functions: blue wraps everywhere; at least 8 columns and 2 rows.
-void yuvToPixelsV2(const Byte* y, int yStride, const Byte* uv, int uvStride, Byte* dst, int dstStride, int width,
-                   int height, ChromaOrder chroma, PixelOrder pixels);
-
-/// NV212RGB_V2_NEON: pixel i of 8 takes chroma pair i % 4, first byte as U; never wraps.
-void yuvToPixelsFourPairs(const Byte* y, int yStride, const Byte* uv, int uvStride, Byte* dst, int dstStride, int width,
-                          int height);
+                 int height, ChromaOrder chroma, PixelOrder pixels, ToPixels family = ToPixels::kPlain);
 
 struct Yuv {
   Byte y, u, v;
 };
 
-/// One pixel, rounded (columns of whole groups of 16) or truncated (the columns behind them).
+/// One pixel, rounded (columns of whole groups of 16) or truncated (the columns after them).
 Yuv pixelToYuv(int R, int G, int B, bool rounded);
 
 /// VKRGBAToNV21_NeonCall and its kin: chroma of the upper left pixel of each 2 x 2 block.

@@ -1,13 +1,13 @@
-/// Bands cut from a plane, and the arrays of sums that the statistics kernels write or read, all in guarded memory.
+/// Planes, bands cut from them, and the arrays of sums that kernels write or read, all in guarded memory.
 #ifndef VLVK_TESTS_SUPPORT_BOX_PLANES_H
 #define VLVK_TESTS_SUPPORT_BOX_PLANES_H
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstddef>
+#include <climits>
 #include <cstdint>
-#include <string>
+#include <ostream>
 #include <vector>
 
 #include "tests/naive/naive.h"
@@ -17,65 +17,73 @@
 
 namespace testing_support {
 
-/// Elements between unreadable pages, aligned for their type and, at the page behind, often no better.
+/// Elements between unreadable pages. With a shift they are aligned for their type and no better.
 template <class T>
 class Elements {
  public:
-  Elements(const std::vector<T>& values, Guard guard) : buffer_(values.size() * sizeof(T), guard, Plane::kCanary) {
+  Elements(const std::vector<T>& values, Guard guard, int shift = 0)
+      : count_(values.size()),
+        shift_(guard == Guard::kBefore ? shift : 0),
+        buffer_((count_ + static_cast<std::size_t>(shift)) * sizeof(T), guard, Plane::kCanary) {
     std::copy(values.begin(), values.end(), data());
   }
 
-  T* data() const { return buffer_.template as<T>(); }
-  std::vector<T> values() const { return {data(), data() + buffer_.size() / sizeof(T)}; }
+  T* data() const { return buffer_.template as<T>() + shift_; }
+  std::vector<T> values() const { return {data(), data() + count_}; }
 
  private:
+  std::size_t count_;
+  int shift_;
   GuardedBuffer buffer_;
 };
 
 /// `count` values that use every bit of T.
 template <class T>
 std::vector<T> randomBits(std::size_t count, Random& random) {
-  std::vector<T> values;
-  while (values.size() < count)
-    values.push_back(static_cast<T>(std::uint64_t{random.bits()} << 32 | random.bits()));
+  std::vector<T> values(count);
+  for (T& value : values)
+    value = static_cast<T>(std::uint64_t{random.bits()} << 32 | random.bits());
   return values;
 }
 
-/// A plane and the settings that it is tested with.
+/// 1667: the variance constant is exactly 0. -228: flat areas have a divisor near 0. From 5967 on, and far below 0, the
+/// constants are negative, very large or wrapped.
+inline constexpr std::initializer_list<int> kLevels = {
+    0,    1,  50,   100,   333,  600,    999,     1000,    1652,    1654,    1667,
+    5000, -1, -228, -5000, -227, 123456, 7158279, INT_MAX, INT_MIN, 1 << 30, -(1 << 30)};
+
+/// A plane or band and the settings that it is tested with.
 struct BoxCase {
   Content content;
   int width, height, stride, radius, level;
   Guard guard;
+  int shift = 0;  ///< of arrays of sums, elements
 
-  std::string text() const;
+  // For kernels that work on whole groups of columns and round the radius up.
+  int columns() const { return width & ~7; }
+  int R() const { return (radius + 7) / 8 * 8; }
+  int h() const { return R() - 1; }
 };
+std::ostream& operator<<(std::ostream& out, const BoxCase& c);
 
-/// Any content, width, stride and guard; the rest is 0.
-BoxCase randomBoxCase(int leastWidth, Random& random);
+/// Anything but height and radius, which are 0; few are as wide as `widest`.
+BoxCase randomBoxCase(int leastWidth, int widest, Random& random);
 
-/// The rows of a plane as a box sees them: those above and below are its edge rows.
-naive::RowOf clampedRows(const Plane& plane);
-
-enum class BandKind { kWhole, kTop, kMiddle, kBottom };
-
-/// How many rows above and below a band its kernel reads, and how many rows a bottom band needs.
-struct BandReach {
-  int above, below, leastBottomRows;
-};
+/// The rows of a plane as a box sees them: row 0 is row `origin` of the plane.
+naive::Rows rowsOf(const Plane& plane, int origin = 0);
 
 /// Some rows of a plane, and a copy of what their kernel may read: nothing above and below it exists.
-struct BandCut {
-  BandKind kind;
+struct Band {
   int firstRow, rows;
   int rowsAbove;
   Plane readable;
 
   const std::uint8_t* start() const { return readable.row(rowsAbove); }
-  std::string text() const;
 };
 
-/// A random band; one without rows where the plane has no room for one of this kind.
-BandCut cutBand(BandKind kind, const Plane& plane, BandReach reach, Guard guard, Random& random);
+/// A random band that reads `above` and `below` rows more; 0 where it ends with the plane. Without rows where the plane
+/// has no room for `leastRows`.
+Band cutBand(const Plane& plane, int above, int below, int leastRows, Guard guard, Random& random);
 
 /// The two arrays that a statistics kernel writes, ending with the last element that it may write.
 class StatisticsPlanes {

@@ -11,37 +11,34 @@
 namespace testing_support {
 
 // All constant-initialised: the first allocation comes long before main.
-constinit Fault memoryFault;
-constinit Fault threadFault;
+constinit Fault memoryFault, threadFault;
 constinit std::atomic<long long> liveBytes{0};
 
 namespace {
 
 constinit thread_local bool startingThread = false;  // the C library's own memory for a thread is not ours to count
 
-void* counted(void* memory) {
-  if (memory != nullptr) liveBytes += static_cast<long long>(malloc_usable_size(memory));
-  return memory;
-}
-
 void discount(void* memory) {
   if (memory != nullptr) liveBytes -= static_cast<long long>(malloc_usable_size(memory));
 }
 
-bool refused() {
-  if (startingThread || !memoryFault.hits()) return false;
-  errno = ENOMEM;
-  return true;
+/// What `allocate` gives, or null when the request is to fail; `old` is what it gives back.
+template <class Allocate>
+void* request(Allocate allocate, void* old = nullptr) {
+  if (!startingThread && memoryFault.hits()) {
+    errno = ENOMEM;
+    return nullptr;
+  }
+  discount(old);
+  void* memory = allocate();
+  if (memory != nullptr) liveBytes += static_cast<long long>(malloc_usable_size(memory));
+  return memory;
 }
 
 }  // namespace
 }  // namespace testing_support
 
-using testing_support::counted;
-using testing_support::discount;
-using testing_support::refused;
-using testing_support::startingThread;
-using testing_support::threadFault;
+using namespace testing_support;  // NOLINT(google-build-using-namespace): the functions below belong to no namespace
 
 extern "C" {
 
@@ -52,18 +49,16 @@ void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* memory);
 
 void* malloc(std::size_t size) noexcept {
-  return refused() ? nullptr : counted(__libc_malloc(size));
+  return request([=] { return __libc_malloc(size); });
 }
 void* calloc(std::size_t count, std::size_t size) noexcept {
-  return refused() ? nullptr : counted(__libc_calloc(count, size));
+  return request([=] { return __libc_calloc(count, size); });
 }
 void* realloc(void* memory, std::size_t size) noexcept {
-  if (refused()) return nullptr;
-  discount(memory);
-  return counted(__libc_realloc(memory, size));
+  return request([=] { return __libc_realloc(memory, size); }, memory);
 }
 void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
-  return refused() ? nullptr : counted(__libc_memalign(alignment, size));
+  return request([=] { return __libc_memalign(alignment, size); });
 }
 int posix_memalign(void** memory, std::size_t alignment, std::size_t size) noexcept {
   *memory = aligned_alloc(alignment, size);

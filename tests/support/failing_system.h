@@ -12,9 +12,7 @@ namespace testing_support {
 /// Counts requests while it is armed; those with the numbers first .. last fail.
 struct Fault {
   std::atomic<bool> armed{false};
-  std::atomic<int> requests{0};
-  std::atomic<int> first{INT_MAX};
-  std::atomic<int> last{INT_MAX};
+  std::atomic<int> requests{0}, first{INT_MAX}, last{INT_MAX};
 
   void arm(int from, int to) {
     requests = 0;
@@ -22,7 +20,6 @@ struct Fault {
     last = to;
     armed = true;
   }
-
   bool hits() {
     if (!armed) return false;
     const int number = requests++;
@@ -30,8 +27,7 @@ struct Fault {
   }
 };
 
-extern Fault memoryFault;
-extern Fault threadFault;
+extern Fault memoryFault, threadFault;
 
 /// Bytes that are allocated now, threads' stacks left out.
 extern std::atomic<long long> liveBytes;

@@ -7,29 +7,28 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
 
 namespace testing_support {
+namespace {
 
-GuardedBuffer::GuardedBuffer(std::size_t size, Guard guard, std::uint8_t fill) : size_(size) {
-  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-  const std::size_t inner = (size + page - 1) / page * page;
-  mappingSize_ = inner + 2 * page;
+const auto kPage = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+
+void require(bool done) {
+  if (done) return;
+  std::perror("guarded buffer");
+  std::abort();
+}
+
+}  // namespace
+
+GuardedBuffer::GuardedBuffer(std::size_t size, Guard guard, std::uint8_t fill)
+    : size_(size), mappingSize_((size + kPage - 1) / kPage * kPage + 2 * kPage) {
   void* mapping = mmap(nullptr, mappingSize_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (mapping == MAP_FAILED) {
-    std::perror("guarded buffer");
-    std::abort();
-  }
+  require(mapping != MAP_FAILED);
   mapping_ = static_cast<std::uint8_t*>(mapping);
-  std::uint8_t* first = mapping_ + page;
-  if (inner > 0) {
-    if (mprotect(first, inner, PROT_READ | PROT_WRITE) != 0) {
-      std::perror("guarded buffer");
-      std::abort();
-    }
-    std::memset(first, fill, inner);
-  }
-  data_ = guard == Guard::kBehind ? first + (inner - size) : first;
+  protect(PROT_READ | PROT_WRITE);
+  data_ = guard == Guard::kBehind ? mapping_ + mappingSize_ - kPage - size : mapping_ + kPage;
+  std::memset(data_, fill, size);
 }
 
 GuardedBuffer::~GuardedBuffer() {
@@ -37,8 +36,11 @@ GuardedBuffer::~GuardedBuffer() {
 }
 
 void GuardedBuffer::makeReadOnly() {
-  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-  if (size_ > 0) mprotect(mapping_ + page, mappingSize_ - 2 * page, PROT_READ);
+  protect(PROT_READ);
+}
+
+void GuardedBuffer::protect(int protection) {
+  if (size_ > 0) require(mprotect(mapping_ + kPage, mappingSize_ - 2 * kPage, protection) == 0);
 }
 
 }  // namespace testing_support

@@ -1,4 +1,4 @@
-/// Memory with an unreadable page directly behind or directly before it, so that one byte too far is a crash.
+/// Memory with an unreadable page directly after or directly before it, so that one byte too far is a crash.
 #ifndef VLVK_TESTS_SUPPORT_GUARDED_BUFFER_H
 #define VLVK_TESTS_SUPPORT_GUARDED_BUFFER_H
 
@@ -16,8 +16,6 @@ class GuardedBuffer {
   GuardedBuffer(std::size_t size, Guard guard, std::uint8_t fill);
   ~GuardedBuffer();
   GuardedBuffer(GuardedBuffer&& other) noexcept;
-  GuardedBuffer(const GuardedBuffer&) = delete;
-  GuardedBuffer& operator=(const GuardedBuffer&) = delete;
 
   std::uint8_t* data() const { return data_; }
   std::size_t size() const { return size_; }
@@ -25,18 +23,18 @@ class GuardedBuffer {
   /// From here on a write is a crash.
   void makeReadOnly();
 
-  /// The buffer as elements of another type. Their alignment is that of the size: a multiple of sizeof(T) behind or
-  /// before a page is aligned for T.
+  /// The buffer as elements of another type, aligned for them if its size is a multiple of sizeof(T).
   template <typename T>
   T* as() const {
     return reinterpret_cast<T*>(data_);
   }
 
  private:
-  std::uint8_t* mapping_ = nullptr;
-  std::size_t mappingSize_;
+  void protect(int protection);
+
+  std::size_t size_, mappingSize_;
+  std::uint8_t* mapping_;
   std::uint8_t* data_;
-  std::size_t size_;
 };
 
 }  // namespace testing_support

@@ -2,20 +2,15 @@
 #include "tests/support/plane.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace testing_support {
-namespace {
-
-std::size_t byteCount(int width, int height, int stride) {
-  if (width <= 0 || height <= 0) return 0;
-  return static_cast<std::size_t>(height - 1) * static_cast<std::size_t>(stride) + static_cast<std::size_t>(width);
-}
-
-}  // namespace
 
 Plane::Plane(int width, int height, int stride, Guard guard)
-    : width_(width), height_(height), stride_(stride), buffer_(byteCount(width, height, stride), guard, kCanary) {}
+    : width_(width),
+      height_(height),
+      stride_(stride),
+      buffer_(width <= 0 || height <= 0 ? 0 : static_cast<std::size_t>(std::ptrdiff_t{height - 1} * stride + width),
+              guard, kCanary) {}
 
 Plane::Plane(int width, int height, int stride, Guard guard, Content content, Random& random)
     : Plane(width, height, stride, guard) {
@@ -24,19 +19,13 @@ Plane::Plane(int width, int height, int stride, Guard guard, Content content, Ra
 
 testing::AssertionResult sameBytes(const std::uint8_t* actual, const std::uint8_t* expected, std::size_t size,
                                    int stride) {
-  if (size == 0 || std::memcmp(actual, expected, size) == 0) return testing::AssertionSuccess();
-  std::size_t first = size;
-  std::size_t different = 0;
-  for (std::size_t i = size; i-- > 0;) {
-    if (actual[i] == expected[i]) continue;
-    first = i;
-    ++different;
-  }
-  const std::size_t pitch = static_cast<std::size_t>(std::max(stride, 1));
-  return testing::AssertionFailure() << "row " << first / pitch << ", byte " << first % pitch << ": got "
-                                     << static_cast<int>(actual[first]) << ", expected "
-                                     << static_cast<int>(expected[first]) << " (" << different << " of " << size
-                                     << " bytes differ; stride " << stride << ") ";
+  std::size_t at = 0;
+  while (at < size && actual[at] == expected[at])
+    ++at;
+  if (at == size) return testing::AssertionSuccess();
+  const auto pitch = static_cast<std::size_t>(std::max(stride, 1));
+  return testing::AssertionFailure() << "row " << at / pitch << ", byte " << at % pitch << ": got " << +actual[at]
+                                     << ", expected " << +expected[at] << " (stride " << stride << ") ";
 }
 
 testing::AssertionResult sameBytes(const Plane& actual, const std::vector<std::uint8_t>& expected) {

@@ -36,18 +36,27 @@ class Plane {
   std::vector<std::uint8_t> bytes() const { return {data(), data() + buffer_.size()}; }
 
  private:
-  int width_;
-  int height_;
-  int stride_;
+  int width_, height_, stride_;
   GuardedBuffer buffer_;
 };
 
-/// Compares rows and padding; tells the geometry, the first byte that differs and how many do.
+/// Compares rows and padding; tells the geometry and the first byte that differs.
 testing::AssertionResult sameBytes(const Plane& actual, const std::vector<std::uint8_t>& expected);
 
 /// The same for memory that is no Plane.
 testing::AssertionResult sameBytes(const std::uint8_t* actual, const std::uint8_t* expected, std::size_t size,
                                    int stride);
+
+/// Compares every row with value(x, y); what lies between the rows must be untouched.
+template <class Value>
+testing::AssertionResult holds(const Plane& actual, Value value) {
+  std::vector<std::uint8_t> expected(actual.bytes().size(), Plane::kCanary);
+  for (int y = 0; y < actual.height(); ++y) {
+    for (int x = 0; x < actual.width(); ++x)
+      expected[static_cast<std::size_t>(std::ptrdiff_t{y} * actual.stride() + x)] = value(x, y);
+  }
+  return sameBytes(actual, expected);
+}
 
 }  // namespace testing_support
 

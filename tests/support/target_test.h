@@ -11,16 +11,27 @@
 #include <string>
 #include <vector>
 
+#include "rows/row_loops.h"
+
 namespace testing_support {
 
-/// Names of the targets, fastest first. Never empty: a run without targets is aborted.
-std::vector<std::string> targetNames();
+/// Names of the targets, fastest first.
+inline std::vector<std::string> targetNames() {
+  int count = 0;
+  const vlvk::RowLoops* const* sets = vlvk::availableRowLoops(count);
+  std::vector<std::string> names;
+  for (int i = 0; i < count; ++i)
+    names.emplace_back(sets[i]->name);
+  return names;
+}
 
 class TargetTest : public testing::TestWithParam<std::string> {
  protected:
-  void SetUp() override;
-  /// Fails the test when another target was in use at its end.
-  void TearDown() override;
+  void SetUp() override { ASSERT_TRUE(vlvk::forceRowLoops(GetParam().c_str())) << GetParam(); }
+  void TearDown() override {
+    EXPECT_EQ(vlvk::rowLoops().name, GetParam()) << "the forced target was not the one that ran";
+    vlvk::forceRowLoops(nullptr);
+  }
 };
 
 }  // namespace testing_support
