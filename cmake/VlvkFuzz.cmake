@@ -13,8 +13,12 @@ add_library(vlvk_fuzz_frames OBJECT
   fuzz/input.h
   tests/frames/frame_model.cpp
   tests/frames/frame_model.h
+  tests/frames/frame_rig.cpp
+  tests/frames/frame_rig.h
   tests/naive/naive.cpp
   tests/naive/naive.h
+  tests/support/guarded_buffer.cpp
+  tests/support/guarded_buffer.h
   tests/support/random_content.cpp
   tests/support/random_content.h
 )

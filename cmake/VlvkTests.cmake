@@ -89,21 +89,26 @@ add_executable(vlvk_tests
   tests/rows/targets_test.cpp
   tests/simd/vocabulary_test.cpp
 
-  # Bindings.
+  # Small things.
+  tests/base/checked_size_test.cpp
+
+  # Resource.
   tests/resource/resource_file_test.cpp
 
   # Filter.
+  tests/filter/CFastEdgePreserved_test.cpp
+  tests/filter/band_worker_test.cpp
   tests/filter/color_adjust_test.cpp
-  tests/filter/filter_test.cpp
+  tests/filter/color_table_test.cpp
+  tests/filter/frame_pipeline_test.cpp
 
   # Whole frames.
   tests/frames/frame_model.cpp
   tests/frames/frame_model.h
-  tests/frames/frame_support.cpp
-  tests/frames/frame_support.h
+  tests/frames/frame_rig.cpp
+  tests/frames/frame_rig.h
   tests/frames/frame_test.cpp
   tests/frames/golden_frames_test.cpp
-  tests/filter/host_test.cpp
 )
 if(VLVK_JNI_BINDINGS)
   target_sources(vlvk_tests PRIVATE tests/bindings/bindings_without_bitmaps_test.cpp)
@@ -169,7 +174,7 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
   add_executable(vlvk_failure_tests
     tests/frames/frame_failure_test.cpp
     tests/frames/frame_model.cpp
-    tests/frames/frame_support.cpp
+    tests/frames/frame_rig.cpp
     tests/kernels/kernel_failure_test.cpp
     tests/naive/naive.cpp
     tests/support/failing_system.cpp

@@ -40,8 +40,10 @@ struct FramePlan {
   /// Rows of context worth keeping: beyond the height of the frame there are only repeats of the edge.
   std::int64_t contextRows() const { return std::min<std::int64_t>(reach, roundUp8(height)); }
 
-  /// Whether the band kernels may be used: they read the rows around a band without asking whether the frame has them,
-  /// and the ones with saved rows need bands of two boxes.
+  /// Whether bands are long enough for the class's smoothing stages (FastEdgePreservedTop, Mid, Bottom): their kernels
+  /// read the rows around a band without asking whether the frame has them, and those with saved rows want bands of two
+  /// boxes. Where bands fit, the pipeline runs the named stages; shorter ones it smooths row by row with the same box.
+  /// Results are the same either way.
   bool bandsFitKernels() const {
     const std::int64_t needed = std::int64_t{reach} * (inPlace ? 2 : 1);
     return bands > 1 && bandRows() >= needed && height - bandBegin(bands - 1) >= needed;

@@ -27,35 +27,22 @@ struct Resource {
   Bytes payload;  ///< may be shorter than a picture; what it does not cover is neutral
 };
 
-inline constexpr int kPictureSide = 512;
-inline constexpr std::size_t kPictureSize = std::size_t{kPictureSide} * kPictureSide * 4;
-
-/// The colour picture that maps every colour to itself, at 6 bits a channel: one tile of 64 x 64 for each blue.
-const Bytes& neutralPicture();
+inline constexpr std::size_t kPictureSize = std::size_t{4} * 512 * 512;
 
 struct Tables {
   std::array<std::array<Byte, 256>, 3> curves;
   Bytes colors;  ///< in the memory order of the filter's colour table
 };
 
-/// @param picture  kPictureSize bytes
+/// @param picture  its beginning; the rest is the picture that maps every colour to itself, at 6 bits a channel
 Tables buildTables(const Bytes& picture, int whiten, bool rgbOrder);
 
-enum class Mapping { kTable, kCurves, kGreenOnly };
-Mapping mappingFor(int whiten, int colorAdjust);
-
-/// Adjusts one pixel of 4 bytes where it stands.
-void adjustPixel(const Tables& tables, Mapping mapping, bool rgbOrder, Byte* pixel);
-
-/// Half the box (h) for a requested radius, or a negative value for none.
-long long halfSizeFor(int radius);
-
-/// Strength that the kernels get.
-int softenLevelFor(int soften);
-
-/// Smoothed luma mixed into the unsmoothed by skin weight. Both planes without padding; rows of uv `uvStride` apart.
-Bytes beautifiedLuma(const Bytes& y, const Byte* uv, int uvStride, int width, int height, bool rgbOrder,
-                     const Settings& settings);
+/// Adjusts rows of pixels where they stand.
+///
+/// @param apart  not null: receives the adjusted pixels in place of `pixels`, which stay; where green alone changes it
+///               receives red and blue, and green changes where it stands
+void adjustBand(const Tables& tables, const Settings& settings, bool rgbOrder, int width, int rows, Byte* pixels,
+                int stride, Byte* apart = nullptr, int apartStride = 0);
 
 /// The frames of one filter, in order: what a frame looks like depends on earlier ones through the colour table alone.
 class Filter {
@@ -64,8 +51,9 @@ class Filter {
 
   void put(const Settings& settings);
 
-  /// Planes without padding, overwritten when `out` is null.
-  void processVideo(Bytes& y, Bytes& uv, int width, int height, Byte* out, int outStride, bool rgbOrder);
+  /// The planes are overwritten when `out` is null.
+  void processVideo(Byte* y, int yStride, Byte* uv, int uvStride, int width, int height, Byte* out, int outStride,
+                    bool rgbOrder);
 
   /// `out` may be `bgra` with the same stride, or null.
   void processBgra(const Byte* bgra, int width, int height, int stride, Byte* out, int outStride);
@@ -75,8 +63,7 @@ class Filter {
 
  private:
   void makeTables(bool rgbOrder);
-  void render(const Bytes& y, const Byte* uv, int uvStride, int width, int height, bool rgbOrder, Byte* out,
-              int outStride);
+  Bytes beautified(const Bytes& y, const Byte* uv, int uvStride, int width, int height, bool rgbOrder) const;
 
   const Resource* resource_;
   Settings settings_;
