@@ -3,9 +3,10 @@
 
 #include <vlvk/makeup_entry_points.h>
 
-JavaVM* cached_jvm = nullptr;
-
 namespace {
+
+/// The virtual machine that loaded the library; null before. Never cleared.
+JavaVM* cached_jvm = nullptr;
 
 constexpr jint kJniVersion = JNI_VERSION_1_6;
 

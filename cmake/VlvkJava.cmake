@@ -103,16 +103,12 @@ endif()
 vlvk_add_jar(vlvk_java_tests
   NAME vlvk_java_tests.jar
   SOURCES
+    java/test/com/velmira/VKMakeup/Fixtures.java
     java/test/com/velmira/VKMakeup/MakeupEngineTest.java
     java/test/com/velmira/VKMakeup/NativeMemoryTest.java
     java/test/com/velmira/VKMakeup/Nv21Test.java
-    java/test/com/velmira/VKMakeup/Resources.java
-    java/test/com/velmira/VKMakeup/Reference.java
   LIBRARIES vlvk_java ${VLVK_JUNIT_JAR} ${VLVK_HAMCREST_JAR})
-
-add_executable(vlvk_reference_frame java/test/reference_frame.cpp)
-target_link_libraries(vlvk_reference_frame PRIVATE VLVKMakeupEngine)
-vlvk_set_warnings(vlvk_reference_frame)
+add_dependencies(vlvk_java_tests VLVKMakeupEngine)
 
 get_target_property(VLVK_JAVA_JAR vlvk_java VLVK_JAR)
 get_target_property(VLVK_JAVA_TESTS_JAR vlvk_java_tests VLVK_JAR)
@@ -121,7 +117,6 @@ foreach(class MakeupEngineTest NativeMemoryTest Nv21Test)
     -DJAVA=${Java_JAVA_EXECUTABLE}
     -DCLASS_PATH=${VLVK_JAVA_JAR}:${VLVK_JAVA_TESTS_JAR}:${VLVK_JUNIT_JAR}:${VLVK_HAMCREST_JAR}
     -DLIBRARY=$<TARGET_FILE:VLVKMakeupEngine>
-    -DREFERENCE=$<TARGET_FILE:vlvk_reference_frame>
     -DCLASS=com.velmira.VKMakeup.${class}
     -P ${CMAKE_CURRENT_SOURCE_DIR}/java/test/run_checked.cmake)
   set_tests_properties(java.${class} PROPERTIES TIMEOUT 120)

@@ -110,9 +110,6 @@ add_executable(vlvk_tests
   tests/frames/frame_test.cpp
   tests/frames/golden_frames_test.cpp
 )
-if(VLVK_JNI_BINDINGS)
-  target_sources(vlvk_tests PRIVATE tests/bindings/bindings_without_bitmaps_test.cpp)
-endif()
 target_link_libraries(vlvk_tests PRIVATE vlvk_objects ${VLVK_VOCABULARY_OBJECTS} GTest::gtest GTest::gtest_main)
 vlvk_set_warnings(vlvk_tests)
 
@@ -121,12 +118,14 @@ vlvk_discover_tests(vlvk_tests 8)
 # The Java bindings, with a virtual machine and bitmaps that the executable provides.
 if(VLVK_JNI_BINDINGS)
   add_executable(vlvk_bindings_tests
-    tests/bindings/bindings_bitmap_test.cpp
+    tests/bindings/CMakeupEngine3_test.cpp
     tests/bindings/engine.h
-    tests/bindings/fake_jni.cpp
     tests/bindings/fake_jni.h
-    tests/bindings/bindings_test.cpp
-    tests/bindings/long_run_test.cpp
+    tests/bindings/java_resource_test.cpp
+    tests/bindings/jni_library_test.cpp
+    tests/bindings/low_memory_test.cpp
+    tests/bindings/makeup_bitmap_test.cpp
+    tests/bindings/makeup_entry_points_test.cpp
     tests/support/guarded_buffer.cpp
     tests/support/plane.cpp
     tests/support/random_content.cpp
@@ -134,11 +133,6 @@ if(VLVK_JNI_BINDINGS)
   )
   target_include_directories(vlvk_bindings_tests SYSTEM PRIVATE
     $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
-  if(VLVK_SANITIZE OR CMAKE_CROSSCOMPILING)
-    target_compile_definitions(vlvk_bindings_tests PRIVATE VLVK_LONG_RUN_FRAMES=400)
-  else()
-    target_compile_definitions(vlvk_bindings_tests PRIVATE VLVK_LONG_RUN_FRAMES=10000)
-  endif()
   target_include_directories(vlvk_bindings_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(vlvk_bindings_tests PRIVATE VLVKMakeupEngine GTest::gtest GTest::gtest_main)
   vlvk_set_warnings(vlvk_bindings_tests)
@@ -184,7 +178,7 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
     tests/support/random_content.cpp
   )
   if(VLVK_JNI_BINDINGS)
-    target_sources(vlvk_failure_tests PRIVATE tests/bindings/bindings_failure_test.cpp)
+    target_sources(vlvk_failure_tests PRIVATE tests/bindings/makeup_entry_points_failure_test.cpp)
     target_include_directories(vlvk_failure_tests SYSTEM PRIVATE
       $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
   endif()

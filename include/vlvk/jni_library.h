@@ -7,9 +7,6 @@
 
 #include <vlvk/export.h>
 
-/// The virtual machine that loaded the library; null before. Never cleared.
-extern JavaVM* cached_jvm;
-
 #ifdef __cplusplus
 extern "C" {
 #endif

@@ -5,7 +5,7 @@ get_filename_component(folder ${LIBRARY} DIRECTORY)
 set(ENV{MALLOC_MMAP_THRESHOLD_} 65536)
 set(ENV{MALLOC_TRIM_THRESHOLD_} 65536)
 execute_process(
-  COMMAND ${JAVA} -Xcheck:jni -Xms128m -Xmx128m -XX:+AlwaysPreTouch -XX:+UseSerialGC -Djava.library.path=${folder} -Dreference=${REFERENCE}
+  COMMAND ${JAVA} -Xcheck:jni -Xms128m -Xmx128m -XX:+AlwaysPreTouch -XX:+UseSerialGC -Djava.library.path=${folder}
     -cp ${CLASS_PATH} org.junit.runner.JUnitCore ${CLASS}
   RESULT_VARIABLE result
   OUTPUT_VARIABLE output

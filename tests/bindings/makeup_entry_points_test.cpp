@@ -1,0 +1,119 @@
+/// The native methods: handles, settings, frames in place and as pixels.
+#include <vlvk/makeup_entry_points.h>
+
+#include <gtest/gtest.h>
+
+#include "tests/bindings/engine.h"
+#include "tests/support/plane.h"
+
+namespace bindings_tests {
+namespace {
+
+using testing_support::sameBytes;
+
+TEST(Handle, OnlyItsLowHalfCounts) {
+  FakeJava java;
+  const Engine engine(java);
+  EXPECT_EQ(java.takeCalls(), Calls{"NewWeakGlobalRef loader"});
+  EXPECT_TRUE(!kHandleIsNarrow || (engine.handle > 0 && engine.handle <= INT32_MAX)) << engine.handle;
+  int value = 0;
+  for (const std::uint64_t high : {0U, 0xFFFFFFFFU, 0x80000000U, 0x12345678U}) {
+    const auto handle = static_cast<jlong>(high << 32 | static_cast<std::uint32_t>(engine.handle));
+    makeup_setWhitenIntensity(java.env(), nullptr, handle, ++value);
+    EXPECT_EQ(engine.filter->whitenIntensity, value) << std::hex << high;
+    makeup_Uninit(java.env(), nullptr, static_cast<jlong>(high << 32));  // no engine
+  }
+  EXPECT_EQ(java.takeCalls(), Calls{});
+
+  // Where 32-bit systems may put an engine.
+  auto* top = reinterpret_cast<CMakeupEngine3*>(std::uintptr_t{0x80001000});
+  EXPECT_EQ(vlvk::handleOf(top), -0x7FFFF000LL);
+  EXPECT_EQ(vlvk::engineOf(vlvk::handleOf(top)), top);
+}
+
+TEST(Settings, ReachTheFilterUnchecked) {
+  FakeJava java;
+  const Engine engine(java);
+  const auto settings = [&filter = *engine.filter] {
+    return std::vector{filter.whitenIntensity, filter.softenSkinIntensity, filter.colorAdjustIntensity, filter.radius};
+  };
+  EXPECT_EQ(settings(), (std::vector{50, 1000, 100, 20}));
+  java.takeCalls();
+  for (const jint value : {13, -5, INT32_MAX, INT32_MIN}) {
+    makeup_setWhitenIntensity(java.env(), nullptr, engine.handle, value);
+    makeup_setSoftenSkinIntensity(java.env(), nullptr, engine.handle, ~value);
+    makeup_setColorAdjustIntensity(java.env(), nullptr, engine.handle, value / 2);
+    makeup_setRaduis(java.env(), nullptr, engine.handle, value / 3);
+    makeup_setOutputSize(java.env(), nullptr, engine.handle, value, 480);
+    EXPECT_EQ(settings(), (std::vector{value, ~value, value / 2, value / 3}));
+  }
+  EXPECT_EQ(java.takeCalls(), Calls{});
+}
+
+const Calls kInPlace{"GetElements frame", "ReleaseElements frame"};
+const Calls kToPixels{"GetElements frame", "GetElements pixels", "ReleaseElements frame", "ReleaseElements pixels"};
+
+TEST(Video, FramesAndPixelsAreThoseOfTheFilter) {
+  FakeJava java;
+  FakeJava thread;  // whose environment a frame comes with; resources come through the one of makeup_Init
+  java.file = kPictureFile;
+  const Engine engine(java);
+  java.takeCalls();
+  for (const auto& [width, height] : {std::pair{64, 48}, {33, 21}, {16, 2}, {2, 17}, {1, 1}, {0, 0}, {0, 7}}) {
+    SCOPED_TRACE(testing::Message() << width << " x " << height);
+    Bytes expected = skinFrame(width, height, 5);
+    jbyteArray frame = thread.byteArray(expected);
+    EXPECT_EQ(makeup_ProcessVideo2(thread.env(), nullptr, engine.handle, frame, width, height), 0);
+    EXPECT_EQ(thread.takeCalls(), kInPlace);
+    processDirectly(expected, width, height);
+    EXPECT_TRUE(sameBytes(thread.contentOf(frame).data(), expected.data(), expected.size(), width));
+
+    Bytes expectedPixels = noise(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4, 7);
+    jintArray pixels = thread.intArray(expectedPixels);
+    EXPECT_EQ(makeup_ProcessVideo3(thread.env(), nullptr, engine.handle, frame, width, height, pixels), 0);
+    EXPECT_EQ(thread.takeCalls(), kToPixels);
+    EXPECT_EQ(thread.contentOf(frame), expected) << "the frame stays";
+    processDirectly(expected, width, height, expectedPixels.data(), width * 4);
+    EXPECT_TRUE(sameBytes(thread.contentOf(pixels).data(), expectedPixels.data(), expectedPixels.size(), width * 4));
+
+    const Calls calls = java.takeCalls();
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "NewStringUTF adjust.vlk"), width == 64 ? 1 : 0);
+    EXPECT_EQ(calls.empty(), width != 64) << "only the first frame asks for the picture";
+  }
+}
+
+TEST(Video, RefusedFramesAreReleasedAsTheyWere) {
+  FakeJava java;
+  const Engine engine(java);
+  const Bytes content = skinFrame(16, 8, 9);
+  const Bytes blank(16 * 8 * 4, 0x77);
+  jbyteArray frame = java.byteArray(content);
+  jintArray pixels = java.intArray(blank);
+  struct Refusal {
+    int width;
+    int height;
+    std::string failing;
+    int callsInPlace;  ///< 0: not refused
+    int callsToPixels;
+  };
+  const Refusal refusals[] = {
+      {-16, 8, "", 2, 4},        {16, -8, "", 2, 4},         {INT32_MIN, INT32_MIN, "", 2, 4},
+      {INT32_MAX, -1, "", 2, 4}, {16, 8, kInPlace[0], 1, 1}, {16, 8, kToPixels[1], 0, 3},
+  };
+  for (const auto& [width, height, failing, callsInPlace, callsToPixels] : refusals) {
+    SCOPED_TRACE(testing::Message() << width << " x " << height << ' ' << failing);
+    java.results = {{failing, 0}};
+    java.takeCalls();
+    if (callsInPlace > 0) {
+      EXPECT_EQ(makeup_ProcessVideo2(java.env(), nullptr, engine.handle, frame, width, height), -1);
+    }
+    EXPECT_EQ(java.takeCalls(), firstOf(kInPlace, callsInPlace));
+    EXPECT_EQ(makeup_ProcessVideo3(java.env(), nullptr, engine.handle, frame, width, height, pixels), -1);
+    EXPECT_EQ(java.takeCalls(), firstOf(kToPixels, callsToPixels));
+    EXPECT_EQ(java.contentOf(frame), content);
+    EXPECT_EQ(java.contentOf(pixels), blank);
+  }
+}
+
+}  // namespace
+}  // namespace bindings_tests
