@@ -66,7 +66,7 @@ install(FILES ${VLVK_PACKAGE_FILES}/VLVKMakeupEngine.pc
   COMPONENT development)
 
 # The pages keep their folder too, for the links between them.
-set(VLVK_INSTALL_DOC ${CMAKE_INSTALL_DATAROOTDIR}/doc/vlvk-makeup)
+set(VLVK_INSTALL_DOC ${CMAKE_INSTALL_DATAROOTDIR}/doc/VLVKMakeupEngine)
 install(FILES README.md DESTINATION ${VLVK_INSTALL_DOC} COMPONENT development)
 install(DIRECTORY docs DESTINATION ${VLVK_INSTALL_DOC} COMPONENT development
   FILES_MATCHING PATTERN *.md PATTERN *.jpg PATTERN *.png PATTERN *.svg)
