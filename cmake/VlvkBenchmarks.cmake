@@ -4,12 +4,12 @@
 if(VLVK_PROCESSOR_ARM OR VLVK_PROCESSOR_AARCH64)
   add_executable(vlvk_count_rows bench/arm/count_rows.cpp)
   target_link_libraries(vlvk_count_rows PRIVATE vlvk_objects)
-  vlvk_set_warnings(vlvk_count_rows)
+  vlvk_set_flags(vlvk_count_rows)
 endif()
 
 find_package(benchmark CONFIG QUIET)
 if(NOT benchmark_FOUND)
-  message(STATUS "vlvk_bench is not built, missing: Google Benchmark")
+  vlvk_report_missing(VLVK_BUILD_BENCHMARKS vlvk_bench "Google Benchmark")
   return()
 endif()
 
@@ -36,7 +36,7 @@ add_executable(vlvk_bench
 target_link_libraries(vlvk_bench PRIVATE vlvk_objects benchmark::benchmark)
 target_link_options(vlvk_bench PRIVATE 
   -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc,--wrap=aligned_alloc,--wrap=posix_memalign)
-vlvk_set_warnings(vlvk_bench)
+vlvk_set_flags(vlvk_bench)
 
 # The sample picture as a scene, where the program's picture files can be read.
 if(TARGET vlvk_tool)

@@ -3,7 +3,7 @@
 
 find_package(Doxygen QUIET)
 if(NOT DOXYGEN_FOUND)
-  message(STATUS "The pages of the public headers cannot be made, missing: Doxygen")
+  message(STATUS "Not built: the pages of the public headers, missing: Doxygen")
   return()
 endif()
 

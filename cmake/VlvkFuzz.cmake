@@ -23,7 +23,7 @@ add_library(vlvk_fuzz_frames OBJECT
   tests/support/random_content.h
 )
 target_link_libraries(vlvk_fuzz_frames PUBLIC vlvk_objects)
-vlvk_set_warnings(vlvk_fuzz_frames)
+vlvk_set_flags(vlvk_fuzz_frames)
 
 # Comparisons in the loops over pixels tell the fuzzing engine nothing and would take half of its time.
 if(VLVK_BUILD_FUZZERS)
@@ -32,7 +32,7 @@ if(VLVK_BUILD_FUZZERS)
 endif()
 
 add_library(vlvk_replay OBJECT fuzz/replay.cpp tests/support/sanitizer_options.cpp)
-vlvk_set_warnings(vlvk_replay)
+vlvk_set_flags(vlvk_replay)
 
 # vlvk_add_fuzzer(name LIBRARIES ...) makes the executables of fuzz/NAME_fuzzer.cpp.
 function(vlvk_add_fuzzer name)
@@ -42,12 +42,12 @@ function(vlvk_add_fuzzer name)
     target_compile_definitions(vlvk_fuzz_${name} PRIVATE VLVK_FUZZING_ENGINE)
     target_link_libraries(vlvk_fuzz_${name} PRIVATE ${FUZZER_LIBRARIES})
     target_link_options(vlvk_fuzz_${name} PRIVATE -fsanitize=fuzzer)
-    vlvk_set_warnings(vlvk_fuzz_${name})
+    vlvk_set_flags(vlvk_fuzz_${name})
   endif()
   if(VLVK_BUILD_TESTS)
     add_executable(vlvk_replay_${name} fuzz/${name}_fuzzer.cpp)
     target_link_libraries(vlvk_replay_${name} PRIVATE vlvk_replay ${FUZZER_LIBRARIES})
-    vlvk_set_warnings(vlvk_replay_${name})
+    vlvk_set_flags(vlvk_replay_${name})
     add_test(NAME fuzz.${name} COMMAND vlvk_replay_${name} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/corpus/${name})
     set_tests_properties(fuzz.${name} PROPERTIES TIMEOUT 300)
   endif()

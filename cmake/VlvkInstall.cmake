@@ -1,5 +1,6 @@
-# What `cmake --install` installs, in components: library (what programs run with), development (headers, CMake and
-# pkg-config files), program and java, each where it is built. All of it can be moved as a whole.
+# What `cmake --install` installs, in components: library (the shared library, which programs run with), development
+# (headers, static library, CMake and pkg-config files), program and java, each where it is built. All of it can be moved
+# as a whole.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -15,6 +16,7 @@ install(DIRECTORY include/vlvk DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT
 install(TARGETS VLVKMakeupEngine EXPORT VLVKMakeupEngine
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 set(VLVK_INSTALL_PACKAGE ${CMAKE_INSTALL_LIBDIR}/cmake/VLVKMakeupEngine)
@@ -49,13 +51,22 @@ else()
   set(VLVK_PC_LIBDIR "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
   set(VLVK_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
 endif()
+# What a static library leaves to be linked: `pkg-config --static`.
+set(VLVK_PC_CFLAGS "")
+set(VLVK_PC_LIBS_PRIVATE "")
+if(NOT BUILD_SHARED_LIBS)
+  set(VLVK_PC_CFLAGS " -DVLVK_STATIC")
+  list(TRANSFORM VLVK_CXX_RUNTIME PREPEND "-l" OUTPUT_VARIABLE VLVK_PC_LIBS_PRIVATE)
+  list(JOIN VLVK_PC_LIBS_PRIVATE " " VLVK_PC_LIBS_PRIVATE)
+  set(VLVK_PC_LIBS_PRIVATE "Libs.private: ${VLVK_PC_LIBS_PRIVATE} -pthread\n")
+endif()
 configure_file(cmake/VLVKMakeupEngine.pc.in ${VLVK_PACKAGE_FILES}/VLVKMakeupEngine.pc @ONLY)
 install(FILES ${VLVK_PACKAGE_FILES}/VLVKMakeupEngine.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
   COMPONENT development)
 
 # The pages keep their folder too, for the links between them.
-set(VLVK_INSTALL_DOC ${CMAKE_INSTALL_DATAROOTDIR}/doc/vlvk-makeup)
+set(VLVK_INSTALL_DOC ${CMAKE_INSTALL_DATAROOTDIR}/doc/VLVKMakeupEngine)
 install(FILES README.md DESTINATION ${VLVK_INSTALL_DOC} COMPONENT development)
 install(DIRECTORY docs DESTINATION ${VLVK_INSTALL_DOC} COMPONENT development
   FILES_MATCHING PATTERN *.md PATTERN *.jpg PATTERN *.png PATTERN *.svg)

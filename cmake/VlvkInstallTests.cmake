@@ -1,4 +1,4 @@
-# Tests of what is installed, packaged and written about the program.
+# Tests of what is installed, packaged and written about the program, and of the library inside another project.
 
 if(CMAKE_CROSSCOMPILING OR VLVK_SANITIZE)
   return()
@@ -12,7 +12,7 @@ if(TARGET vlvk-makeup)
   if(VLVK_MANDOC)
     add_test(NAME man_page.lint COMMAND ${VLVK_MANDOC} -Tlint -Wstyle ${CMAKE_CURRENT_SOURCE_DIR}/man/vlvk-makeup.1)
   else()
-    message(STATUS "The manual page is not checked, missing: mandoc")
+    message(STATUS "Not checked: the layout of the manual page, missing: mandoc")
   endif()
 endif()
 
@@ -29,13 +29,18 @@ function(vlvk_add_install_test name)
     -DVERSION=${PROJECT_VERSION}
     ${ARGN}
     -P ${CMAKE_CURRENT_SOURCE_DIR}/tests/install/${name}.cmake)
-  set_tests_properties(install.${name} PROPERTIES RESOURCE_LOCK install TIMEOUT 300)
+  set_tests_properties(install.${name} PROPERTIES RESOURCE_LOCK install TIMEOUT 300 COST 100)  # long: first
 endfunction()
+
+# Both look for what a shared library alone has.
+if(NOT BUILD_SHARED_LIBS)
+  return()
+endif()
 
 if(CMAKE_C_COMPILER AND CMAKE_READELF)
   find_program(VLVK_PKG_CONFIG pkg-config)
   if(NOT VLVK_PKG_CONFIG)
-    message(STATUS "The pkg-config file is not tested, missing: pkg-config")
+    message(STATUS "Not tested: the pkg-config file, missing: pkg-config")
     set(VLVK_PKG_CONFIG "")
   endif()
   vlvk_add_install_test(consumers
@@ -51,7 +56,8 @@ find_program(VLVK_DPKG_DEB dpkg-deb)
 find_program(VLVK_DPKG_SHLIBDEPS dpkg-shlibdeps)
 if(TARGET vlvk-makeup AND VLVK_DPKG_DEB AND VLVK_DPKG_SHLIBDEPS)
   vlvk_add_install_test(package
-    -DSOVERSION=${PROJECT_VERSION_MAJOR} -DCPACK=${CMAKE_CPACK_COMMAND} -DDPKG_DEB=${VLVK_DPKG_DEB})
+    -DSOVERSION=${PROJECT_VERSION_MAJOR} -DCPACK=${CMAKE_CPACK_COMMAND} -DDPKG_DEB=${VLVK_DPKG_DEB}
+    -DJAVA=$<TARGET_EXISTS:vlvk_java>)
 else()
-  message(STATUS "The Debian package is not tested, missing: vlvk-makeup or dpkg-dev")
+  message(STATUS "Not tested: the Debian packages, missing: vlvk-makeup or dpkg-dev")
 endif()

@@ -1,4 +1,4 @@
-# The shared library, and its objects with all internals for the program, tests and benchmarks.
+# The library, shared or static, and its objects with all internals for the program, tests and benchmarks.
 
 # What hosts include, all in include/vlvk: installed, and compiled alone by the tests. Headers of C functions serve both
 # languages. timeb.h has the argument of CFastEdgePreserved::diffTime.
@@ -108,11 +108,8 @@ elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
     rows/row_loops_neon.cpp)
 endif()
 
-# The Java bindings, where there is a jni.h: on Android the toolchain's own, elsewhere a JDK's. A JDK's headers also serve
-# cross-compilers.
-if(ANDROID)
-  set(VLVK_JNI_BINDINGS ON)
-else()
+# jni.h: on Android the toolchain's own, elsewhere a JDK's, whose headers also serve cross-compilers.
+if(VLVK_JNI_BINDINGS AND NOT ANDROID)
   find_package(Java QUIET COMPONENTS Development)
   set(VLVK_JDK "$ENV{JAVA_HOME}")
   if(NOT VLVK_JDK AND Java_JAVAC_EXECUTABLE)
@@ -121,11 +118,10 @@ else()
   endif()
   find_path(VLVK_JNI_INCLUDE jni.h HINTS ${VLVK_JDK}/include NO_CMAKE_FIND_ROOT_PATH)
   find_path(VLVK_JNI_MD_INCLUDE jni_md.h HINTS ${VLVK_JNI_INCLUDE} ${VLVK_JNI_INCLUDE}/linux NO_CMAKE_FIND_ROOT_PATH)
-  if(VLVK_JNI_INCLUDE AND VLVK_JNI_MD_INCLUDE)
-    set(VLVK_JNI_BINDINGS ON)
-  else()
-    set(VLVK_JNI_BINDINGS OFF)
-    message(STATUS "The library is built without Java bindings, missing: jni.h")
+  mark_as_advanced(VLVK_JNI_INCLUDE VLVK_JNI_MD_INCLUDE)
+  if(NOT VLVK_JNI_INCLUDE OR NOT VLVK_JNI_MD_INCLUDE)
+    message(FATAL_ERROR "The library cannot be built with Java's entry points, missing: jni.h. Install a JDK (where it is "
+      "not found by itself, JAVA_HOME says where it is), or configure with -DVLVK_JNI_BINDINGS=OFF for a library without.")
   endif()
 endif()
 if(VLVK_JNI_BINDINGS)
@@ -153,7 +149,7 @@ set_target_properties(vlvk_objects PROPERTIES
   POSITION_INDEPENDENT_CODE ON
   CXX_VISIBILITY_PRESET hidden
   VISIBILITY_INLINES_HIDDEN ON)
-vlvk_set_warnings(vlvk_objects)
+vlvk_set_flags(vlvk_objects)
 if(VLVK_PROCESSOR_ARM)
   # Callers hand over vectors in NEON registers.
   target_compile_options(vlvk_objects PUBLIC -mfpu=neon)
@@ -161,13 +157,14 @@ endif()
 target_link_libraries(vlvk_objects PUBLIC Threads::Threads)
 
 # Makes a shared library of the engine, as hosts load it.
-function(vlvk_add_engine target)
+function(vlvk_add_shared_engine target)
   set(exports ${CMAKE_CURRENT_SOURCE_DIR}/cmake/exports.map)
-  add_library(${target} SHARED)
-  target_link_libraries(${target} PRIVATE vlvk_objects PUBLIC Threads::Threads)
+  add_library(${target} SHARED $<TARGET_OBJECTS:vlvk_objects>)
+  target_link_libraries(${target} PUBLIC Threads::Threads)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>)
   target_link_options(${target} PRIVATE -Wl,--version-script=${exports})
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX LINK_DEPENDS ${exports})
+  vlvk_set_flags(${target})
   if(ANDROID)
     # The bitmap functions are weak references, which alone do not keep the library that has them.
     target_link_libraries(${target} PRIVATE -Wl,--no-as-needed jnigraphics -Wl,--as-needed)
@@ -178,8 +175,28 @@ function(vlvk_add_engine target)
   endif()
 endfunction()
 
-# The SONAME carries the major number, which goes up when a program that runs with the library would no longer: an exported
-# name is gone or takes other arguments, fields or virtual slots have moved. Android's file has neither number.
-vlvk_add_engine(VLVKMakeupEngine)
-set_target_properties(VLVKMakeupEngine PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+# Makes a static library of the engine. What links it, from C too, needs the C++ runtime and the libraries beside it.
+function(vlvk_add_static_engine target)
+  add_library(${target} STATIC $<TARGET_OBJECTS:vlvk_objects>)
+  target_compile_definitions(${target} INTERFACE VLVK_STATIC)
+  target_link_libraries(${target} PUBLIC ${VLVK_CXX_RUNTIME} Threads::Threads)
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>)
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+  if(ANDROID AND VLVK_JNI_BINDINGS)
+    target_link_libraries(${target} INTERFACE -Wl,--no-as-needed jnigraphics -Wl,--as-needed)
+  endif()
+endfunction()
+
+if(BUILD_SHARED_LIBS)
+  # The SONAME carries the major number, which goes up when a program that runs with the library would no longer: an
+  # exported name is gone or takes other arguments, fields or virtual slots have moved. Android's file has neither number.
+  vlvk_add_shared_engine(VLVKMakeupEngine)
+  set_target_properties(VLVKMakeupEngine PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+else()
+  target_compile_definitions(vlvk_objects PUBLIC VLVK_STATIC)
+  set(VLVK_CXX_RUNTIME ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
+  list(FILTER VLVK_CXX_RUNTIME INCLUDE REGEX "^(stdc\\+\\+|c\\+\\+|m)$")
+  list(REMOVE_DUPLICATES VLVK_CXX_RUNTIME)
+  vlvk_add_static_engine(VLVKMakeupEngine)
+endif()
 add_library(VLVKMakeupEngine::VLVKMakeupEngine ALIAS VLVKMakeupEngine)

@@ -25,7 +25,7 @@ set(VLVK_GTEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest sources, used w
 find_package(GTest QUIET)
 if(NOT TARGET GTest::gtest_main)
   if(NOT EXISTS ${VLVK_GTEST_SOURCE}/CMakeLists.txt)
-    message(STATUS "The tests are not built, missing: GoogleTest")
+    vlvk_report_missing(VLVK_BUILD_TESTS "the tests" GoogleTest)
     return()
   endif()
   set(INSTALL_GTEST OFF CACHE INTERNAL "")
@@ -37,6 +37,13 @@ if(NOT TARGET GTest::gtest_main)
     add_library(GTest::gtest_main ALIAS gtest_main)
   endif()
 endif()
+
+# vlvk_set_test_flags(executable): those of all code, but a release build optimises less here: what is tested is compiled
+# as released, and the tests would take longer to compile than they save when they run.
+function(vlvk_set_test_flags executable)
+  vlvk_set_flags(${executable})
+  target_compile_options(${executable} PRIVATE $<$<CONFIG:Release>:-O1>)
+endfunction()
 
 # The vocabulary's operations, compiled for each target like the row loops (VlvkLibrary.cmake knows the processor).
 set(VLVK_VOCABULARIES scalar)
@@ -53,7 +60,7 @@ foreach(vocabulary IN LISTS VLVK_VOCABULARIES)
     VLVK_TARGET=ops_${vocabulary}
     VLVK_TARGET_NAME="${vocabulary}"
     VLVK_VOCABULARY="simd/${vocabulary}.h")
-  vlvk_set_warnings(vlvk_ops_${vocabulary})
+  vlvk_set_flags(vlvk_ops_${vocabulary})
   list(APPEND VLVK_VOCABULARY_OBJECTS vlvk_ops_${vocabulary})
 endforeach()
 if(VLVK_PROCESSOR_X86_64)
@@ -111,7 +118,7 @@ add_executable(vlvk_tests
   tests/frames/golden_frames_test.cpp
 )
 target_link_libraries(vlvk_tests PRIVATE vlvk_objects ${VLVK_VOCABULARY_OBJECTS} GTest::gtest GTest::gtest_main)
-vlvk_set_warnings(vlvk_tests)
+vlvk_set_test_flags(vlvk_tests)
 
 vlvk_discover_tests(vlvk_tests 8)
 
@@ -135,7 +142,7 @@ if(VLVK_JNI_BINDINGS)
     $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
   target_include_directories(vlvk_bindings_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(vlvk_bindings_tests PRIVATE VLVKMakeupEngine GTest::gtest GTest::gtest_main)
-  vlvk_set_warnings(vlvk_bindings_tests)
+  vlvk_set_test_flags(vlvk_bindings_tests)
   vlvk_discover_tests(vlvk_bindings_tests 1 -Handle.TheOnlyFreePageIsFound)  # the emulator needs free pages there
 endif()
 
@@ -158,7 +165,7 @@ if(TARGET vlvk-makeup)
     VLVK_SAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/samples")
   target_link_libraries(vlvk_tool_tests PRIVATE vlvk_tool GTest::gtest GTest::gtest_main)
   add_dependencies(vlvk_tool_tests vlvk-makeup)
-  vlvk_set_warnings(vlvk_tool_tests)
+  vlvk_set_test_flags(vlvk_tool_tests)
   vlvk_discover_tests(vlvk_tool_tests 2)
 endif()
 
@@ -184,7 +191,7 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
   endif()
   target_include_directories(vlvk_failure_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(vlvk_failure_tests PRIVATE VLVKMakeupEngine GTest::gtest GTest::gtest_main ${CMAKE_DL_LIBS})
-  vlvk_set_warnings(vlvk_failure_tests)
+  vlvk_set_test_flags(vlvk_failure_tests)
   vlvk_discover_tests(vlvk_failure_tests 2)
 endif()
 
@@ -218,8 +225,8 @@ endif()
 
 # The built file, and one with the C++ runtime linked in, as Android hosts choose it: exported names (the list is that of
 # Java bindings with a JDK's jni.h) and page alignment. Sanitizers add names.
-if(CMAKE_NM AND CMAKE_READELF AND VLVK_JNI_BINDINGS AND NOT ANDROID AND NOT VLVK_SANITIZE)
-  vlvk_add_engine(vlvk_static_runtime)
+if(BUILD_SHARED_LIBS AND CMAKE_NM AND CMAKE_READELF AND VLVK_JNI_BINDINGS AND NOT ANDROID AND NOT VLVK_SANITIZE)
+  vlvk_add_shared_engine(vlvk_static_runtime)
   target_link_options(vlvk_static_runtime PRIVATE -static-libstdc++ -static-libgcc)
   foreach(engine VLVKMakeupEngine vlvk_static_runtime)
     add_test(NAME library_file.${engine} COMMAND ${CMAKE_COMMAND}

@@ -10,6 +10,7 @@
 set -euo pipefail
 shopt -s inherit_errexit
 cd "$(dirname "$0")/.."
+. scripts/quietly.sh
 build=build-arm-count
 
 for tool in cc cmake qemu-arm qemu-aarch64 arm-linux-gnueabihf-g++ aarch64-linux-gnu-g++; do
@@ -23,18 +24,13 @@ done
 cross_build() {
   cmake -S . -B "$build/$1" -DCMAKE_BUILD_TYPE=Release -DCMAKE_SYSTEM_NAME=Linux -DCMAKE_SYSTEM_PROCESSOR="$1" \
     -DCMAKE_CXX_COMPILER="$2" -DCMAKE_EXE_LINKER_FLAGS=-static -DVLVK_BUILD_TOOLS=OFF -DVLVK_BUILD_TESTS=OFF \
-    -DVLVK_BUILD_JAVA=OFF &&
+    -DVLVK_BUILD_JAVA=OFF -DVLVK_JNI_BINDINGS=OFF &&
     cmake --build "$build/$1" --parallel "$(nproc)" --target vlvk_count_rows
 }
 
-mkdir -p "$build"
-{
-  cross_build arm arm-linux-gnueabihf-g++ && cross_build aarch64 aarch64-linux-gnu-g++ &&
-    cc -shared -fPIC -O2 bench/arm/insn_count.c -o "$build/insn_count.so"
-} >"$build/log" 2>&1 || {
-  cat "$build/log" >&2
-  exit 1
-}
+quietly cross_build arm arm-linux-gnueabihf-g++
+quietly cross_build aarch64 aarch64-linux-gnu-g++
+quietly cc -shared -fPIC -O2 bench/arm/insn_count.c -o "$build/insn_count.so"
 
 # Instructions of a run. Arguments: processor, unit, repetitions.
 count() {

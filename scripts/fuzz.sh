@@ -14,6 +14,7 @@
 # a name that tells which.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/quietly.sh
 seconds="${1:-20}"
 names=("${@:2}")
 [ ${#names[@]} -gt 0 ] || names=(resource_file cube picture y4m frame target)
@@ -22,27 +23,23 @@ command -v clang++ >/dev/null || {
   echo "fuzz.sh: clang++ is missing" >&2
   exit 1
 }
-mkdir -p out
-{
+
+build() {
   cmake -S . -B build-fuzz -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVLVK_BUILD_FUZZERS=ON \
-    -DVLVK_SANITIZE=address,undefined -DVLVK_WARNINGS_AS_ERRORS=ON \
-    -DVLVK_BUILD_TESTS=OFF -DVLVK_BUILD_BENCHMARKS=OFF -DVLVK_BUILD_JAVA=OFF &&
+    -DVLVK_SANITIZE=address,undefined -DVLVK_WARNINGS_AS_ERRORS=ON -DVLVK_BUILD_TOOLS=ON \
+    -DVLVK_BUILD_TESTS=OFF -DVLVK_BUILD_BENCHMARKS=OFF -DVLVK_BUILD_JAVA=OFF -DVLVK_JNI_BINDINGS=OFF &&
     cmake --build build-fuzz --parallel "${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}" --target "${names[@]/#/vlvk_fuzz_}"
-} >out/fuzz.log 2>&1 || {
-  cat out/fuzz.log >&2
-  exit 1
 }
+quietly build
 
 for name in "${names[@]}"; do
   mkdir -p "build-fuzz/found/$name"
   # A few bytes describe a frame, and pictures are slow long before they are interesting: no long inputs.
-  build-fuzz/vlvk_fuzz_"$name" -max_total_time="$seconds" -max_len=2000 -len_control=0 -timeout=30 \
-    -rss_limit_mb=3000 -artifact_prefix="build-fuzz/$name-" "build-fuzz/found/$name" "fuzz/corpus/$name" \
-    >out/fuzz.log 2>&1 || {
-    cat out/fuzz.log >&2
+  quietly build-fuzz/vlvk_fuzz_"$name" -max_total_time="$seconds" -max_len=2000 -len_control=0 -timeout=30 \
+    -rss_limit_mb=3000 -artifact_prefix="build-fuzz/$name-" "build-fuzz/found/$name" "fuzz/corpus/$name" || {
     echo "fuzz.sh: $name has found something, see 'Test unit written to' above; run it again with" >&2
     echo "  build-fuzz/vlvk_fuzz_$name FILE" >&2
     exit 1
   }
-  echo "$name: $(sed -n 's/^Done \([0-9]* runs\) in.*/\1/p' out/fuzz.log) in $seconds s, nothing found"
+  echo "$name: $(sed -n 's/^Done \([0-9]* runs\) in.*/\1/p' "$log") in $seconds s, nothing found"
 done

@@ -6,6 +6,8 @@
 # Purposes, without any of them program: program, test, java, check (layout and lint), bench (with the
 # libraries compared with), plot, cross (tests for ARM in an emulator), fuzz, valgrind, docs, video.
 set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/quietly.sh
 
 packages=(cmake g++ make)
 for purpose in "${@:-program}"; do
@@ -50,15 +52,7 @@ if [ "$(id -u)" -ne 0 ]; then
   as_root=(sudo)
 fi
 
-log=$(mktemp)
-trap 'rm -f "$log"' EXIT
-quietly() {
-  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive "$@" >"$log" 2>&1 </dev/null || {
-    cat "$log" >&2
-    exit 1
-  }
-}
-
+apt_get=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300)
 echo "Installing ${missing[*]}"
-quietly apt-get -o DPkg::Lock::Timeout=300 update
-quietly apt-get -o DPkg::Lock::Timeout=300 install -y --no-install-recommends "${missing[@]}"
+quietly "${apt_get[@]}" update </dev/null
+quietly "${apt_get[@]}" install -y --no-install-recommends "${missing[@]}" </dev/null

@@ -8,26 +8,21 @@
 # Results: out/speed.md (the table), out/speed.png (the picture), out/speed-*.json (all figures).
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/quietly.sh
 cpus="${1:-0,1}"
 one_cpu="${cpus##*,}"
 
 bash scripts/setup.sh program bench plot
-mkdir -p out
-cmake -S . -B build-speed -DCMAKE_BUILD_TYPE=Release -DVLVK_BUILD_TESTS=OFF -DVLVK_BUILD_JAVA=OFF >out/speed.log
-cmake --build build-speed --parallel "$(nproc)" --target vlvk_bench >>out/speed.log || {
-  tail -20 out/speed.log >&2
-  exit 1
-}
+quietly cmake -S . -B build-speed -DCMAKE_BUILD_TYPE=Release -DVLVK_BUILD_TOOLS=ON -DVLVK_BUILD_BENCHMARKS=ON \
+  -DVLVK_BUILD_TESTS=OFF -DVLVK_BUILD_JAVA=OFF -DVLVK_JNI_BINDINGS=OFF
+quietly cmake --build build-speed --parallel "$(nproc)" --target vlvk_bench
 
 # Repetitions of all benchmarks are mixed, so that a change of the machine's speed meets them alike.
 measure() { # NAME CPUS FILTER [OPTION...]
   echo "Measuring: $1" >&2
-  taskset -c "$2" build-speed/vlvk_bench --benchmark_filter="$3" --benchmark_repetitions="${VLVK_SPEED_REPETITIONS:-9}" \
+  quietly taskset -c "$2" build-speed/vlvk_bench --benchmark_filter="$3" --benchmark_repetitions="${VLVK_SPEED_REPETITIONS:-9}" \
     --benchmark_enable_random_interleaving=true --benchmark_min_time=0.1 --benchmark_report_aggregates_only=true \
-    --benchmark_out="out/speed-$1.json" --benchmark_out_format=json "${@:4}" >>out/speed.log 2>&1 || {
-    tail -20 out/speed.log >&2
-    return 1
-  }
+    --benchmark_out="out/speed-$1.json" --benchmark_out_format=json "${@:4}"
 }
 
 best=$(build-speed/vlvk_bench --benchmark_list_tests --size=1280x720 | sed -n 's|^blend/plane/\([^/]*\)/.*|\1|p' | head -1)

@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Tests and checks of the whole project.
 #
-#   bash scripts/test.sh             every step below
-#   bash scripts/test.sh quick       the first step only
+#   bash scripts/test.sh             the first step below, called quick as well: what a change is tried with
+#   bash scripts/test.sh all         every step: what must pass
 #   bash scripts/test.sh STEP...     some steps
 #
-#   release   build with optimisation, warnings being errors, and run the tests
+#   release   build with optimisation, warnings being errors, and run the tests, on every target of this processor
+#   bench     build the benchmarks, with those of other libraries, and run some for a moment
 #   sample    build the program and beautify the sample picture
 #   java      build the Java classes, their pages and the Java example, and beautify the sample picture with it
 #   video     beautify a short MP4 with the lines of docs/video.md and look at what comes out
@@ -21,18 +22,11 @@
 #   docs      make the pages of the public headers, every name described, and follow the links of all pages
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/quietly.sh
 export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
 export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
 
-all_steps=(release sample java video readme asan tsan valgrind fuzz armhf aarch64 format tidy docs)
-
-# Runs a command with its output in a log, which is shown where the command fails.
-quietly() {
-  "$@" >out/test.log 2>&1 || {
-    cat out/test.log >&2
-    return 1
-  }
-}
+all_steps=(release bench sample java video readme asan tsan valgrind fuzz armhf aarch64 format tidy docs)
 
 # Sanitizers lay out memory themselves, which some kernels' address randomisation gets in the way of.
 fixed_addresses() {
@@ -47,10 +41,16 @@ build() {
 build_and_test() {
   build "$1"
   quietly fixed_addresses ctest --preset "$1"
-  sed -n '/tests passed/,$p' out/test.log
+  sed -n '/tests passed/,$p' "$log"
 }
 
 step_release() { build_and_test release; }
+step_bench() {
+  quietly cmake --preset release -DVLVK_BUILD_BENCHMARKS=ON
+  quietly cmake --build --preset release --target vlvk_bench
+  quietly build-release/vlvk_bench --size=64x64 --benchmark_filter='^frame/in_place/' --benchmark_min_time=0.001
+  grep -q '^frame/in_place/' "$log"
+}
 step_sample() { bash scripts/try.sh; }
 step_java() {
   bash scripts/try_java.sh
@@ -79,22 +79,25 @@ step_docs() {
 }
 
 steps=("$@")
-[ $# -gt 0 ] || steps=("${all_steps[@]}")
-[ "${steps[*]}" != quick ] || steps=(release)
+case "$*" in
+  all) steps=("${all_steps[@]}") ;;
+  '' | quick) steps=(release) ;;
+esac
 for step in "${steps[@]}"; do
   [[ " ${all_steps[*]} " == *" $step "* ]] || {
-    echo "test.sh: no step '$step'; there are: quick ${all_steps[*]}" >&2
+    echo "test.sh: no step '$step'; there are: all quick ${all_steps[*]}" >&2
     exit 2
   }
 done
 
-mkdir -p out
-purposes=(program test video)
+purposes=(program test)
 needs() { # PURPOSE STEP...
   for step in "${@:2}"; do
     [[ " ${steps[*]} " != *" $step "* ]] || purposes+=("$1")
   done
 }
+needs bench bench
+needs video video
 needs check format tidy
 needs valgrind valgrind
 needs fuzz fuzz

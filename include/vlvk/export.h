@@ -1,9 +1,11 @@
 /// @file
-/// Marks what the shared library exports; everything else is hidden. May be included from C.
+/// Marks what the shared library exports; everything else is hidden. May be included from C. VLVK_STATIC, which users of the
+/// static library define (its CMake package and pkg-config file do), leaves the marks out, so that a library that takes it
+/// in does not export its names.
 #ifndef VLVK_EXPORT_H
 #define VLVK_EXPORT_H
 
-#if defined(__GNUC__)
+#if defined(__GNUC__) && !defined(VLVK_STATIC)
 /// Stands before the declaration of an exported name.
 #define VLVK_API __attribute__((visibility("default")))
 #else

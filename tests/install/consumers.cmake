@@ -1,6 +1,6 @@
-# Installs a build into an empty prefix, moves that to another place, and builds and runs programs with it. Paths of the
-# machine must not be left in it. Variables: SOURCE, BUILD, WORK (folders), VERSION, LIBDIR, GENERATOR, C_COMPILER,
-# CXX_COMPILER, READELF, PKG_CONFIG (empty: without).
+# Installs a build into an empty prefix, moves that to another place, and builds and runs programs with it; then the same with
+# the sources in a folder of another project. Paths of the machine must not be left in what is installed. Variables: SOURCE,
+# BUILD, WORK (folders), VERSION, LIBDIR, GENERATOR, C_COMPILER, CXX_COMPILER, READELF, PKG_CONFIG (empty: without).
 
 include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 set(prefix ${WORK}/moved)
@@ -42,30 +42,48 @@ function(check_consumer program)
 endfunction()
 
 set(configure ${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -G ${GENERATOR} -DCMAKE_C_COMPILER=${C_COMPILER}
-  -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix} -DVERSION=${VERSION} --no-warn-unused-cli)
+  -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DVERSION=${VERSION} --no-warn-unused-cli)
 set(C_source consumer.c)
 set(CXX_source consumer.cpp)
-foreach(language C CXX)
-  run(${configure} -B ${WORK}/${language} -DLANGUAGE=${language} -DSOURCE=${${language}_source})
-  run(${CMAKE_COMMAND} --build ${WORK}/${language})
-  check_consumer(${WORK}/${language}/consumer)
-endforeach()
 
-if(PKG_CONFIG)
-  set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
-  run(${PKG_CONFIG} --cflags --libs "VLVKMakeupEngine = ${VERSION}")
-  separate_arguments(flags UNIX_COMMAND "${output}")
-  list(APPEND flags -Wl,-rpath,${prefix}/${LIBDIR})
-  run(${C_COMPILER} -std=c99 ${CMAKE_CURRENT_LIST_DIR}/consumer.c ${flags} -o ${WORK}/consumer_c)
-  run(${CXX_COMPILER} -std=c++11 ${CMAKE_CURRENT_LIST_DIR}/consumer.cpp ${flags} -o ${WORK}/consumer_cpp)
-  check_consumer(${WORK}/consumer_c)
-  check_consumer(${WORK}/consumer_cpp)
-endif()
+# Builds and runs the programs with what is installed in a prefix, found by CMake and by pkg-config, which may need options.
+function(check_prefix prefix)
+  foreach(language C CXX)
+    set(folder ${prefix}_${language})
+    run(${configure} -B ${folder} -DCMAKE_PREFIX_PATH=${prefix} -DLANGUAGE=${language} -DSOURCE=${${language}_source})
+    run(${CMAKE_COMMAND} --build ${folder})
+    check_consumer(${folder}/consumer)
+  endforeach()
+  if(PKG_CONFIG)
+    set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
+    run(${PKG_CONFIG} --cflags --libs ${ARGN} "VLVKMakeupEngine = ${VERSION}")
+    separate_arguments(flags UNIX_COMMAND "${output}")
+    list(APPEND flags -Wl,-rpath,${prefix}/${LIBDIR})
+    run(${C_COMPILER} -std=c99 ${CMAKE_CURRENT_LIST_DIR}/consumer.c ${flags} -o ${prefix}_c)
+    run(${CXX_COMPILER} -std=c++11 ${CMAKE_CURRENT_LIST_DIR}/consumer.cpp ${flags} -o ${prefix}_cpp)
+    check_consumer(${prefix}_c)
+    check_consumer(${prefix}_cpp)
+  endif()
+endfunction()
+check_prefix(${prefix})
 
-# As a part of another project, which may be one in C, the library has the same name there, and installs nothing.
-run(${configure} -B ${WORK}/part -DFOLDER=${SOURCE} -DLANGUAGE=C -DSOURCE=consumer.c -DVLVK_BUILD_TOOLS=OFF
-  -DVLVK_BUILD_TESTS=OFF -DVLVK_BUILD_BENCHMARKS=OFF -DVLVK_BUILD_JAVA=OFF)
+# As a part of another project, which may be one in C, the library comes alone, under the same name, and installs nothing.
+run(${configure} -B ${WORK}/part -DFOLDER=${SOURCE} -DLANGUAGE=C -DSOURCE=consumer.c)
+run(${CMAKE_COMMAND} --build ${WORK}/part --parallel)
+check_consumer(${WORK}/part/consumer)
 run(${CMAKE_COMMAND} --install ${WORK}/part --prefix ${WORK}/nothing)
 if(EXISTS ${WORK}/nothing)
   message(FATAL_ERROR "a part of another project is installed")
+endif()
+
+# Static, and installed by that project.
+run(${configure} -B ${WORK}/static_part -DFOLDER=${SOURCE} -DLANGUAGE=C -DSOURCE=consumer.c -DSTATIC=ON
+  -DBUILD_SHARED_LIBS=OFF -DVLVK_INSTALL=ON -DCMAKE_INSTALL_LIBDIR=${LIBDIR})
+run(${CMAKE_COMMAND} --build ${WORK}/static_part --parallel)
+check_consumer(${WORK}/static_part/consumer)
+run(${CMAKE_COMMAND} --install ${WORK}/static_part --prefix ${WORK}/static)
+check_prefix(${WORK}/static --static)
+run(${READELF} -d ${WORK}/static_C/consumer ${WORK}/static_CXX/consumer)
+if(output MATCHES "libVLVKMakeupEngine")
+  message(FATAL_ERROR "the library is not linked in:\n${output}")
 endif()

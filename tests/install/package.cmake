@@ -1,31 +1,43 @@
-# Makes the Debian package of a build, unpacks it and runs the program from there. Variables: SOURCE, BUILD, WORK (folders),
-# VERSION, SOVERSION, CPACK, DPKG_DEB.
+# Makes the Debian packages of a build, unpacks them together and runs the program from there. Variables: SOURCE, BUILD, WORK
+# (folders), VERSION, SOVERSION, CPACK, DPKG_DEB, JAVA (whether the Java classes are built).
 
 include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 file(REMOVE_RECURSE ${WORK})
 run(${CPACK} -G DEB -B ${WORK} --config ${BUILD}/CPackConfig.cmake)
-file(GLOB package ${WORK}/vlvk-makeup_${VERSION}_*.deb)
 
-run(${DPKG_DEB} -f ${package} Depends)
-if(NOT output MATCHES "libc6 .*libstdc\\+\\+6")
-  message(FATAL_ERROR "depends on: ${output}")
+# check_package(name DEPENDS pattern FILES pattern ...): a package with these files, which depends on what is named.
+function(check_package name)
+  cmake_parse_arguments(PACKAGE "" "DEPENDS" "FILES" ${ARGN})
+  file(GLOB package ${WORK}/${name}_${VERSION}_*.deb)
+  run(${DPKG_DEB} -f ${package} Depends)
+  if(NOT output MATCHES "^${PACKAGE_DEPENDS}\n$")
+    message(FATAL_ERROR "${name} depends on: ${output}")
+  endif()
+  run(${DPKG_DEB} -c ${package})
+  foreach(file IN LISTS PACKAGE_FILES)
+    if(NOT output MATCHES "${file}\n")
+      message(FATAL_ERROR "'${file}' is not in ${name}:\n${output}")
+    endif()
+  endforeach()
+  run(${DPKG_DEB} -x ${package} ${WORK}/unpacked)
+endfunction()
+
+set(library libvlvkmakeupengine${SOVERSION})
+check_package(${library} DEPENDS "libc6 .*libstdc\\+\\+6[^\n]*" FILES
+  "-rw-r--r-- root/root [^\n]*/usr/lib[^\n]*/libVLVKMakeupEngine.so.${VERSION}"
+  "lrwxrwxrwx root/root [^\n]*/libVLVKMakeupEngine.so.${SOVERSION} -> libVLVKMakeupEngine.so.${VERSION}")
+check_package(libvlvkmakeupengine-dev DEPENDS "${library} \\(= ${VERSION}\\)" FILES
+  "lrwxrwxrwx root/root [^\n]*/libVLVKMakeupEngine.so -> libVLVKMakeupEngine.so.${SOVERSION}"
+  "-rw-r--r-- root/root [^\n]*/usr/include/vlvk/CFastEdgePreserved.h"
+  "-rw-r--r-- root/root [^\n]*/pkgconfig/VLVKMakeupEngine.pc"
+  "-rw-r--r-- root/root [^\n]*/cmake/VLVKMakeupEngine/VLVKMakeupEngineConfig.cmake"
+  "drwxr-xr-x root/root [^\n]*/usr/share/doc/VLVKMakeupEngine/")
+check_package(vlvk-makeup DEPENDS "libc6 .*libstdc\\+\\+6[^\n]*" FILES
+  "-rwxr-xr-x root/root [^\n]*/usr/bin/vlvk-makeup"
+  "-rw-r--r-- root/root [^\n]*/usr/share/man/man1/vlvk-makeup.1(.gz)?")
+if(JAVA)
+  check_package(libvlvkmakeupengine-java DEPENDS "${library} \\(>= ${VERSION}\\)" FILES
+    "-rw-r--r-- root/root [^\n]*/usr/share/java/VLVKMakeupEngine.jar")
 endif()
 
-run(${DPKG_DEB} -c ${package})
-foreach(file
-    "-rwxr-xr-x root/root [^\n]*/usr/bin/vlvk-makeup"
-    "-rw-r--r-- root/root [^\n]*/usr/lib[^\n]*/libVLVKMakeupEngine.so.${VERSION}"
-    "lrwxrwxrwx root/root [^\n]*/libVLVKMakeupEngine.so.${SOVERSION} -> libVLVKMakeupEngine.so.${VERSION}"
-    "lrwxrwxrwx root/root [^\n]*/libVLVKMakeupEngine.so -> libVLVKMakeupEngine.so.${SOVERSION}"
-    "-rw-r--r-- root/root [^\n]*/usr/include/vlvk/CFastEdgePreserved.h"
-    "-rw-r--r-- root/root [^\n]*/pkgconfig/VLVKMakeupEngine.pc"
-    "-rw-r--r-- root/root [^\n]*/cmake/VLVKMakeupEngine/VLVKMakeupEngineConfig.cmake"
-    "-rw-r--r-- root/root [^\n]*/usr/share/man/man1/vlvk-makeup.1(.gz)?"
-    "drwxr-xr-x root/root [^\n]*/usr/share/doc/vlvk-makeup/")
-  if(NOT output MATCHES "${file}\n")
-    message(FATAL_ERROR "'${file}' is not in the package:\n${output}")
-  endif()
-endforeach()
-
-run(${DPKG_DEB} -x ${package} ${WORK}/unpacked)
 run(${WORK}/unpacked/usr/bin/vlvk-makeup photo ${SOURCE}/samples/portrait.png ${WORK}/portrait.png)
