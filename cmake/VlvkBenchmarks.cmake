@@ -32,6 +32,7 @@ add_executable(vlvk_bench
   bench/skin_blend_bench.cpp
   bench/smoothers_bench.h
   resource/neutral_colors.h
+  tools/engine/skin_frame.h
 )
 target_link_libraries(vlvk_bench PRIVATE vlvk_objects benchmark::benchmark)
 target_link_options(vlvk_bench PRIVATE 

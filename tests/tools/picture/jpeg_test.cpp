@@ -1,0 +1,106 @@
+/// JPEG in memory: every kind, orientation, profiles, damage.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "tests/tools/tool_support.h"
+#include "tools/engine/beautify.h"
+#include "tools/picture/jpeg.h"
+#include "tools/picture/png.h"
+
+namespace vlvk::tool_test {
+namespace {
+
+Bytes withSegment(const Bytes& jpeg, std::uint8_t marker, const Bytes& data) {
+  const Bytes head{0xFF, 0xD8, 0xFF, marker, 0, static_cast<std::uint8_t>(data.size() + 2)};
+  return head + data + Bytes(jpeg.begin() + 2, jpeg.end());
+}
+
+void expectPixel(const tool::Picture& picture, int x, int y, const Bytes& expected) {
+  for (int c = 0; c < 4; ++c)
+    EXPECT_NEAR(picture.row(y)[x * 4 + c], expected[c], 3) << x << ", " << y << " channel " << c;
+}
+
+// Colours by another decoder. Ink is stored inverted where there is an Adobe marker.
+TEST(Jpeg, EveryKindIsRead) {
+  const Bytes adobe{'A', 'd', 'o', 'b', 'e', 0, 100, 0, 0, 0, 0, 0};
+  const std::pair<Bytes, std::pair<Bytes, Bytes>> kinds[] = {
+      {corpusPicture("progressive_jpg"), {{0, 50, 99, 255}, {218, 12, 61, 255}}},
+      {corpusPicture("gray_ycc_jpg"), {{243, 242, 249, 255}, {179, 178, 185, 255}}},
+      {corpusPicture("gray_exif_jpg"), {{88, 88, 88, 255}, {144, 144, 144, 255}}},
+      {corpusPicture("ycck_jpg"), {{0, 29, 58, 255}, {96, 6, 27, 255}}},
+      {corpusPicture("cmyk_jpg"), {{105, 84, 64, 255}, {21, 135, 107, 255}}},
+      {withSegment(corpusPicture("cmyk_jpg"), 0xEE, adobe), {{0, 29, 58, 255}, {96, 5, 27, 255}}}};
+  for (const auto& [file, colors] : kinds) {
+    const tool::Picture picture = tool::decodeJpeg(file);
+    expectPixel(picture, 0, 0, colors.first);
+    expectPixel(picture, 5, 3, colors.second);
+  }
+}
+
+// Four grey quarters, 32 x 16: 0 and 80 above 160 and 240.
+TEST(Jpeg, PicturesAreTurnedUpright) {
+  tool::Picture quarters(32, 16);
+  for (int i = 0; i < 32 * 16 * 4; ++i)
+    quarters.pixels[i] = static_cast<std::uint8_t>(i % 4 == 3 ? 255 : (i / 64 % 2 + i / 1024 * 2) * 80);
+  const Bytes jpeg = tool::encodeJpeg(quarters, 100);
+  const std::vector<int> upright[] = {{0, 1, 2, 3}, {1, 0, 3, 2}, {3, 2, 1, 0}, {2, 3, 0, 1},
+                                      {0, 2, 1, 3}, {2, 0, 3, 1}, {3, 1, 2, 0}, {1, 3, 0, 2}};
+  Bytes exif = corpusPicture("exif");
+  for (int orientation = 1; orientation <= 8; ++orientation) {
+    exif[19] = static_cast<std::uint8_t>(orientation);
+    const tool::Picture picture = tool::decodeJpeg(withSegment(jpeg, 0xE1, Bytes{'E', 'x', 'i', 'f', 0, 0} + exif));
+    EXPECT_EQ(picture.width, orientation < 5 ? 32 : 16);
+    std::vector<int> read;
+    for (const int y : {picture.height / 4, picture.height * 3 / 4}) {
+      for (const int x : {picture.width / 4, picture.width * 3 / 4})
+        read.push_back((picture.row(y)[x * 4] + 40) / 80);
+    }
+    EXPECT_EQ(read, upright[orientation - 1]) << orientation;
+  }
+}
+
+TEST(Jpeg, TransparencyIsShownOverWhite) {
+  tool::Picture picture(16, 16);
+  for (int i = 0; i < 16 * 16 * 4; ++i)
+    picture.pixels[i] = i % 4 != 3 ? 40 : i % 64 < 32 ? 0 : 255;
+  const Bytes good = tool::encodeJpeg(picture, 100);
+  expectPixel(tool::decodeJpeg(good), 2, 8, {255, 255, 255, 255});
+  expectPixel(tool::decodeJpeg(good), 13, 8, {40, 40, 40, 255});
+  EXPECT_LT(tool::encodeJpeg(picture, 1).size(), good.size());
+}
+
+TEST(Jpeg, ColorProfileGoesAlong) {
+  const tool::Picture picture = tool::decodePng(corpusPicture("rgb_profile_png"));
+  EXPECT_GE(picture.colorProfile.size(), 128U);
+  EXPECT_EQ(tool::decodeJpeg(tool::encodeJpeg(picture, 90)).colorProfile, picture.colorProfile);
+  EXPECT_EQ(tool::decodePng(tool::encodePng(picture)).colorProfile, picture.colorProfile);
+  EXPECT_EQ(tool::beautify(picture, {}).colorProfile, picture.colorProfile);
+}
+
+TEST(Jpeg, DamageAndSizesAreRefused) {
+  const auto refusal = [](const Bytes& file) { return reasonOf([&] { tool::decodeJpeg(file); }); };
+  for (const std::string name : {"progressive_jpg", "gray_ycc_jpg", "ycck_jpg"}) {
+    const Bytes file = corpusPicture(name);
+    for (std::size_t size = 3; size < file.size() - 2; size += 31)
+      expectHolds(refusal({file.begin(), file.begin() + size}), "not a readable JPEG");
+  }
+  const Bytes start{0xFF, 0xC2, 0, 17, 8};  // height and width follow
+  Bytes wide = corpusPicture("progressive_jpg");
+  const auto frame = std::search(wide.begin(), wide.end(), start.begin(), start.end());
+  frame[7] = 0x90;
+  expectHolds(refusal(wide), "too large");
+  // The first scan again and again would keep the program busy.
+  Bytes file = corpusPicture("progressive_jpg");
+  const std::uint8_t marks[2][2] = {{0xFF, 0xDA}, {0xFF, 0xC4}};
+  const auto scan = std::search(file.begin(), file.end(), marks[0], marks[0] + 2);
+  const Bytes first(scan, std::search(scan, file.end(), marks[1], marks[1] + 2));
+  Bytes scans(file.begin(), scan);
+  for (int i = 0; i < 500; ++i)
+    scans = std::move(scans) + first;
+  expectHolds(refusal(std::move(scans) + Bytes(scan, file.end())), "more than 500 scans");
+}
+
+}  // namespace
+}  // namespace vlvk::tool_test
