@@ -152,9 +152,7 @@ if(TARGET vlvk-makeup)
     tests/tools/commands/video_test.cpp
     tests/tools/io/output_file_test.cpp
     tests/tools/options/command_line_test.cpp
-    tests/tools/picture/jpeg_test.cpp
-    tests/tools/picture/metadata_test.cpp
-    tests/tools/picture/png_test.cpp
+    tests/tools/picture/picture_file_test.cpp
     tests/tools/table/cube_file_test.cpp
     tests/tools/table/table_io_test.cpp
     tests/tools/video/progress_test.cpp

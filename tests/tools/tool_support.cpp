@@ -17,14 +17,11 @@
 namespace vlvk::tool_test {
 namespace {
 
-[[noreturn]] void becomeProgram(const Arguments& arguments, const Surroundings& with) {
+[[noreturn]] void becomeProgram(const Arguments& arguments) {
   std::vector<char*> words{const_cast<char*>(VLVK_TOOL_PROGRAM)};  // NOLINT(cppcoreguidelines-pro-type-const-cast)
   for (const std::string& word : arguments)
     words.push_back(const_cast<char*>(word.c_str()));  // NOLINT
   words.push_back(nullptr);
-  if (with.in >= 0) dup2(with.in, STDIN_FILENO);
-  dup2(with.out, STDOUT_FILENO);
-  dup2(with.err, STDERR_FILENO);
   execv(VLVK_TOOL_PROGRAM, words.data());
   _exit(126);
 }
@@ -55,10 +52,10 @@ ProgramRun runProgram(const Arguments& arguments, const Surroundings& surroundin
   std::FILE* err = std::tmpfile();
   const pid_t child = fork();
   if (child == 0) {
-    Surroundings with = surroundings;
-    if (with.out < 0) with.out = fileno(out);
-    if (with.err < 0) with.err = fileno(err);
-    becomeProgram(arguments, with);
+    if (surroundings.in >= 0) dup2(surroundings.in, STDIN_FILENO);
+    dup2(surroundings.out >= 0 ? surroundings.out : fileno(out), STDOUT_FILENO);
+    dup2(fileno(err), STDERR_FILENO);
+    becomeProgram(arguments);
   }
   if (child > 0 && surroundings.meanwhile) surroundings.meanwhile(child);
   int status = 0;
@@ -78,14 +75,6 @@ Image patternImage(int width, int height) {
     byte = static_cast<std::uint8_t>(state >> 24);
   }
   return image;
-}
-
-Image columnsOf(const Image& image, int x, int width) {
-  Image part{width, image.height, {}};
-  for (int y = 0; y < image.height; ++y) {
-    part.pixels.insert(part.pixels.end(), image.at(x, y), image.at(x, y) + static_cast<std::ptrdiff_t>(width) * 4);
-  }
-  return part;
 }
 
 void expectHolds(const std::string& text, const std::string& part) {
@@ -119,33 +108,31 @@ Image readPng(const std::filesystem::path& path) {
   return image;
 }
 
-void writePng(const std::filesystem::path& path, int width, int height, int colorType, int depth,
-              const std::function<int(int x, int y, int channel)>& sample) {
-  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-  png_infop info = png_create_info_struct(png);
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  png_init_io(png, file);
-  png_set_IHDR(png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), depth, colorType,
-               PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-  png_write_info(png, info);
-  for (int y = 0; y < height; ++y) {
-    Bytes row;
-    const int channels = png_get_channels(png, info);
-    for (int i = 0; i < width * channels; ++i) {
-      const int value = sample(i / channels, y, i % channels);
-      if (depth == 16) row.push_back(static_cast<std::uint8_t>(value >> 8));
-      row.push_back(static_cast<std::uint8_t>(value));
-    }
-    png_write_row(png, row.data());
+namespace {
+
+void writePixels(const std::filesystem::path& path, int width, int height, png_uint_32 format, const Bytes& pixels) {
+  png_image png{};
+  png.version = PNG_IMAGE_VERSION;
+  png.width = static_cast<png_uint_32>(width);
+  png.height = static_cast<png_uint_32>(height);
+  png.format = format;
+  if (png_image_write_to_file(&png, path.c_str(), 0, pixels.data(), 0, nullptr) == 0) {
+    throw std::runtime_error(png.message);
   }
-  png_write_end(png, nullptr);
-  png_destroy_write_struct(&png, &info);
-  std::fclose(file);
+}
+
+}  // namespace
+
+void writePng(const std::filesystem::path& path, int width, int height,
+              const std::function<int(int x, int y, int channel)>& sample) {
+  Bytes pixels;
+  for (int i = 0; i < width * height * 3; ++i)
+    pixels.push_back(static_cast<std::uint8_t>(sample(i / 3 % width, i / 3 / width, i % 3)));
+  writePixels(path, width, height, PNG_FORMAT_RGB, pixels);
 }
 
 void writeRgba(const std::filesystem::path& path, const Image& image) {
-  writePng(path, image.width, image.height, PNG_COLOR_TYPE_RGB_ALPHA, 8,
-           [&](int x, int y, int channel) { return image.at(x, y)[channel]; });
+  writePixels(path, image.width, image.height, PNG_FORMAT_RGBA, image.pixels);
 }
 
 void ToolDirectory::SetUp() {

@@ -35,7 +35,6 @@ struct ProgramRun {
 /// What a run meets with.
 struct Surroundings {
   int out = -1;                                    ///< descriptor of its standard output; -1: into ProgramRun::out
-  int err = -1;                                    ///< of its standard error; -1: into ProgramRun::err
   int in = -1;                                     ///< of its standard input; -1: that of the test
   std::function<void(pid_t)> meanwhile = nullptr;  ///< called with the process while it runs
 };
@@ -65,9 +64,6 @@ struct Image {
 /// A picture whose bytes, alpha included, follow a fixed irregular pattern.
 Image patternImage(int width, int height);
 
-/// The part of `image` that starts at column `x`.
-Image columnsOf(const Image& image, int x, int width);
-
 /// Expects that `text` has `part` in it.
 void expectHolds(const std::string& text, const std::string& part);
 
@@ -80,9 +76,8 @@ Bytes corpusPicture(const std::string& name);
 
 Image readPng(const std::filesystem::path& path);
 
-/// @param depth   8 or 16
-/// @param sample  value of a channel at a place, below 1 << depth
-void writePng(const std::filesystem::path& path, int width, int height, int colorType, int depth,
+/// Writes RGB.
+void writePng(const std::filesystem::path& path, int width, int height,
               const std::function<int(int x, int y, int channel)>& sample);
 
 void writeRgba(const std::filesystem::path& path, const Image& image);

@@ -1,6 +1,5 @@
 /// `vlvk-makeup sheet`, run as a process.
 #include <gtest/gtest.h>
-#include <png.h>
 
 #include <algorithm>
 #include <utility>
@@ -34,7 +33,7 @@ Place placeOf(const Image& part, const Image& whole) {
 }
 
 TEST_F(Sheet, CellsAreWhatPhotoMakes) {
-  writePng(path("in.png"), 96, 61, PNG_COLOR_TYPE_RGB, 8,
+  writePng(path("in.png"), 96, 61,
            [](int x, int y, int channel) { return (channel == 0 ? 150 : 110) + (x * 5 + y * 3) % 64 + channel; });
   const Image sheet = run("sheet", {"--cell", "96", "--columns", "radius=40,0,8", "--rows", "soften=1000,70",
                                     "--whiten", "80", "--original"});
@@ -55,7 +54,7 @@ TEST_F(Sheet, CellsAreWhatPhotoMakes) {
 // Each pixel of the detail below is the mean of four, which are far apart.
 TEST_F(Sheet, DetailIsAveraged) {
   const auto mean = [](int x, int y, int channel) { return 40 + (x * 7 + y * 11 + channel * 50) % 160; };
-  writePng(path("in.png"), 200, 100, PNG_COLOR_TYPE_RGB, 8,
+  writePng(path("in.png"), 200, 100,
            [&](int x, int y, int channel) { return mean(x / 2, y / 2, channel) + ((x + y) % 2 == 0 ? 30 : -30); });
   Image expected{80, 20, {}};
   for (int i = 0; i < 80 * 20 * 4; ++i)

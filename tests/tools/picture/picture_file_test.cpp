@@ -1,16 +1,58 @@
-/// JPEG in memory: every kind, orientation, profiles, damage.
+/// Picture files in memory: every kind, orientation, profiles, damage.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "tests/tools/tool_support.h"
 #include "tools/engine/beautify.h"
 #include "tools/picture/jpeg.h"
+#include "tools/picture/metadata.h"
 #include "tools/picture/png.h"
 
 namespace vlvk::tool_test {
 namespace {
+
+using Png = ToolDirectory;
+
+Bytes pixelsOf(const tool::Picture& picture) {
+  return {picture.pixels.get(), picture.pixels.get() + picture.rowBytes() * picture.height};
+}
+
+TEST_F(Png, EveryKindIsRead) {
+  for (const std::string name :
+       {"gray1_png", "ga_png", "palette_interlaced_png", "rgb_png", "rgba_png", "profile_png"}) {
+    const Image expected = readPng(VLVK_CORPUS "/picture/" + name);
+    const tool::Picture picture = tool::decodePng(corpusPicture(name));
+    EXPECT_EQ(picture.width, expected.width) << name;
+    EXPECT_EQ(pixelsOf(picture), expected.pixels) << name;
+    EXPECT_EQ(picture.hasAlpha, name == "ga_png" || name == "palette_interlaced_png" || name == "rgba_png") << name;
+  }
+}
+
+// Not cut off: 0x00FF is 1. The key is a sample at full depth.
+TEST_F(Png, SixteenBitsAreRounded) {
+  const tool::Picture picture = tool::decodePng(corpusPicture("rgb16_png"));
+  for (int i = 0; i < 64 * 8 * 3; ++i) {
+    const int sample = (i / 3 % 64 * 1031 + i / 192 * 64 + i % 3 * 21) & 65535;
+    ASSERT_EQ(picture.row(i / 192)[i / 3 % 64 * 4 + i % 3], (sample + 128) / 257) << "sample " << i;
+  }
+  EXPECT_TRUE(tool::decodePng(corpusPicture("gray16_keyed_png")).hasAlpha);
+}
+
+TEST_F(Png, DamageAndSizesAreRefused) {
+  const auto refusal = [](const Bytes& file) { return reasonOf([&] { tool::decodePng(file); }); };
+  writeRgba(path("rgba.png"), patternImage(20, 20));
+  const Bytes file = readBytes(path("rgba.png"));
+  for (std::size_t size = 8; size < file.size(); size += 97)
+    expectHolds(refusal({file.begin(), file.begin() + size}), "not a readable PNG");
+  Bytes flipped = file;
+  flipped[flipped.size() / 2] ^= 0x10;
+  expectHolds(refusal(flipped), "not a readable PNG");
+  writePng(path("wide.png"), 32769, 1, [](int, int, int) { return 0; });
+  expectHolds(refusal(readBytes(path("wide.png"))), "32769 x 1 pixels is too large");
+}
 
 Bytes withSegment(const Bytes& jpeg, std::uint8_t marker, const Bytes& data) {
   const Bytes head{0xFF, 0xD8, 0xFF, marker, 0, static_cast<std::uint8_t>(data.size() + 2)};
@@ -100,6 +142,32 @@ TEST(Jpeg, DamageAndSizesAreRefused) {
   for (int i = 0; i < 500; ++i)
     scans = std::move(scans) + first;
   expectHolds(refusal(std::move(scans) + Bytes(scan, file.end())), "more than 500 scans");
+}
+
+TEST(Metadata, OrientationOfEitherByteOrderIsRead) {
+  Bytes big = corpusPicture("exif");
+  Bytes little{'I', 'I', 42, 0, 8, 0, 0, 0, 2, 0, 0, 1, 3, 0, 1, 0, 0, 0, 3, 0, 0, 0, 0x12, 1, 3, 0, 1, 0, 0, 0, 6, 0};
+  for (int value = 0; value < 12; ++value) {
+    big[19] = little[30] = static_cast<std::uint8_t>(value);
+    EXPECT_EQ(tool::exifOrientation(big), value < 1 || value > 8 ? 1 : value);
+    EXPECT_EQ(tool::exifOrientation(little), value < 1 || value > 8 ? 1 : value);
+  }
+}
+
+TEST(Metadata, DamagedOrientationIsIgnored) {
+  const Bytes exif = corpusPicture("exif");
+  for (std::size_t size = 0; size < 20; ++size)  // the rest of the entry lies after the end
+    EXPECT_EQ(tool::exifOrientation(std::span(exif).first(size)), 1) << size;
+  EXPECT_EQ(tool::exifOrientation(corpusPicture("exif_far")), 1);
+}
+
+TEST(Metadata, OnlyRgbProfilesAreKept) {
+  Bytes profile(128);
+  for (const std::string space : {"RGB ", "GRAY", "CMYK"}) {
+    std::copy(space.begin(), space.end(), profile.begin() + 16);
+    EXPECT_EQ(tool::isRgbProfile(profile), space == "RGB ");
+    EXPECT_FALSE(tool::isRgbProfile(std::span(profile).first(127)));
+  }
 }
 
 }  // namespace
