@@ -4,8 +4,8 @@
 #include <vlvk/rgb_to_yuv.h>
 #include <vlvk/yuv_to_rgb.h>
 #include "bench/measure.h"
-#include "bench/neutral_colors.h"
 #include "bench/planes.h"
+#include "resource/neutral_colors.h"
 
 namespace vlvk_bench {
 
@@ -35,7 +35,7 @@ void addColorTable(Size size, const vlvk::RowLoops* target) {
   add(std::string("color_table/rows/") + target->name + "/" + size.name(), [=](benchmark::State& state) {
     const ForcedTarget forced(target);
     ConversionPlanes planes(size);
-    NeutralColors colors;
+    vlvk::NeutralColors colors;
     CFastEdgePreserved filter(1, &colors);
     filter.processVideo(planes.nv21.data(), size.width, planes.nv21.data() + planes.chroma, size.width, size.width,
                         size.height, planes.rgba.data(), 4 * size.width, true);  // makes the table

@@ -8,8 +8,8 @@
 #include <vlvk/CFastEdgePreserved.h>
 #include "bench/allocation_counter.h"
 #include "bench/measure.h"
-#include "bench/neutral_colors.h"
 #include "bench/scene.h"
+#include "resource/neutral_colors.h"
 
 namespace vlvk_bench {
 
@@ -44,7 +44,7 @@ struct Run {
 void steadyFrame(benchmark::State& state, const FrameCase& c) {
   const ForcedTarget forced(c.target);
   Run run(c);
-  NeutralColors colors;
+  vlvk::NeutralColors colors;
   CFastEdgePreserved filter(c.threads, &colors);
   filter.radius = c.radius;
   run.process(filter, c);
@@ -64,7 +64,7 @@ void steadyFrame(benchmark::State& state, const FrameCase& c) {
 /// Tables and buffers included, the end of the filter not.
 void firstFrame(benchmark::State& state, const FrameCase& c) {
   Run run(c);
-  NeutralColors colors;
+  vlvk::NeutralColors colors;
   while (state.KeepRunning()) {
     state.PauseTiming();
     run.frame = run.original;
@@ -82,7 +82,7 @@ void firstFrame(benchmark::State& state, const FrameCase& c) {
 /// What a thousand steady frames take from the heap.
 void steadyMemory(benchmark::State& state, const FrameCase& c) {
   Run run(c);
-  NeutralColors colors;
+  vlvk::NeutralColors colors;
   CFastEdgePreserved filter(c.threads, &colors);
   for (int i = 0; i < 50; ++i)  // until the stacks of threads are kept as well
     run.process(filter, c);

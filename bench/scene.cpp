@@ -4,28 +4,17 @@
 #include <algorithm>
 #include <random>
 
+#include "tools/engine/skin_frame.h"
+
 #ifdef VLVK_BENCH_PORTRAIT
 #include <vlvk/rgb_to_yuv.h>
-#include "tools/picture/picture_file.h"
+#include "tools/commands/files.h"
 #endif
 
 namespace vlvk_bench {
 
 Nv21Frame skinFrame(Size size) {
-  std::mt19937 random(1);
-  Nv21Frame frame;
-  frame.reserve(size.pixels() * 3 / 2);
-  for (int y = 0; y < size.height; ++y) {
-    for (int x = 0; x < size.width; ++x) {
-      frame.push_back(
-          static_cast<std::uint8_t>(90 + x * 60 / size.width + y * 40 / size.height + static_cast<int>(random() % 24)));
-    }
-  }
-  for (std::size_t i = 0; i < size.pixels() / 4; ++i) {
-    frame.push_back(static_cast<std::uint8_t>(151 + random() % 8));  // V
-    frame.push_back(static_cast<std::uint8_t>(106 + random() % 8));  // U
-  }
-  return frame;
+  return vlvk::tool::skinFrame(size.width, size.height);
 }
 
 std::vector<std::uint8_t> lumaPlane(Size size, int contextRows) {

@@ -23,7 +23,6 @@ add_executable(vlvk_bench
   bench/line_mean_bench.cpp
   bench/main.cpp
   bench/measure.h
-  bench/neutral_colors.h
   bench/options.h
   bench/planes.h
   bench/reference_filter_bench.cpp
@@ -32,6 +31,8 @@ add_executable(vlvk_bench
   bench/scene.h
   bench/skin_blend_bench.cpp
   bench/smoothers_bench.h
+  resource/neutral_colors.h
+  tools/engine/skin_frame.h
 )
 target_link_libraries(vlvk_bench PRIVATE vlvk_objects benchmark::benchmark)
 target_link_options(vlvk_bench PRIVATE 

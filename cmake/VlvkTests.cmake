@@ -149,20 +149,26 @@ endif()
 # The desktop program, run as a process, where it is built.
 if(TARGET vlvk-makeup)
   add_executable(vlvk_tool_tests
-    tests/tools/cube_test.cpp
-    tests/tools/tool_directory.cpp
-    tests/tools/tool_directory.h
-    tests/tools/photo_test.cpp
-    tests/tools/program_test.cpp
-    tests/tools/sheet_test.cpp
+    resource/neutral_colors.h
+    tests/tools/commands/bench_test.cpp
+    tests/tools/commands/photo_test.cpp
+    tests/tools/commands/sheet_test.cpp
+    tests/tools/commands/table_test.cpp
+    tests/tools/commands/video_test.cpp
+    tests/tools/io/output_file_test.cpp
+    tests/tools/options/command_line_test.cpp
+    tests/tools/picture/picture_file_test.cpp
+    tests/tools/table/cube_file_test.cpp
+    tests/tools/table/table_io_test.cpp
+    tests/tools/video/progress_test.cpp
+    tests/tools/video/y4m_test.cpp
     tests/tools/tool_support.cpp
     tests/tools/tool_support.h
-    tests/tools/table_test.cpp
-    tests/tools/video_test.cpp
   )
   target_compile_definitions(vlvk_tool_tests PRIVATE
     VLVK_TOOL_PROGRAM="$<TARGET_FILE:vlvk-makeup>"
-    VLVK_SAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/samples")
+    VLVK_SAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/samples"
+    VLVK_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/fuzz/corpus")
   target_link_libraries(vlvk_tool_tests PRIVATE vlvk_tool GTest::gtest GTest::gtest_main)
   add_dependencies(vlvk_tool_tests vlvk-makeup)
   vlvk_set_test_flags(vlvk_tool_tests)

@@ -32,71 +32,62 @@ endif()
 
 add_library(vlvk_tool STATIC
   tools/commands/bench.cpp
-  tools/commands/bench.h
+  tools/commands/canvas.cpp
+  tools/commands/canvas.h
+  tools/commands/commands.h
+  tools/commands/files.cpp
+  tools/commands/files.h
   tools/commands/photo.cpp
-  tools/commands/photo.h
   tools/commands/sheet.cpp
-  tools/commands/sheet.h
-  tools/commands/sheet_canvas.cpp
-  tools/commands/sheet_canvas.h
-  tools/commands/sheet_options.cpp
-  tools/commands/sheet_options.h
   tools/commands/table.cpp
-  tools/commands/table.h
   tools/commands/video.cpp
-  tools/commands/video.h
   tools/engine/beautify.cpp
   tools/engine/beautify.h
+  tools/engine/engine.cpp
+  tools/engine/engine.h
   tools/engine/nv21_frame.cpp
   tools/engine/nv21_frame.h
+  tools/engine/skin_frame.h
   tools/engine/weight_map.cpp
-  tools/engine/weight_map.h
-  tools/io/error.h
-  tools/io/error_line.cpp
-  tools/io/error_line.h
   tools/io/input_file.cpp
   tools/io/input_file.h
   tools/io/input_stream.cpp
   tools/io/input_stream.h
   tools/io/interrupt.cpp
   tools/io/interrupt.h
+  tools/io/messages.cpp
+  tools/io/messages.h
   tools/io/output_file.cpp
   tools/io/output_file.h
-  tools/io/standard_output.cpp
-  tools/io/standard_output.h
-  tools/options/look.cpp
-  tools/options/look.h
-  tools/options/look_options.cpp
-  tools/options/look_options.h
-  tools/options/number_option.cpp
-  tools/options/number_option.h
-  tools/options/size_option.cpp
-  tools/options/size_option.h
-  tools/options/target.cpp
-  tools/options/target.h
-  tools/picture/exif_orientation.cpp
-  tools/picture/exif_orientation.h
-  tools/picture/jpeg_file.cpp
-  tools/picture/jpeg_file.h
+  tools/options/command_line.cpp
+  tools/options/options.h
+  tools/options/values.cpp
+  tools/options/values.h
+  tools/picture/frame_size.cpp
+  tools/picture/frame_size.h
+  tools/picture/jpeg.cpp
+  tools/picture/jpeg.h
+  tools/picture/metadata.cpp
+  tools/picture/metadata.h
   tools/picture/picture.cpp
   tools/picture/picture.h
   tools/picture/picture_file.cpp
   tools/picture/picture_file.h
-  tools/picture/png_file.cpp
-  tools/picture/png_file.h
+  tools/picture/png.cpp
+  tools/picture/png.h
   tools/table/color_cube.cpp
   tools/table/color_cube.h
   tools/table/cube_file.cpp
   tools/table/cube_file.h
-  tools/table/table_file.cpp
-  tools/table/table_file.h
-  tools/table/table_formats.cpp
-  tools/table/table_formats.h
-  tools/table/table_picture.cpp
-  tools/table/table_picture.h
+  tools/table/cube_parser.cpp
+  tools/table/lut_picture.cpp
+  tools/table/lut_picture.h
+  tools/table/table_io.cpp
+  tools/table/table_io.h
+  tools/table/vlk_file.cpp
+  tools/table/vlk_file.h
   tools/video/frame_pipe.cpp
   tools/video/frame_pipe.h
-  tools/video/frame_queue.h
   tools/video/frame_records.cpp
   tools/video/frame_records.h
   tools/video/frame_stream.cpp
@@ -108,7 +99,8 @@ add_library(vlvk_tool STATIC
   tools/video/y4m.cpp
   tools/video/y4m.h
 )
-target_link_libraries(vlvk_tool PUBLIC vlvk_objects CLI11::CLI11 PNG::PNG JPEG::JPEG ZLIB::ZLIB ${VLVK_GD_LIBRARY})
+target_link_libraries(vlvk_tool PUBLIC vlvk_objects PNG::PNG JPEG::JPEG ZLIB::ZLIB
+  PRIVATE CLI11::CLI11 ${VLVK_GD_LIBRARY})
 target_include_directories(vlvk_tool SYSTEM PRIVATE ${VLVK_GD_INCLUDE_DIR})
 vlvk_set_flags(vlvk_tool)
 

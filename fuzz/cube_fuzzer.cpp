@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "fuzz/check.h"
-#include "tools/io/error.h"
+#include "tools/io/messages.h"
 #include "tools/table/color_cube.h"
 #include "tools/table/cube_file.h"
 
@@ -49,7 +49,7 @@ void checkCube(const ColorCube& cube) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   vlvk::tool::isCubeText({data, size});
   try {
-    checkCube(vlvk::tool::parseCube({reinterpret_cast<const char*>(data), size}));
+    checkCube(vlvk::tool::parseCube({data, size}));
   } catch (const vlvk::tool::Error& error) {
     const std::string_view text = error.what();
     fuzz::check(text.starts_with("line "), "an error without its line");

@@ -1,4 +1,4 @@
-/// Picture files through the program's decoders: a picture without a byte that nobody wrote, or an error.
+/// Picture files through the program's decoders: a picture of which every byte was written, or an error.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "fuzz/check.h"
-#include "tools/io/error.h"
-#include "tools/picture/exif_orientation.h"
-#include "tools/picture/jpeg_file.h"
+#include "tools/io/messages.h"
+#include "tools/picture/jpeg.h"
+#include "tools/picture/metadata.h"
 #include "tools/picture/picture.h"
-#include "tools/picture/png_file.h"
+#include "tools/picture/png.h"
 
 #ifdef VLVK_FUZZING_ENGINE
 #include <zlib.h>
@@ -94,7 +94,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::check(first.has_value() == second.has_value(), "read only sometimes");
   if (!first) return 0;
   fuzz::check(first->width > 0 && first->height > 0, "a picture without pixels");
-  fuzz::check(same(*first, *second), "pixels that nobody wrote");
+  fuzz::check(same(*first, *second), "pixels that were never written");
   if (bytesOf(*first) < 100000) checkWriting(*first);
   return 0;
 }

@@ -9,10 +9,9 @@
 
 #include "fuzz/check.h"
 #include "fuzz/input.h"
-#include "fuzz/memory_file.h"
 #include "resource/resource_file.h"
-#include "tools/io/error.h"
-#include "tools/table/table_file.h"
+#include "tools/io/messages.h"
+#include "tools/table/table_io.h"
 
 namespace {
 
@@ -52,21 +51,19 @@ void checkScrambling(const Bytes& payload) {
 }
 
 void checkTable(const Bytes& file) {
-  const fuzz::MemoryFile memory(file);
-  const std::string path = memory.path();
   const bool hasHeader = file.size() >= kResourceHeaderSize;
   const std::int32_t stated = hasHeader ? statedSize(file) : -1;
   constexpr std::ptrdiff_t kWhole = std::ptrdiff_t{kResourceHeaderSize} + kMaxResourcePayload;
   try {
-    const vlvk::tool::Table table = vlvk::tool::readTable(path);
+    const vlvk::tool::VlkTable table = vlvk::tool::parseResource(file);
     fuzz::check(hasHeader && stated == kMaxResourcePayload && std::ssize(file) >= kWhole,
                 "a table that is none was taken");
     const Bytes payload(file.begin() + kResourceHeaderSize, file.begin() + kWhole);
     fuzz::check(table.picture == unscrambled(payload), "a table was read wrongly");
-    fuzz::check(!vlvk::tool::describe(path, table).empty(), "a table has no description");
+    fuzz::check(!vlvk::tool::describe(table).empty(), "a table has no description");
   } catch (const vlvk::tool::Error& error) {
     const std::string text = error.what();
-    fuzz::check(text.starts_with(path + ": "), "an error does not name its file");
+    fuzz::check(text.starts_with("not a "), "an error without its reason");
     fuzz::check(std::none_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c > 0x7E; }),
                 "an error is not one plain line");
   }

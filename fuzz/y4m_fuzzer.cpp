@@ -1,5 +1,8 @@
 /// Streams of frames, with headers and without: what is read, made ready for the engine and back is the stream again,
 /// up to where it breaks.
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -9,9 +12,8 @@
 #include <vector>
 
 #include "fuzz/check.h"
-#include "fuzz/memory_file.h"
-#include "tools/io/error.h"
-#include "tools/picture/picture.h"
+#include "tools/io/messages.h"
+#include "tools/picture/frame_size.h"
 #include "tools/video/frame_stream.h"
 #include "tools/video/video_frame.h"
 
@@ -21,6 +23,27 @@ using vlvk::tool::ChromaLayout;
 using vlvk::tool::FrameSize;
 using vlvk::tool::RawFrames;
 using vlvk::tool::VideoFrame;
+
+/// An input as a file, which exists in memory only.
+class MemoryFile {
+ public:
+  explicit MemoryFile(std::span<const std::uint8_t> bytes) : descriptor_(memfd_create("input", MFD_CLOEXEC)) {
+    fuzz::check(descriptor_ >= 0, "no file in memory");
+    for (std::size_t done = 0; done < bytes.size();) {
+      const ssize_t count = ::write(descriptor_, bytes.data() + done, bytes.size() - done);
+      fuzz::check(count > 0, "no room for a file in memory");
+      done += static_cast<std::size_t>(count);
+    }
+  }
+  MemoryFile(const MemoryFile&) = delete;
+  MemoryFile& operator=(const MemoryFile&) = delete;
+  ~MemoryFile() { ::close(descriptor_); }
+
+  std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+
+ private:
+  int descriptor_;
+};
 
 constexpr std::uint64_t kMaxFrame = 1U << 20;  // larger ones are slow and end early all the same
 
@@ -67,7 +90,7 @@ std::vector<std::uint8_t> readFrames(vlvk::tool::FrameReader* reader) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::optional<RawFrames> raw = rawFramesOf({data, size});
   const std::span<const std::uint8_t> stream = std::span(data, size).subspan(raw ? 1 : 0);
-  const fuzz::MemoryFile file(stream);
+  const MemoryFile file(stream);
   try {
     vlvk::tool::FrameReader reader(file.path(), raw);
     const auto [width, height] = reader.size();

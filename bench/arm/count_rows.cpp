@@ -18,7 +18,7 @@
 #include <vlvk/rgb_to_yuv.h>
 #include <vlvk/skin_blend.h>
 #include <vlvk/yuv_to_rgb.h>
-#include "bench/neutral_colors.h"
+#include "resource/neutral_colors.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ struct Scene {
   std::vector<std::uint8_t> rgba = std::vector<std::uint8_t>(kPixels * 4);
   std::vector<std::uint16_t> sums = std::vector<std::uint16_t>(kWidth);
   std::vector<std::uint32_t> squares = std::vector<std::uint32_t>(kWidth);
-  vlvk_bench::NeutralColors colors;
+  vlvk::NeutralColors colors;
   CFastEdgePreserved filter{1, &colors};
 
   Scene() {

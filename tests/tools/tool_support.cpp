@@ -1,17 +1,14 @@
-/// Child processes, and plain use of libpng and libjpeg. A picture that cannot be made ends the test program.
+/// See tool_support.h. A picture that cannot be made ends the test program.
 #include "tests/tools/tool_support.h"
 
-#include <fcntl.h>
 #include <png.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
-#include <cstdio>  // jpeglib.h needs FILE and size_t declared before it
-
-#include <jpeglib.h>
-
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -20,16 +17,11 @@
 namespace vlvk::tool_test {
 namespace {
 
-[[noreturn]] void becomeProgram(const std::vector<std::string>& arguments, const Surroundings& with) {
+[[noreturn]] void becomeProgram(const Arguments& arguments) {
   std::vector<char*> words{const_cast<char*>(VLVK_TOOL_PROGRAM)};  // NOLINT(cppcoreguidelines-pro-type-const-cast)
   for (const std::string& word : arguments)
     words.push_back(const_cast<char*>(word.c_str()));  // NOLINT
   words.push_back(nullptr);
-  const rlimit limit{with.fileLimit, with.fileLimit};
-  if (with.fileLimit != 0) setrlimit(RLIMIT_FSIZE, &limit);
-  if (with.in >= 0) dup2(with.in, STDIN_FILENO);
-  dup2(with.out, STDOUT_FILENO);
-  dup2(with.err, STDERR_FILENO);
   execv(VLVK_TOOL_PROGRAM, words.data());
   _exit(126);
 }
@@ -43,55 +35,27 @@ std::string textOf(std::FILE* file) {
   return text;
 }
 
-void setPalette(png_structp png, png_infop info, int entries, bool keyed) {
-  std::vector<png_color> palette;
-  Bytes alpha;
-  for (int i = 0; i < entries; ++i) {
-    palette.push_back({static_cast<png_byte>(i), static_cast<png_byte>(255 - i), static_cast<png_byte>(3 * i)});
-    alpha.push_back(static_cast<png_byte>(255 - i));
-  }
-  png_set_PLTE(png, info, palette.data(), entries);
-  if (keyed) png_set_tRNS(png, info, alpha.data(), entries, nullptr);
-}
-
-// Samples of one row, packed to `depth` bits, big-endian.
-Bytes packedRow(int width, int depth, int channels, const std::function<int(int, int)>& sample) {
-  Bytes row((static_cast<std::size_t>(width) * channels * depth + 7) / 8);
-  for (int i = 0; i < width * channels; ++i) {
-    const int value = sample(i / channels, i % channels);
-    for (int bit = 0; bit < depth; ++bit) {
-      const std::size_t position = static_cast<std::size_t>(i) * depth + bit;
-      row[position / 8] |= static_cast<std::uint8_t>((value >> (depth - 1 - bit) & 1) << (7 - position % 8));
-    }
-  }
-  return row;
-}
-
-void configure(jpeg_compress_struct* codec, const JpegKind& kind) {
-  codec->input_components = kind.channels;
-  codec->in_color_space = kind.space == JCS_YCCK ? JCS_CMYK : static_cast<J_COLOR_SPACE>(kind.space);
-  jpeg_set_defaults(codec);
-  if (kind.space == JCS_YCCK) jpeg_set_colorspace(codec, JCS_YCCK);
-  jpeg_set_quality(codec, 100, TRUE);
-  if (kind.progressive) jpeg_simple_progression(codec);
-  codec->write_Adobe_marker = kind.adobe ? codec->write_Adobe_marker : FALSE;
-  for (int c = 0; c < codec->num_components; ++c) {
-    codec->comp_info[c].h_samp_factor = 1;
-    codec->comp_info[c].v_samp_factor = 1;
-  }
-}
-
 }  // namespace
 
-ProgramRun runProgram(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
+Arguments operator+(Arguments left, const Arguments& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
+
+Bytes operator+(Bytes left, const Bytes& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
+
+ProgramRun runProgram(const Arguments& arguments, const Surroundings& surroundings) {
   std::FILE* out = std::tmpfile();
   std::FILE* err = std::tmpfile();
   const pid_t child = fork();
   if (child == 0) {
-    Surroundings with = surroundings;
-    if (with.out < 0) with.out = fileno(out);
-    if (with.err < 0) with.err = fileno(err);
-    becomeProgram(arguments, with);
+    if (surroundings.in >= 0) dup2(surroundings.in, STDIN_FILENO);
+    dup2(surroundings.out >= 0 ? surroundings.out : fileno(out), STDOUT_FILENO);
+    dup2(fileno(err), STDERR_FILENO);
+    becomeProgram(arguments);
   }
   if (child > 0 && surroundings.meanwhile) surroundings.meanwhile(child);
   int status = 0;
@@ -101,11 +65,6 @@ ProgramRun runProgram(const std::vector<std::string>& arguments, const Surroundi
   }
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, WIFSIGNALED(status) ? WTERMSIG(status) : 0,
           static_cast<std::uint64_t>(usage.ru_maxrss) * 1024, textOf(out), textOf(err)};
-}
-
-int channelsOf(int colorType) {
-  if (colorType == PNG_COLOR_TYPE_PALETTE) return 1;
-  return ((colorType & PNG_COLOR_MASK_COLOR) != 0 ? 3 : 1) + ((colorType & PNG_COLOR_MASK_ALPHA) != 0 ? 1 : 0);
 }
 
 Image patternImage(int width, int height) {
@@ -118,12 +77,12 @@ Image patternImage(int width, int height) {
   return image;
 }
 
-Image columnsOf(const Image& image, int x, int width) {
-  Image part{width, image.height, {}};
-  for (int y = 0; y < image.height; ++y) {
-    part.pixels.insert(part.pixels.end(), image.at(x, y), image.at(x, y) + static_cast<std::ptrdiff_t>(width) * 4);
-  }
-  return part;
+void expectHolds(const std::string& text, const std::string& part) {
+  EXPECT_NE(text.find(part), std::string::npos) << part << " is not in: " << text;
+}
+
+Bytes bytesOf(const std::string& text) {
+  return {text.begin(), text.end()};
 }
 
 Bytes readBytes(const std::filesystem::path& path) {
@@ -133,6 +92,10 @@ Bytes readBytes(const std::filesystem::path& path) {
 
 void writeBytes(const std::filesystem::path& path, const Bytes& bytes) {
   std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
+}
+
+Bytes corpusPicture(const std::string& name) {
+  return readBytes(std::filesystem::path(VLVK_CORPUS) / "picture" / name);
 }
 
 Image readPng(const std::filesystem::path& path) {
@@ -145,71 +108,68 @@ Image readPng(const std::filesystem::path& path) {
   return image;
 }
 
-void writePng(const std::filesystem::path& path, int width, int height, const PngKind& kind,
+namespace {
+
+void writePixels(const std::filesystem::path& path, int width, int height, png_uint_32 format, const Bytes& pixels) {
+  png_image png{};
+  png.version = PNG_IMAGE_VERSION;
+  png.width = static_cast<png_uint_32>(width);
+  png.height = static_cast<png_uint_32>(height);
+  png.format = format;
+  if (png_image_write_to_file(&png, path.c_str(), 0, pixels.data(), 0, nullptr) == 0) {
+    throw std::runtime_error(png.message);
+  }
+}
+
+}  // namespace
+
+void writePng(const std::filesystem::path& path, int width, int height,
               const std::function<int(int x, int y, int channel)>& sample) {
-  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-  png_infop info = png_create_info_struct(png);
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  png_init_io(png, file);
-  png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
-  png_set_IHDR(png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), kind.depth, kind.colorType,
-               kind.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
-               PNG_FILTER_TYPE_DEFAULT);
-  const png_color_16 key{0, 1, 1, 1, 1};
-  if (kind.colorType == PNG_COLOR_TYPE_PALETTE) {
-    setPalette(png, info, 1 << kind.depth, kind.keyed);
-  } else if (kind.keyed) {
-    png_set_tRNS(png, info, nullptr, 0, &key);
-  }
-  if (!kind.profile.empty()) {
-    png_set_iCCP(png, info, "test", 0, kind.profile.data(), static_cast<png_uint_32>(kind.profile.size()));
-  }
-  png_write_info(png, info);
-  for (int passes = png_set_interlace_handling(png); passes > 0; --passes) {
-    for (int y = 0; y < height; ++y) {
-      const auto value = [&](int x, int channel) { return sample(x, y, channel); };
-      png_write_row(png, packedRow(width, kind.depth, channelsOf(kind.colorType), value).data());
-    }
-  }
-  png_write_end(png, nullptr);
-  png_destroy_write_struct(&png, &info);
-  std::fclose(file);
+  Bytes pixels;
+  for (int i = 0; i < width * height * 3; ++i)
+    pixels.push_back(static_cast<std::uint8_t>(sample(i / 3 % width, i / 3 / width, i % 3)));
+  writePixels(path, width, height, PNG_FORMAT_RGB, pixels);
 }
 
 void writeRgba(const std::filesystem::path& path, const Image& image) {
-  writePng(path, image.width, image.height, {PNG_COLOR_TYPE_RGB_ALPHA, 8},
-           [&](int x, int y, int channel) { return image.at(x, y)[channel]; });
+  writePixels(path, image.width, image.height, PNG_FORMAT_RGBA, image.pixels);
 }
 
-void writeJpeg(const std::filesystem::path& path, int width, int height, const JpegKind& kind,
-               const std::function<int(int x, int y, int channel)>& sample) {
-  jpeg_compress_struct codec{};
-  jpeg_error_mgr errors{};
-  codec.err = jpeg_std_error(&errors);
-  jpeg_create_compress(&codec);
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  jpeg_stdio_dest(&codec, file);
-  codec.image_width = static_cast<JDIMENSION>(width);
-  codec.image_height = static_cast<JDIMENSION>(height);
-  configure(&codec, kind);
-  jpeg_start_compress(&codec, TRUE);
-  if (!kind.exif.empty()) {
-    Bytes marker{'E', 'x', 'i', 'f', 0, 0};
-    marker.insert(marker.end(), kind.exif.begin(), kind.exif.end());
-    jpeg_write_marker(&codec, JPEG_APP0 + 1, marker.data(), static_cast<unsigned int>(marker.size()));
+void ToolDirectory::SetUp() {
+  std::string name = (std::filesystem::temp_directory_path() / "vlvk-test-XXXXXX").string();
+  ASSERT_NE(mkdtemp(name.data()), nullptr);
+  directory_ = name;
+}
+
+void ToolDirectory::TearDown() {
+  std::filesystem::remove_all(directory_);
+}
+
+std::map<std::filesystem::path, Bytes> ToolDirectory::contents() const {
+  std::map<std::filesystem::path, Bytes> files;
+  for (const auto& entry : std::filesystem::directory_iterator(directory_)) {
+    files[entry.path()] = entry.is_regular_file() ? readBytes(entry.path()) : Bytes{};
   }
-  if (!kind.profile.empty()) {
-    jpeg_write_icc_profile(&codec, kind.profile.data(), static_cast<unsigned int>(kind.profile.size()));
-  }
-  for (int y = 0; y < height; ++y) {
-    const auto value = [&](int x, int channel) { return sample(x, y, channel); };
-    Bytes row = packedRow(width, 8, kind.channels, value);
-    JSAMPROW rows = row.data();
-    jpeg_write_scanlines(&codec, &rows, 1);
-  }
-  jpeg_finish_compress(&codec);
-  jpeg_destroy_compress(&codec);
-  std::fclose(file);
+  return files;
+}
+
+void ToolDirectory::expectDone(const Arguments& arguments) {
+  const ProgramRun run = runProgram(arguments);
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.out + run.err, "");
+}
+
+void ToolDirectory::expectRefused(const Arguments& arguments, const std::string& text,
+                                  const Surroundings& surroundings) const {
+  const auto before = contents();
+  const ProgramRun run = runProgram(arguments, surroundings);
+  EXPECT_GT(run.exitCode, 0);
+  EXPECT_EQ(run.out, "");
+  EXPECT_LT(run.peakMemory, std::uint64_t{600} << 20);  // a sanitizer's own included; less than the largest picture has
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  EXPECT_TRUE(run.err.ends_with('\n')) << run.err;
+  expectHolds(run.err, text);
+  EXPECT_TRUE(contents() == before) << "files changed after: " << run.err;
 }
 
 }  // namespace vlvk::tool_test

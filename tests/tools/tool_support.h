@@ -1,18 +1,27 @@
-/// What tests of the desktop program need: running it, and making and reading picture files without its own code.
+/// What tests of the desktop program need: running it in a directory of its own, what a refusal must look like, and
+/// making and reading picture files without its own code.
 #ifndef VLVK_TESTS_TOOLS_TOOL_SUPPORT_H
 #define VLVK_TESTS_TOOLS_TOOL_SUPPORT_H
 
+#include <gtest/gtest.h>
 #include <sys/types.h>
 
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
+
+#include "tools/io/messages.h"
 
 namespace vlvk::tool_test {
 
 using Bytes = std::vector<std::uint8_t>;
+using Arguments = std::vector<std::string>;
+
+Arguments operator+(Arguments left, const Arguments& right);
+Bytes operator+(Bytes left, const Bytes& right);
 
 /// A run of the program.
 struct ProgramRun {
@@ -25,14 +34,23 @@ struct ProgramRun {
 
 /// What a run meets with.
 struct Surroundings {
-  std::uint64_t fileLimit = 0;  ///< bytes that the program may write to one file; 0: as many as it likes
-  int out = -1;                 ///< descriptor that is its standard output; -1: a file, for ProgramRun::out
-  int err = -1;                 ///< likewise, for ProgramRun::err
-  int in = -1;                  ///< descriptor that is its standard input; -1: that of the test
+  int out = -1;                                    ///< descriptor of its standard output; -1: into ProgramRun::out
+  int in = -1;                                     ///< of its standard input; -1: that of the test
   std::function<void(pid_t)> meanwhile = nullptr;  ///< called with the process while it runs
 };
 
-ProgramRun runProgram(const std::vector<std::string>& arguments, const Surroundings& surroundings = {});
+ProgramRun runProgram(const Arguments& arguments, const Surroundings& surroundings = {});
+
+/// The reason why `work` of the program's code fails.
+template <typename Work>
+std::string reasonOf(const Work& work) {
+  try {
+    work();
+  } catch (const tool::Error& error) {
+    return error.what();
+  }
+  return "none";
+}
 
 /// An RGBA picture.
 struct Image {
@@ -46,44 +64,42 @@ struct Image {
 /// A picture whose bytes, alpha included, follow a fixed irregular pattern.
 Image patternImage(int width, int height);
 
-/// The part of `image` that starts at column `x`.
-Image columnsOf(const Image& image, int x, int width);
+/// Expects that `text` has `part` in it.
+void expectHolds(const std::string& text, const std::string& part);
 
+Bytes bytesOf(const std::string& text);
 Bytes readBytes(const std::filesystem::path& path);
 void writeBytes(const std::filesystem::path& path, const Bytes& bytes);
 
+/// A file of the corpus of pictures.
+Bytes corpusPicture(const std::string& name);
+
 Image readPng(const std::filesystem::path& path);
 
-/// A PNG of any kind.
-struct PngKind {
-  int colorType;  ///< PNG_COLOR_TYPE_...
-  int depth;
-  bool interlaced = false;
-  bool keyed = false;  ///< tRNS: palette entry i has alpha 255 - i; the key of other kinds is sample value 1
-  Bytes profile = {};
-};
-
-/// Samples of a pixel.
-int channelsOf(int colorType);
-
-/// @param sample  value of a channel at a place, below 1 << depth; palette entry i is (i, 255 - i, 3 i)
-void writePng(const std::filesystem::path& path, int width, int height, const PngKind& kind,
+/// Writes RGB.
+void writePng(const std::filesystem::path& path, int width, int height,
               const std::function<int(int x, int y, int channel)>& sample);
 
 void writeRgba(const std::filesystem::path& path, const Image& image);
 
-/// A JPEG of quality 100 without chroma reduction.
-struct JpegKind {
-  int space;  ///< J_COLOR_SPACE of samples and file; YCCK takes CMYK samples
-  int channels;
-  bool adobe = true;
-  bool progressive = false;
-  Bytes exif = {};  ///< from the byte order mark on
-  Bytes profile = {};
-};
+class ToolDirectory : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
 
-void writeJpeg(const std::filesystem::path& path, int width, int height, const JpegKind& kind,
-               const std::function<int(int x, int y, int channel)>& sample);
+  /// The name of a file inside the directory.
+  std::string path(const std::string& name) const { return (directory_ / name).string(); }
+
+  std::map<std::filesystem::path, Bytes> contents() const;
+
+  /// Runs the program and expects success without a word.
+  static void expectDone(const Arguments& arguments);
+
+  /// Expects failure, one line that holds `text`, every file as it was, and memory for no more than was read.
+  void expectRefused(const Arguments& arguments, const std::string& text, const Surroundings& surroundings = {}) const;
+
+  std::filesystem::path directory_;
+};
 
 }  // namespace vlvk::tool_test
 

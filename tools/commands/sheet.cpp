@@ -1,43 +1,20 @@
-/// Options, layout and course of the command `sheet`.
-#include "tools/commands/sheet.h"
-
-#include <CLI/CLI.hpp>
+/// The command `sheet`: layout and drawing.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <optional>
 #include <string>
 
-#include "tools/commands/sheet_canvas.h"
-#include "tools/commands/sheet_options.h"
+#include "tools/commands/canvas.h"
+#include "tools/commands/commands.h"
+#include "tools/commands/files.h"
 #include "tools/engine/beautify.h"
-#include "tools/io/error.h"
-#include "tools/options/look.h"
-#include "tools/options/look_options.h"
-#include "tools/options/number_option.h"
-#include "tools/options/target.h"
-#include "tools/picture/picture_file.h"
+#include "tools/io/messages.h"
 
 namespace vlvk::tool {
 namespace {
 
 constexpr int kGap = 6;
-constexpr int kLeastCell = 80;  // holds the longest label
 constexpr std::int64_t kMaxSheetPixels = 100'000'000;
-constexpr const char* kDefaultColumns = "whiten=0,25,50,75,100";
-constexpr const char* kDefaultRows = "soften=0,250,500,1000";
-
-struct SheetOptions {
-  std::string in;
-  std::string out;
-  SheetAxis columns = readAxis("--columns", kDefaultColumns);
-  SheetAxis rows = readAxis("--rows", kDefaultRows);
-  LookOptions look;
-  std::optional<Region> crop;
-  int cell = 240;
-  bool original = false;
-};
 
 int textLength(const std::string& text) {
   return SheetCanvas::letterWidth() * static_cast<int>(text.size());
@@ -90,21 +67,21 @@ Region shownPart(const SheetOptions& options, const Picture& picture) {
   const Region& part = *options.crop;
   if (part.width > picture.width || part.x > picture.width - part.width || part.height > picture.height ||
       part.y > picture.height - part.height) {
-    throw Error(options.in, "the part of --crop reaches beyond the picture of " + std::to_string(picture.width) +
-                                " x " + std::to_string(picture.height) + " pixels");
+    throw Error("the part of --crop reaches beyond the picture of " + std::to_string(picture.width) + " x " +
+                std::to_string(picture.height) + " pixels");
   }
   return part;
 }
 
-void checkSheetSize(const Layout& layout, const std::string& out) {
+void checkSheetSize(const Layout& layout) {
   constexpr auto kMaxSheetSide = static_cast<std::int64_t>(kMaxSide);
   if (layout.width <= kMaxSheetSide && layout.height <= kMaxSheetSide &&
       layout.width * layout.height <= kMaxSheetPixels) {
     return;
   }
-  throw Error(out, "the sheet would have " + std::to_string(layout.width) + " x " + std::to_string(layout.height) +
-                       " pixels, at most " + std::to_string(kMaxSheetSide) + " on a side and " +
-                       std::to_string(kMaxSheetPixels / 1000000) + " megapixels are written; make --cell smaller");
+  throw Error("the sheet would have " + std::to_string(layout.width) + " x " + std::to_string(layout.height) +
+              " pixels, at most " + std::to_string(kMaxSheetSide) + " on a side and " +
+              std::to_string(kMaxSheetPixels / 1000000) + " megapixels are written; make --cell smaller");
 }
 
 void writeLabels(const SheetOptions& options, const Layout& layout, SheetCanvas* canvas) {
@@ -143,78 +120,26 @@ void drawCells(const SheetOptions& options, const Layout& layout, const Picture&
   }
 }
 
-Picture sheetOf(const SheetOptions& options) {
-  const Picture original = readPicture(options.in);
-  const Look look = options.look.look();
-  const Region shown = shownPart(options, original);
-  const Layout layout(options, shown);
-  checkSheetSize(layout, options.out);
-  try {
-    SheetCanvas canvas(static_cast<int>(layout.width), static_cast<int>(layout.height));
-    writeLabels(options, layout, &canvas);
-    drawCells(options, layout, original, shown, look, &canvas);
-    Picture sheet = canvas.picture();
-    sheet.colorProfile = original.colorProfile;
-    return sheet;
-  } catch (const Error& error) {
-    throw Error(options.in, error.what());
-  }
-}
-
-void runSheet(const SheetOptions& options) {
-  pictureKind(options.out);  // a name that cannot be written is told before the work is done
-  writePicture(options.out, sheetOf(options));
-}
-
-// What fits together only as a whole.
-void checkAxes(const SheetOptions& options, const CLI::App& command) {
-  if (options.columns.setting == options.rows.setting) {
-    throw CLI::ValidationError("--columns", std::string("rows and columns are both of ") +
-                                                (options.rows.setting->option + 2) + ", give other --rows");
-  }
-  for (const SheetAxis* axis : {&options.columns, &options.rows}) {
-    if (command.count(axis->setting->option) == 0) continue;
-    throw CLI::ValidationError(axis->setting->option, "the sheet has several values of it; see --columns and --rows");
-  }
+Picture draw(const SheetOptions& options, const Layout& layout, const Picture& original, const Region& shown,
+             const Look& look) {
+  SheetCanvas canvas(static_cast<int>(layout.width), static_cast<int>(layout.height));
+  writeLabels(options, layout, &canvas);
+  drawCells(options, layout, original, shown, look, &canvas);
+  Picture sheet = canvas.picture();
+  sheet.colorProfile = original.colorProfile;
+  return sheet;
 }
 
 }  // namespace
 
-void addSheetCommand(CLI::App* program) {
-  CLI::App* command = program->add_subcommand("sheet", "Show a picture under several settings, side by side");
-  const auto options = std::make_shared<SheetOptions>();
-  const auto addAxis = [command](const char* name, SheetAxis* axis, const char* help, const char* initial) {
-    command
-        ->add_option_function<std::string>(
-            name, [=](const std::string& text) { *axis = readAxis(name, text); }, help)
-        ->type_name("SETTING=N,N,...")
-        ->default_str(initial);
-  };
-  command->add_option("IN", options->in, "Picture to read: .png, .jpg or .jpeg")->required()->type_name("FILE");
-  command->add_option("OUT", options->out, "Sheet to write: .png, .jpg or .jpeg")->required()->type_name("FILE");
-  addAxis("--columns", &options->columns, "What changes from left to right: whiten, soften or radius", kDefaultColumns);
-  addAxis("--rows", &options->rows, "What changes from top to bottom, another of them", kDefaultRows);
-  addNumberOption(command, "--cell", &options->cell, kLeastCell, static_cast<int>(kMaxSide),
-                  "Width of each picture on the sheet");
-  command
-      ->add_option_function<std::string>(
-          "--crop", [options](const std::string& text) { options->crop = readRegion("--crop", text); },
-          "Show this part of the picture, from X columns and Y rows off its upper left corner")
-      ->type_name("WxH+X+Y");
-  command->add_flag("--original", options->original, "Begin each row with the picture as it was");
-  options->look.addTo(command);
-  addTargetOption(command);
-  command->footer(
-      "The settings are applied to the whole picture at its own size, as by photo, and the results are scaled to the\n"
-      "width of --cell. To see what the smoothing does, show a detail at its own size or larger, for example\n"
-      "  vlvk-makeup sheet me.jpg sheet.png --rows soften=1000 --columns radius=0,8,20,40 --crop 240x240+300+80\n"
-      "What is no axis is set as for photo. A sheet has at most 32768 pixels on a side and 100 megapixels, and takes\n"
-      "8 bytes of memory for each, beside what photo takes.\n"
-      "On failure one line on standard error says why, and OUT is left as it was.");
-  command->callback([options, command] {
-    checkAxes(*options, *command);
-    runSheet(*options);
-  });
+void run(const SheetOptions& options) {
+  requirePictureName(options.out);  // before the work is done
+  const Picture original = readPicture(options.in);
+  const Look look = readLook(options.look);
+  const Region shown = named(options.in, [&] { return shownPart(options, original); });
+  const Layout layout(options, shown);
+  named(options.out, [&] { checkSheetSize(layout); });
+  writePicture(options.out, named(options.in, [&] { return draw(options, layout, original, shown, look); }));
 }
 
 }  // namespace vlvk::tool

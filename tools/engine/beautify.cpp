@@ -1,23 +1,16 @@
-/// Picture -> NV21 frame -> filter -> picture.
+/// Picture -> NV21 frame -> engine -> picture.
 #include "tools/engine/beautify.h"
 
 #include <cstddef>
-#include <utility>
 
 #include "tools/engine/nv21_frame.h"
-#include "tools/io/error.h"
 
 namespace vlvk::tool {
 namespace {
 
-Picture filtered(Nv21Frame frame, const Look& look) {
-  const int width = frame.width;
-  Picture result(width, frame.height);
-  LookFilter filter(look);
-  if (filter->processVideo(frame.luma.get(), width, frame.chroma(), width, width, frame.height, result.row(0),
-                           width * 4, true) != 0) {
-    throw Error("not enough memory");
-  }
+Picture filtered(const Nv21Frame& frame, const Look& look) {
+  Picture result(frame.width, frame.height);
+  Engine(look).beautify({frame.width, frame.height, frame.luma.get(), frame.chroma()}, result.row(0));
   return result;
 }
 
@@ -32,9 +25,9 @@ void copyAlpha(const Picture& from, Picture* to) {
 
 Picture beautify(const Picture& source, const Look& look) {
   Picture result = filtered(nv21FrameOf(source), look);
-  if (result.width != source.width || result.height != source.height) {
-    result = cropped(result, source.width, source.height);
-  }
+  cropFromEven(result.pixels.get(), {source.width, source.height}, 4);
+  result.width = source.width;
+  result.height = source.height;
   result.hasAlpha = source.hasAlpha;
   result.colorProfile = source.colorProfile;
   copyAlpha(source, &result);

@@ -1,8 +1,8 @@
-/// The engine applied to one picture.
+/// What the engine makes of one picture, and what it takes for skin there.
 #ifndef VLVK_TOOLS_ENGINE_BEAUTIFY_H
 #define VLVK_TOOLS_ENGINE_BEAUTIFY_H
 
-#include "tools/options/look.h"
+#include "tools/engine/engine.h"
 #include "tools/picture/picture.h"
 
 namespace vlvk::tool {
@@ -10,6 +10,12 @@ namespace vlvk::tool {
 /// The beautified picture, of the same size, with alpha and profile of `source`. Colours go through video chroma (one
 /// pair for 2 x 2 pixels) on the way. Throws Error when memory runs out.
 Picture beautify(const Picture& source, const Look& look);
+
+/// A heat map of the weight with which the engine mixes smoothed into unsmoothed luma, which depends on the chroma
+/// alone: black where none of the smoothing shows, over violet, red and orange to pale yellow where all of it does. Of
+/// the size of `source`, opaque and without profile. The last width % 8 columns have a weight too, although frames are
+/// not smoothed there.
+Picture weightMap(const Picture& source);
 
 }  // namespace vlvk::tool
 

@@ -1,14 +1,14 @@
-/// Chroma pairs -> weights, by the filter's own table -> colours.
-#include "tools/engine/weight_map.h"
-
+/// Chroma pairs -> weights, by the engine's own table -> colours.
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include <vlvk/CFastEdgePreserved.h>
 #include <vlvk/skin_blend.h>
 #include <vlvk/skin_tables.h>
+#include "tools/engine/beautify.h"
 #include "tools/engine/nv21_frame.h"
 
 namespace vlvk::tool {
@@ -18,10 +18,10 @@ constexpr int kFullWeight = 64;
 
 using Color = std::array<std::uint8_t, 3>;
 
-// Weight of every chroma pair, first byte by row. The engine's blend tells them: black mixed with a luma of 64 is the
-// weight itself. Its rows are whole groups of columns, so that none is weighed by the rule for the last few.
-std::vector<std::uint8_t> pairWeights(const Look& look) {
-  LookFilter filter(look);
+// Weight of every chroma pair, first byte by row. The engine's blend gives them: black mixed with a luma of 64 is the
+// weight itself. Its rows are whole groups of columns, so that none is weighted by the rule for the last few.
+std::vector<std::uint8_t> pairWeights() {
+  const CFastEdgePreserved filter(1, nullptr);
   constexpr int kSide = 2 * 256;
   std::vector<std::uint8_t> chroma;
   for (int first = 0; first < 256; ++first) {
@@ -30,8 +30,8 @@ std::vector<std::uint8_t> pairWeights(const Look& look) {
   }
   const std::vector<std::uint8_t> black(std::size_t{kSide} * kSide);
   std::vector<std::uint8_t> blend(black.size(), kFullWeight);
-  MeanBlendImageWithSkin(black.data(), kSide, blend.data(), chroma.data(), kSide, kSide, kSide, 0, filter->skinTable,
-                         filter->skinCentre + 1);  // V first, as in NV21
+  MeanBlendImageWithSkin(black.data(), kSide, blend.data(), chroma.data(), kSide, kSide, kSide, 0, filter.skinTable,
+                         filter.skinCentre + 1);  // V first, as in NV21
   std::vector<std::uint8_t> weights;
   for (std::size_t y = 0; y < kSide; y += 2) {
     for (std::size_t x = 0; x < kSide; x += 2)
@@ -40,7 +40,7 @@ std::vector<std::uint8_t> pairWeights(const Look& look) {
   return weights;
 }
 
-// Equal steps of weight are about equal steps to the eye, and lightness alone tells the order, in print as well. The
+// Equal steps of weight are about equal steps to the eye, and lightness alone gives the order, in print as well. The
 // colours are every eighth of the weights 0 .. 64 in the public-domain map "inferno".
 std::array<Color, kFullWeight + 1> weightColors() {
   static constexpr int kStep = 8;
@@ -59,10 +59,10 @@ std::array<Color, kFullWeight + 1> weightColors() {
 
 }  // namespace
 
-Picture weightMap(const Picture& source, const Look& look) {
+Picture weightMap(const Picture& source) {
   const Nv21Frame frame = nv21FrameOf(source);
   std::uint8_t* weights = frame.luma.get();  // the luma is not read and makes room for them
-  MeanGetSkinWeight(frame.luma.get(), pairWeights(look).data(), weights, frame.width, frame.height);
+  MeanGetSkinWeight(frame.luma.get(), pairWeights().data(), weights, frame.width, frame.height);
   const auto colors = weightColors();
   Picture map(source.width, source.height);
   for (int y = 0; y < map.height; ++y) {

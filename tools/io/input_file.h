@@ -9,7 +9,7 @@
 
 namespace vlvk::tool {
 
-/// Throws Error, which names `path` as given, if the file cannot be read, is empty, or has more than `limit` bytes.
+/// Throws Error, a bare reason, if the file cannot be read, is empty, or has more than `limit` bytes.
 std::vector<std::uint8_t> readFile(const std::string& path, std::size_t limit);
 
 }  // namespace vlvk::tool

@@ -10,22 +10,21 @@
 #include <cerrno>
 #include <cstring>
 
-#include "tools/io/error.h"
 #include "tools/io/interrupt.h"
+#include "tools/io/messages.h"
 
 namespace vlvk::tool {
 namespace {
 
 constexpr std::size_t kReadAhead = 4096;
 constexpr std::size_t kMaxRead = std::size_t{1} << 20;  // so that an interrupt is soon noticed
-constexpr int kPatience = 50;                           // milliseconds, likewise
+constexpr int kPatience = 50;                           // milliseconds, for the same reason
 
 }  // namespace
 
 InputStream::InputStream(const std::string& path)
-    : name_(path == "-" ? "standard input" : path),
-      descriptor_(path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY)) {
-  if (descriptor_ < 0) throw Error(name_, systemReason(errno));
+    : descriptor_(path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY)) {
+  if (descriptor_ < 0) throw Error(systemReason(errno));
 }
 
 InputStream::~InputStream() {
@@ -70,7 +69,7 @@ std::size_t InputStream::readSome(std::span<std::uint8_t> bytes, const std::stop
     waitForBytes(stop);
     const ssize_t count = ::read(descriptor_, bytes.data(), std::min(bytes.size(), kMaxRead));
     if (count >= 0) return static_cast<std::size_t>(count);
-    if (errno != EINTR && errno != EAGAIN) throw Error(name_, systemReason(errno));
+    if (errno != EINTR && errno != EAGAIN) throw Error(systemReason(errno));
   }
 }
 

@@ -12,8 +12,8 @@
 
 namespace vlvk::tool {
 
-/// Bytes in their order. All members throw Error, which names the file; reading also when an interrupt that is held
-/// back (InterruptPause) is due, or when it is told to stop, even while no bytes come.
+/// Bytes in their order. All members throw Error, a bare reason; reading also when an interrupt that is held back
+/// (InterruptPause) is due, or when a stop is requested, even while no bytes come.
 class InputStream {
  public:
   /// @param path  "-" is standard input
@@ -21,9 +21,6 @@ class InputStream {
   InputStream(const InputStream&) = delete;
   InputStream& operator=(const InputStream&) = delete;
   ~InputStream();
-
-  /// For messages.
-  const std::string& name() const { return name_; }
 
   /// Bytes of a regular file.
   std::optional<std::uint64_t> fileSize() const;
@@ -38,7 +35,6 @@ class InputStream {
   std::size_t readSome(std::span<std::uint8_t> bytes, const std::stop_token& stop);
   void waitForBytes(const std::stop_token& stop) const;
 
-  std::string name_;
   int descriptor_;
   std::vector<std::uint8_t> buffer_;  // read ahead, for lines
   std::size_t taken_ = 0;             // of buffer_

@@ -12,7 +12,7 @@
 #include <cstdlib>
 #include <system_error>
 
-#include "tools/io/error.h"
+#include "tools/io/messages.h"
 
 namespace vlvk::tool {
 namespace {
@@ -30,12 +30,8 @@ void failIfInterrupted() {
 
 // Runs a step of the writing, whose reasons get the file's name.
 template <typename Step>
-void named(const std::string& name, const Step& step) {
-  try {
-    step();
-  } catch (const Error& error) {
-    throw Error(name, std::string("cannot be written: ") + error.what());
-  }
+void writing(const std::string& name, const Step& step) {
+  named(name + ": cannot be written", step);
 }
 
 mode_t modeOfNewFiles() {
@@ -69,7 +65,7 @@ std::filesystem::path targetOf(const std::string& path) {
 }  // namespace
 
 OutputFile::OutputFile(const std::string& path, Devices devices) : name_(path) {
-  named(name_, [&] {
+  writing(name_, [&] {
     if (devices == Devices::kTaken && isStandardOutput(path)) {
       name_ = "standard output";
       descriptor_ = STDOUT_FILENO;
@@ -110,7 +106,7 @@ void OutputFile::makeTemporary(mode_t mode) {
 }
 
 void OutputFile::write(std::span<const std::uint8_t> bytes) {
-  named(name_, [&] {
+  writing(name_, [&] {
     while (!bytes.empty()) {
       failIfInterrupted();
       const ssize_t count = ::write(descriptor_, bytes.data(), std::min(bytes.size(), kMaxWrite));
@@ -126,7 +122,7 @@ void OutputFile::write(std::span<const std::uint8_t> bytes) {
 }
 
 void OutputFile::commit() {
-  if (!temporary_.empty()) named(name_, [this] { rename(); });
+  if (!temporary_.empty()) writing(name_, [this] { rename(); });
 }
 
 void OutputFile::rename() {
@@ -153,6 +149,10 @@ void writeFile(const std::string& path, std::span<const std::uint8_t> bytes) {
   OutputFile file(path, Devices::kRefused);
   file.write(bytes);
   file.commit();
+}
+
+std::span<const std::uint8_t> bytesOf(std::string_view text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
 }  // namespace vlvk::tool

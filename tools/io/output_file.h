@@ -9,6 +9,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "tools/io/interrupt.h"
 
@@ -56,6 +57,9 @@ void requireWritable(const std::string& path);
 
 /// Writes a file in one piece. Throws Error, which names `path` as given.
 void writeFile(const std::string& path, std::span<const std::uint8_t> bytes);
+
+/// Text as the bytes that a file gets.
+std::span<const std::uint8_t> bytesOf(std::string_view text);
 
 }  // namespace vlvk::tool
 

@@ -1,11 +1,7 @@
-/// Moving whole pictures about: turning, joining, cropping, padding.
+/// Turning and joining whole pictures.
 #include "tools/picture/picture.h"
 
 #include <cstring>
-#include <string>
-#include <utility>
-
-#include "tools/io/error.h"
 
 namespace vlvk::tool {
 namespace {
@@ -19,19 +15,6 @@ Picture emptyLike(const Picture& picture, int width, int height) {
 }
 
 }  // namespace
-
-void checkPictureSize(std::uint32_t width, std::uint32_t height) {
-  if (width <= kMaxSide && height <= kMaxSide && std::uint64_t{width} * height <= kMaxPixels) return;
-  throw Error("the picture of " + std::to_string(width) + " x " + std::to_string(height) +
-              " pixels is too large, at most " + std::to_string(kMaxSide) + " on a side and " +
-              std::to_string(kMaxPixels / 1000000) + " megapixels are read");
-}
-
-void keepColorProfile(Picture* picture, const std::uint8_t* profile, std::size_t size) {
-  // The header of a profile has 128 bytes, the colour space stands at byte 16.
-  if (size < 128 || std::memcmp(profile + 16, "RGB ", 4) != 0) return;
-  picture->colorProfile.assign(profile, profile + size);
-}
 
 Picture upright(Picture picture, int orientation) {
   if (orientation < 2 || orientation > 8) return picture;
@@ -57,23 +40,6 @@ Picture sideBySide(const Picture& left, const Picture& right) {
   for (int y = 0; y < result.height; ++y) {
     std::memcpy(result.row(y), left.row(y), left.rowBytes());
     std::memcpy(result.row(y) + left.rowBytes(), right.row(y), right.rowBytes());
-  }
-  return result;
-}
-
-Picture cropped(const Picture& picture, int width, int height) {
-  Picture result = emptyLike(picture, width, height);
-  for (int y = 0; y < height; ++y)
-    std::memcpy(result.row(y), picture.row(y), result.rowBytes());
-  return result;
-}
-
-Picture paddedToEven(const Picture& picture) {
-  Picture result = emptyLike(picture, (picture.width + 1) & ~1, (picture.height + 1) & ~1);
-  for (int y = 0; y < result.height; ++y) {
-    const std::uint8_t* source = picture.row(y < picture.height ? y : picture.height - 1);
-    std::memcpy(result.row(y), source, picture.rowBytes());
-    std::memcpy(result.row(y) + result.rowBytes() - 4, source + picture.rowBytes() - 4, 4);
   }
   return result;
 }

@@ -7,11 +7,9 @@
 #include <memory>
 #include <vector>
 
-namespace vlvk::tool {
+#include "tools/picture/frame_size.h"
 
-/// Largest picture that is read. Everything done to 2^28 pixels takes up to 3.3 GB of memory, side by side 5.4 GB.
-inline constexpr std::uint32_t kMaxSide = 32768;
-inline constexpr std::uint64_t kMaxPixels = std::uint64_t{1} << 28;
+namespace vlvk::tool {
 
 /// 8-bit RGBA pixels, rows from top to bottom without padding.
 struct Picture {
@@ -34,12 +32,6 @@ struct Picture {
   std::vector<std::uint8_t> colorProfile;  ///< ICC profile of the RGB values; empty: none
 };
 
-/// Throws Error where a picture of this size is not read.
-void checkPictureSize(std::uint32_t width, std::uint32_t height);
-
-/// Keeps an ICC profile with the picture if it describes RGB. A grey or CMYK profile is wrong for the converted pixels.
-void keepColorProfile(Picture* picture, const std::uint8_t* profile, std::size_t size);
-
 /// The picture as it is meant to be seen.
 ///
 /// @param orientation  EXIF value: 1 upright, 2 to 4 mirrored or upside down, 5 to 8 with rows and columns exchanged
@@ -47,12 +39,6 @@ Picture upright(Picture picture, int orientation);
 
 /// Two pictures of equal height side by side. Profile and alpha are those of `left`.
 Picture sideBySide(const Picture& left, const Picture& right);
-
-/// The upper left part of a picture, with its profile.
-Picture cropped(const Picture& picture, int width, int height);
-
-/// The picture with its last column and row repeated where it takes that to make width and height even.
-Picture paddedToEven(const Picture& picture);
 
 }  // namespace vlvk::tool
 

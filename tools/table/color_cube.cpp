@@ -81,6 +81,12 @@ Color colorAt(const ColorCube& cube, const Color& input) {
   return cube.nodes.size > 0 ? throughNodes(cube.nodes, color) : color;
 }
 
+std::vector<std::uint8_t> neutralTable() {
+  std::vector<std::uint8_t> picture(kColorPictureSize);
+  fillNeutralPicture(picture.data());
+  return picture;
+}
+
 std::vector<std::uint8_t> pictureOfCube(const ColorCube& cube) {
   std::vector<std::uint8_t> picture(kColorPictureSize);
   for (int i = 0; i < kTableColors; ++i) {

@@ -47,6 +47,9 @@ constexpr std::size_t pictureOffset(int color) {
   return (static_cast<std::size_t>(y) * kColorPictureSide + static_cast<std::size_t>(x)) * 4;
 }
 
+/// The engine's picture that changes no colour.
+std::vector<std::uint8_t> neutralTable();
+
 /// The engine's picture for a cube, kColorPictureSize bytes, to the nearest of 256 levels.
 std::vector<std::uint8_t> pictureOfCube(const ColorCube& cube);
 

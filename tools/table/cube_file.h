@@ -1,4 +1,4 @@
-/// Colour cubes as text, in files with the extension .cube.
+/// Colour cubes (3D LUTs) as text, in files with the extension .cube.
 ///
 ///     TITLE "any text"
 ///     LUT_3D_SIZE 33                 # 2 to 256 nodes along an axis
@@ -11,6 +11,7 @@
 #ifndef VLVK_TOOLS_TABLE_CUBE_FILE_H
 #define VLVK_TOOLS_TABLE_CUBE_FILE_H
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -20,12 +21,15 @@
 
 namespace vlvk::tool {
 
+/// Bytes of the largest file that is read: the largest cube with six decimals has 453 MB.
+inline constexpr std::size_t kMaxCubeFile = std::size_t{512} << 20;
+
+inline constexpr const char* kCubeSizeWord = "LUT_3D_SIZE";
+inline constexpr const char* kCurveSizeWord = "LUT_1D_SIZE";
+
 /// Reads the text of a file. Takes memory for the rows that are there, not for those that a size promises. Throws Error
 /// with "line N: reason".
-ColorCube parseCube(std::string_view text);
-
-/// Reads a file. Throws Error, which names `path` as given.
-ColorCube readCube(const std::string& path);
+ColorCube parseCube(std::span<const std::uint8_t> file);
 
 /// Whether a file states the size of a cube near its start.
 bool isCubeText(std::span<const std::uint8_t> file);

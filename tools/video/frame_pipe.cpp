@@ -4,10 +4,9 @@
 #include <chrono>
 #include <cstddef>
 #include <system_error>
-#include <thread>
 #include <utility>
 
-#include "tools/io/error.h"
+#include "tools/io/messages.h"
 
 namespace vlvk::tool {
 namespace {
@@ -24,11 +23,10 @@ std::exception_ptr FramePipe::run() {
     std::jthread reading;
     std::jthread writing;
     try {
-      reading = std::jthread([this] { guarded(&FramePipe::readAll); });
-      writing = std::jthread([this] { guarded(&FramePipe::writeAll); });
-    } catch (const std::system_error& error) {
-      stop_.request_stop();
-      throw Error(reader_->name(), "no thread can be started: " + systemReason(error.code().value()));
+      named(reader_->name(), [&] {
+        reading = started(&FramePipe::readAll);
+        writing = started(&FramePipe::writeAll);
+      });
     } catch (...) {
       stop_.request_stop();
       throw;
@@ -37,6 +35,14 @@ std::exception_ptr FramePipe::run() {
   }
   if (failure_ != nullptr) std::rethrow_exception(failure_);
   return broken_;
+}
+
+std::jthread FramePipe::started(Step step) {
+  try {
+    return std::jthread([this, step] { guarded(step); });
+  } catch (const std::system_error& error) {
+    throw Error("no thread can be started: " + systemReason(error.code().value()));
+  }
 }
 
 void FramePipe::readAll() {
@@ -79,7 +85,7 @@ VideoFrame* FramePipe::frameToFill() {
   return frames_.back().get();
 }
 
-void FramePipe::guarded(void (FramePipe::*step)()) {
+void FramePipe::guarded(Step step) {
   try {
     (this->*step)();
   } catch (...) {

@@ -2,17 +2,52 @@
 #ifndef VLVK_TOOLS_VIDEO_FRAME_PIPE_H
 #define VLVK_TOOLS_VIDEO_FRAME_PIPE_H
 
+#include <condition_variable>
+#include <deque>
 #include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <stop_token>
+#include <thread>
 #include <vector>
 
-#include "tools/video/frame_queue.h"
 #include "tools/video/frame_stream.h"
 
 namespace vlvk::tool {
+
+/// Frames handed from one thread to the next.
+class FrameQueue {
+ public:
+  void push(VideoFrame* frame) {
+    const std::lock_guard lock(mutex_);
+    frames_.push_back(frame);
+    changed_.notify_one();
+  }
+
+  /// No frame comes after those that are in the queue.
+  void close() {
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
+    changed_.notify_one();
+  }
+
+  /// Waits for the next frame. Null when there is none any more, and once a stop is requested.
+  VideoFrame* pop(const std::stop_token& stop) {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, stop, [this] { return closed_ || !frames_.empty(); });
+    if (stop.stop_requested() || frames_.empty()) return nullptr;
+    VideoFrame* frame = frames_.front();
+    frames_.pop_front();
+    return frame;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable_any changed_;
+  std::deque<VideoFrame*> frames_;
+  bool closed_ = false;
+};
 
 /// Three threads, through which a few frames go round:
 ///
@@ -33,11 +68,14 @@ class FramePipe {
   std::exception_ptr run();
 
  private:
+  using Step = void (FramePipe::*)();
+
+  std::jthread started(Step step);
+  void guarded(Step step);
   void readAll();
   void workOnAll();
   void writeAll();
   VideoFrame* frameToFill();
-  void guarded(void (FramePipe::*step)());
 
   FrameReader* reader_;
   Work work_;

@@ -12,22 +12,18 @@ namespace {
 constexpr const char* kEmpty = "the stream is empty";
 constexpr std::size_t kShownBytes = 16;  // of what stands in a header's place
 
-std::span<const std::uint8_t> bytesOf(const std::string& text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
 }  // namespace
 
 FrameReader::FrameReader(const std::string& path, const std::optional<RawFrames>& raw)
-    : stream_(path), format_(raw.value_or(RawFrames{{}, ChromaLayout::kPlanar})) {
+    : name_(path == "-" ? "standard input" : path),
+      stream_(named(name_, [&path] { return InputStream(path); })),
+      format_(raw.value_or(RawFrames{{}, ChromaLayout::kPlanar})) {
   if (raw) return;
-  header_ = stream_.readLine(kMaxY4mLine, {});
-  if (header_.empty()) throw Error(stream_.name(), kEmpty);
-  try {
+  named(name_, [this] {
+    header_ = stream_.readLine(kMaxY4mLine, {});
+    if (header_.empty()) throw Error(kEmpty);
     format_.size = parseY4mHeader(header_);
-  } catch (const Error& error) {
-    throw Error(stream_.name(), error.what());
-  }
+  });
 }
 
 std::optional<std::uint64_t> FrameReader::expectedFrames() const {
@@ -38,24 +34,33 @@ std::optional<std::uint64_t> FrameReader::expectedFrames() const {
 }
 
 bool FrameReader::read(VideoFrame* frame, const std::stop_token& stop) {
+  return named(name_, [&] { return readFrame(frame, stop); });
+}
+
+bool FrameReader::readFrame(VideoFrame* frame, const std::stop_token& stop) {
   frame->number = count_ + 1;
-  if (!header_.empty() && !readHeader(frame, stop)) return false;
+  const bool raw = header_.empty();
+  if (!raw && !readHeader(frame, stop)) return false;
+  const std::uint64_t bytes = readPixels(frame, stop);
+  if (raw && bytes == 0 && count_ == 0) throw Error(kEmpty);
+  if (raw && bytes == 0) return false;
+  if (bytes < frameBytes(format_.size)) {
+    throw BrokenStream("the stream ends inside frame " + std::to_string(frame->number) + ", after " +
+                       std::to_string(bytes) + " of its " + std::to_string(frameBytes(format_.size)) + " bytes");
+  }
+  count_ = frame->number;
+  return true;
+}
+
+// How many bytes there were.
+std::uint64_t FrameReader::readPixels(VideoFrame* frame, const std::stop_token& stop) {
   std::uint64_t bytes = 0;
   for (const std::span<std::uint8_t> part : frame->streamParts()) {
     const std::size_t count = stream_.read(part, stop);
     bytes += count;
     if (count < part.size()) break;
   }
-  const bool raw = header_.empty();
-  if (raw && bytes == 0 && count_ == 0) throw Error(stream_.name(), kEmpty);
-  if (raw && bytes == 0) return false;
-  if (bytes < frameBytes(format_.size)) {
-    throw BrokenStream(stream_.name(), "the stream ends inside frame " + std::to_string(frame->number) + ", after " +
-                                           std::to_string(bytes) + " of its " +
-                                           std::to_string(frameBytes(format_.size)) + " bytes");
-  }
-  count_ = frame->number;
-  return true;
+  return bytes;
 }
 
 bool FrameReader::readHeader(VideoFrame* frame, const std::stop_token& stop) {
@@ -66,15 +71,13 @@ bool FrameReader::readHeader(VideoFrame* frame, const std::stop_token& stop) {
   const std::string number = std::to_string(frame->number);
   const bool begun = kY4mFrame.starts_with(line) || isY4mFrameHeader(line + '\n');
   if (begun && line.size() < kMaxY4mLine) {
-    throw BrokenStream(stream_.name(), "the stream ends inside the header of frame " + number + ", after " +
-                                           std::to_string(line.size()) + " bytes");
+    throw BrokenStream("the stream ends inside the header of frame " + number + ", after " +
+                       std::to_string(line.size()) + " bytes");
   }
   if (begun) {
-    throw BrokenStream(stream_.name(),
-                       "the header of frame " + number + " is longer than " + std::to_string(kMaxY4mLine) + " bytes");
+    throw BrokenStream("the header of frame " + number + " is longer than " + std::to_string(kMaxY4mLine) + " bytes");
   }
-  throw BrokenStream(stream_.name(),
-                     "frame " + number + " does not begin with FRAME but with '" + line.substr(0, kShownBytes) + "'");
+  throw BrokenStream("frame " + number + " does not begin with FRAME but with '" + line.substr(0, kShownBytes) + "'");
 }
 
 FrameWriter::FrameWriter(OutputFile* file, const std::string& header) : file_(file) {

@@ -7,8 +7,8 @@
 #include <stop_token>
 #include <string>
 
-#include "tools/io/error.h"
 #include "tools/io/input_stream.h"
+#include "tools/io/messages.h"
 #include "tools/io/output_file.h"
 #include "tools/video/video_frame.h"
 
@@ -20,7 +20,7 @@ class BrokenStream : public Error {
   using Error::Error;
 };
 
-/// What a stream without a header leaves to be told.
+/// What a stream without a header leaves open.
 struct RawFrames {
   FrameSize size;
   ChromaLayout layout;
@@ -28,11 +28,12 @@ struct RawFrames {
 
 class FrameReader {
  public:
-  /// Opens the stream and reads its header, unless the frames are raw. Throws Error, which names `path`.
+  /// Opens the stream and reads its header, unless the frames are raw. Everything here throws Error, which names the
+  /// stream.
   FrameReader(const std::string& path, const std::optional<RawFrames>& raw);
 
   /// For messages.
-  const std::string& name() const { return stream_.name(); }
+  const std::string& name() const { return name_; }
 
   /// With its line end; empty for raw frames.
   const std::string& header() const { return header_; }
@@ -43,12 +44,15 @@ class FrameReader {
   /// How many frames there will be, of a regular file.
   std::optional<std::uint64_t> expectedFrames() const;
 
-  /// Reads the next frame, or returns false at the end. Throws Error, BrokenStream where that is the reason.
+  /// Reads the next frame, or returns false at the end. Throws BrokenStream where that is the reason.
   bool read(VideoFrame* frame, const std::stop_token& stop);
 
  private:
+  bool readFrame(VideoFrame* frame, const std::stop_token& stop);
   bool readHeader(VideoFrame* frame, const std::stop_token& stop);
+  std::uint64_t readPixels(VideoFrame* frame, const std::stop_token& stop);
 
+  std::string name_;
   InputStream stream_;
   std::string header_;
   RawFrames format_;

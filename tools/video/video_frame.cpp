@@ -1,8 +1,6 @@
 /// See video_frame.h.
 #include "tools/video/video_frame.h"
 
-#include <cstring>
-
 namespace vlvk::tool {
 namespace {
 
@@ -26,26 +24,6 @@ void separate(const std::uint8_t* __restrict pairs, std::uint8_t* __restrict u, 
   }
 }
 
-// Makes the rows of `plane` one byte longer, or the rows one more, where that makes the size even.
-void padToEven(std::uint8_t* plane, FrameSize size) {
-  const auto columns = static_cast<std::size_t>(size.width);
-  const std::size_t even = 2 * half(size.width);
-  for (auto y = static_cast<std::size_t>(size.height); even > columns && y-- > 0;) {
-    std::memmove(plane + y * even, plane + y * columns, columns);
-    plane[y * even + columns] = plane[y * even + columns - 1];
-  }
-  std::uint8_t* end = plane + static_cast<std::size_t>(size.height) * even;
-  if (size.height % 2 != 0) std::memcpy(end, end - even, even);
-}
-
-// The reverse.
-void crop(std::uint8_t* plane, FrameSize size) {
-  const auto columns = static_cast<std::size_t>(size.width);
-  const std::size_t even = 2 * half(size.width);
-  for (std::size_t y = 1; even > columns && y < static_cast<std::size_t>(size.height); ++y)
-    std::memmove(plane + y * columns, plane + y * even, columns);
-}
-
 }  // namespace
 
 VideoFrame::VideoFrame(FrameSize size, ChromaLayout layout)
@@ -66,7 +44,7 @@ std::array<std::span<std::uint8_t>, 2> VideoFrame::streamParts() {
 }
 
 void VideoFrame::toEngine() {
-  padToEven(luma_.get(), size_);
+  padToEven(luma_.get(), size_, 1);
   const std::size_t count = chromaBytes() / 2;
   if (planes_ != nullptr) interleave(planes_.get(), planes_.get() + count, pairs_.get(), count);
 }
@@ -74,7 +52,7 @@ void VideoFrame::toEngine() {
 void VideoFrame::toStream() {
   const std::size_t count = chromaBytes() / 2;
   if (planes_ != nullptr) separate(pairs_.get(), planes_.get(), planes_.get() + count, count);
-  crop(luma_.get(), size_);
+  cropFromEven(luma_.get(), size_, 1);
 }
 
 std::uint64_t frameBytes(FrameSize size) {

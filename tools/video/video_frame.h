@@ -9,7 +9,7 @@
 #include <span>
 #include <string>
 
-#include "tools/options/size_option.h"
+#include "tools/picture/frame_size.h"
 
 namespace vlvk::tool {
 
@@ -37,8 +37,8 @@ class VideoFrame {
   /// The engine's form; rows follow each other without padding.
   std::uint8_t* luma() { return luma_.get(); }
   std::uint8_t* chromaPairs() { return pairs_.get(); }
-  int width() const { return size_.width + size_.width % 2; }
-  int height() const { return size_.height + size_.height % 2; }
+  int width() const { return evenSide(size_.width); }
+  int height() const { return evenSide(size_.height); }
   bool isVThenU() const { return layout_ == ChromaLayout::kVThenU; }
 
   std::uint64_t number = 0;  ///< from 1

@@ -10,8 +10,7 @@
 #include <string>
 #include <system_error>
 
-#include "tools/io/error.h"
-#include "tools/picture/picture.h"
+#include "tools/io/messages.h"
 
 namespace vlvk::tool {
 namespace {
@@ -56,7 +55,7 @@ std::uint32_t sideOf(std::string_view tag, const char* what) {
   return side;
 }
 
-void checkColorSpace(std::string_view tag, std::size_t prefix) {
+void checkName(std::string_view tag, std::size_t prefix) {
   const std::string name(tag.substr(std::min(prefix, tag.size())));
   const bool known = std::any_of(std::begin(kColorSpaces), std::end(kColorSpaces),
                                  [&](const char* space) { return strcasecmp(space, name.c_str()) == 0; });
@@ -65,9 +64,19 @@ void checkColorSpace(std::string_view tag, std::size_t prefix) {
               "-vf format=yuv420p");
 }
 
-}  // namespace
+void checkColors(const Tags& tags) {
+  if (tags.colorSpace.empty()) {
+    checkName(tags.subsampling, kSubsampling.size());
+  } else {
+    checkName(tags.colorSpace, 1);
+  }
+  if (strcasecmp(std::string(tags.range.substr(std::min(kRange.size(), tags.range.size()))).c_str(), "FULL") == 0) {
+    throw Error("frames of full range (XCOLORRANGE=FULL) are not taken: convert them with ffmpeg, " +
+                std::string("-vf scale=out_range=tv,format=yuv420p"));
+  }
+}
 
-FrameSize parseY4mHeader(std::string_view line) {
+void checkLine(std::string_view line) {
   if (line.substr(0, line.find_first_of(" \n")) != kY4mStart) {
     throw Error(
         "no Y4M stream, which begins with YUV4MPEG2: video files go through ffmpeg, raw frames need --format and "
@@ -77,20 +86,18 @@ FrameSize parseY4mHeader(std::string_view line) {
     throw Error(line.size() < kMaxY4mLine ? "the stream ends inside the Y4M header"
                                           : "the Y4M header is longer than " + std::to_string(kMaxY4mLine) + " bytes");
   }
+}
+
+}  // namespace
+
+FrameSize parseY4mHeader(std::string_view line) {
+  checkLine(line);
   line.remove_suffix(1);
   const Tags tags = tagsOf(line.substr(kY4mStart.size()));
   const std::uint32_t width = sideOf(tags.width, "width");
   const std::uint32_t height = sideOf(tags.height, "height");
   checkPictureSize(width, height);
-  if (tags.colorSpace.empty()) {
-    checkColorSpace(tags.subsampling, kSubsampling.size());
-  } else {
-    checkColorSpace(tags.colorSpace, 1);
-  }
-  if (strcasecmp(std::string(tags.range.substr(std::min(kRange.size(), tags.range.size()))).c_str(), "FULL") == 0) {
-    throw Error("frames of full range (XCOLORRANGE=FULL) are not taken: convert them with ffmpeg, " +
-                std::string("-vf scale=out_range=tv,format=yuv420p"));
-  }
+  checkColors(tags);
   return {static_cast<int>(width), static_cast<int>(height)};
 }
 

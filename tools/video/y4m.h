@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "tools/options/size_option.h"
+#include "tools/picture/frame_size.h"
 
 namespace vlvk::tool {
 

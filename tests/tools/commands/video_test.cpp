@@ -1,0 +1,203 @@
+/// `vlvk-makeup video`, run as a process.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include <vlvk/CFastEdgePreserved.h>
+#include "resource/neutral_colors.h"
+#include "tests/tools/tool_support.h"
+#include "tools/engine/engine.h"
+
+namespace vlvk::tool_test {
+namespace {
+
+using Video = ToolDirectory;
+
+struct Planes {
+  int width;
+  int height;
+  Bytes y, u, v;
+};
+
+enum Order { kPlanar, kUThenV, kVThenU };
+
+Bytes inOrder(const Planes& frame, Order order = kPlanar) {
+  if (order == kPlanar) return frame.y + frame.u + frame.v;
+  Bytes pairs;
+  for (std::size_t i = 0; i < frame.u.size(); ++i)
+    pairs = std::move(pairs) + (order == kUThenV ? Bytes{frame.u[i], frame.v[i]} : Bytes{frame.v[i], frame.u[i]});
+  return frame.y + pairs;
+}
+
+// Frame `index` of a fixed video.
+Planes frameOf(int width, int height, int index) {
+  const int chroma = ((width + 1) / 2) * ((height + 1) / 2);
+  const Bytes pattern = patternImage(width * height + 2 * chroma + 1, 1).pixels;
+  const auto u = pattern.begin() + index + width * height;
+  return {width, height, {pattern.begin() + index, u}, {u, u + chroma}, {u + chroma, u + 2 * chroma}};
+}
+
+Bytes y4mOf(int width, int height, int frames) {
+  Bytes stream = bytesOf("YUV4MPEG2 W" + std::to_string(width) + " H" + std::to_string(height) + "\n");
+  for (int i = 0; i < frames; ++i)
+    stream = stream + bytesOf("FRAME\n") + inOrder(frameOf(width, height, i));
+  return stream;
+}
+
+// What the library makes of a frame with its last column and row repeated.
+Planes beautified(Planes frame, CFastEdgePreserved* filter) {
+  const int width = frame.width + frame.width % 2;
+  const int height = frame.height + frame.height % 2;
+  Bytes luma(static_cast<std::size_t>(width) * height);
+  const auto inside = [&](int i) {
+    return std::min(i / width, frame.height - 1) * frame.width + std::min(i % width, frame.width - 1);
+  };
+  for (int i = 0; i < width * height; ++i)
+    luma[i] = frame.y[inside(i)];
+  const Bytes whole = inOrder(frame, kUThenV);
+  Bytes pairs(whole.begin() + std::ssize(frame.y), whole.end());
+  EXPECT_EQ(filter->processVideo(luma.data(), width, pairs.data(), width, width, height, nullptr, 0, false), 0);
+  for (int i = width * height - 1; i >= 0; --i)  // the pixel itself comes after its repetitions
+    frame.y[inside(i)] = luma[i];
+  for (std::size_t i = 0; i < pairs.size(); ++i)
+    (i % 2 == 0 ? frame.u : frame.v)[i / 2] = pairs[i];
+  return frame;
+}
+
+TEST_F(Video, FramesAreWhatTheLibraryMakesOfThem) {
+  for (const auto& [format, order] :
+       {std::pair{"", kPlanar}, {"i420", kPlanar}, {"nv12", kUThenV}, {"nv21", kVThenU}}) {
+    for (const auto& [width, height] : {std::pair{1, 1}, {2, 2}, {17, 9}, {48, 33}, {33, 48}, {320, 200}}) {
+      const std::string size = std::to_string(width) + "x" + std::to_string(height);
+      const bool raw = *format != 0;
+      Bytes source = raw ? Bytes{} : y4mOf(width, height, 0);
+      Bytes expected = source;
+      NeutralColors colors;
+      CFastEdgePreserved filter(3, &colors);
+      filter.put_colorAdjustIntensity(0);
+      filter.put_whitenIntensity(80);
+      filter.put_softenSkinIntensity(700);
+      filter.radius = 9;
+      for (int i = 0; i < 7; ++i) {
+        const Bytes header = bytesOf(raw ? "" : i % 2 == 0 ? "FRAME\n" : "FRAME Ip XNOTE=2\n");
+        source = source + header + inOrder(frameOf(width, height, i), order);
+        expected = expected + header + inOrder(beautified(frameOf(width, height, i), &filter), order);
+      }
+      writeBytes(path("in"), source);
+      expectDone(Arguments{"video", path("in"), path("in"), "--whiten", "80", "--soften", "700", "--radius=9"} +
+                 (raw ? Arguments{"--format", format, "--size", size} : Arguments{}));
+      EXPECT_TRUE(readBytes(path("in")) == expected) << format << " " << size;
+    }
+  }
+}
+
+// The number is that of every machine.
+TEST_F(Video, RecordsTellOfEveryFrame) {
+  writeBytes(path("in.y4m"), y4mOf(67, 50, 20));
+  std::vector<Arguments> ways{{"--threads", "1"}, {"--threads", "64"}};
+  for (const std::string& target : tool::targetNames())
+    ways.push_back({"--target", target});
+  for (const Arguments& way : ways) {
+    const ProgramRun run = runProgram(
+        Arguments{"video", path("in.y4m"), "/dev/null", "--checksum", "-", "--frametimes", path("times")} + way);
+    EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 21);
+    expectHolds(run.out, "all efc74102\n");
+    const Bytes times = readBytes(path("times"));
+    EXPECT_EQ(std::count(times.begin(), times.end(), '\n'), 21);
+  }
+  const Arguments arguments{"video", path("in.y4m"), "-", "--checksum", path("sums"), "--frametimes"};
+  expectRefused(arguments + Arguments{path("none/times")}, path("none/times") + ": ");
+  for (const std::string& taken : {directory_.string() + "/./sums", path("in.y4m")})
+    expectRefused(arguments + Arguments{taken}, "the same file: " + taken);
+  expectRefused(arguments + Arguments{"/dev/stdout"},
+                path("in.y4m") + ": IN, OUT, --checksum and --frametimes: only one");
+}
+
+// What is whole goes to the output.
+TEST_F(Video, BrokenStreamsKeepTheirFrames) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"F", "inside the header of frame 4, after 1 bytes"},
+      {"FRAME Ip", "inside the header of frame 4, after 8 bytes"},
+      {"FRAME\n", "inside frame 4, after 0 of its 24 bytes"},
+      {"FRAME\n0123456789abcdefghi", "inside frame 4, after 19 of its 24 bytes"},
+      {"FRAMES\n", "frame 4 does not begin with FRAME but with 'FRAMES\\x0A'"},
+      {"FRAME " + std::string(5000, 'x'), "header of frame 4 is longer"},
+      {"0123456789abcdefghijklmnopq", "frame 4 does not begin with FRAME but with '0123456789abcdef'"}};
+  writeBytes(path("in"), y4mOf(4, 4, 3));
+  expectDone({"video", path("in"), path("whole")});
+  for (const auto& [end, reason] : cases) {
+    writeBytes(path("in"), y4mOf(4, 4, 3) + bytesOf(end));
+    const ProgramRun run = runProgram({"video", path("in"), path("out")});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err.find("vlvk-makeup: " + path("in") + ": "), 0U) << run.err;
+    expectHolds(run.err, reason);
+    EXPECT_TRUE(readBytes(path("out")) == readBytes(path("whole"))) << end;
+  }
+  const Arguments raw{"video", path("in"), path("out"), "--format=i420", "--size=4x4"};
+  writeBytes(path("in"), inOrder(frameOf(4, 4, 0)) + Bytes(23));
+  expectHolds(runProgram(raw).err, "inside frame 2, after 23 of its 24 bytes");
+  EXPECT_EQ(readBytes(path("out")).size(), 24U);
+  writeBytes(path("in"), {});
+  expectRefused(raw, "the stream is empty");
+  expectRefused({"video", path("in"), path("out")}, "the stream is empty");
+  writeBytes(path("in"), y4mOf(4, 4, 0));  // a video of no frames
+  expectDone({"video", path("in"), path("out")});
+  EXPECT_EQ(readBytes(path("out")), readBytes(path("in")));
+
+  // 4 GiB of pixels in as many frames as are read at once cost nothing while none of them comes.
+  writeBytes(path("in"), bytesOf("YUV4MPEG2 W32768 H8192\nFRAME\n12345"));
+  const ProgramRun run = runProgram({"video", path("in"), path("out")});
+  expectHolds(run.err, "after 5 of its 402653184 bytes");
+  EXPECT_LT(run.peakMemory, std::uint64_t{300} << 20);
+}
+
+TEST_F(Video, PipesAndDevicesAreWrittenStraight) {
+  writeBytes(path("in"), y4mOf(64, 40, 40));
+  expectDone({"video", path("in"), path("expected")});
+  const int in = open(path("in").c_str(), O_RDONLY);
+  EXPECT_TRUE(bytesOf(runProgram({"video", "-", "-"}, {.in = in}).out) == readBytes(path("expected")));
+  close(in);
+  ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
+  Bytes piped;
+  runProgram({"video", path("in"), path("fifo")}, {.meanwhile = [&](pid_t) { piped = readBytes(path("fifo")); }});
+  EXPECT_TRUE(piped == readBytes(path("expected")));
+  int pipe[2] = {};
+  ASSERT_EQ(::pipe(pipe), 0);
+  close(pipe[0]);  // without a reader
+  expectRefused({"video", path("in"), "-"}, "standard output: cannot be written: Broken pipe", {.out = pipe[1]});
+  close(pipe[1]);
+  expectRefused({"video", path("in"), "/dev/full"}, "/dev/full: cannot be written: No space left");
+}
+
+// Also while it waits for frames.
+TEST_F(Video, InterruptIsReported) {
+  ASSERT_EQ(mkfifo(path("in").c_str(), 0600), 0);
+  writeBytes(path("out"), {'o', 'l', 'd'});
+  const auto before = contents();
+  const Bytes frames = y4mOf(8, 8, 2);
+  for (const auto& [signal, out] :
+       {std::pair{SIGTERM, path("out")}, {SIGINT, path("out")}, {SIGHUP, std::string("/dev/null")}}) {
+    const ProgramRun run = runProgram({"video", path("in"), out}, {.meanwhile = [&, signal = signal](pid_t program) {
+                                        const int pipe = open(path("in").c_str(), O_WRONLY);
+                                        EXPECT_GT(write(pipe, frames.data(), frames.size()), 0);
+                                        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+                                        kill(program, signal);
+                                        waitid(P_PID, static_cast<id_t>(program), nullptr, WEXITED | WNOWAIT);
+                                        close(pipe);
+                                      }});
+    EXPECT_EQ(run.signal, signal);
+    EXPECT_EQ(run.err, "vlvk-makeup: interrupted\n");
+    EXPECT_TRUE(contents() == before);
+  }
+}
+
+}  // namespace
+}  // namespace vlvk::tool_test

@@ -1,0 +1,120 @@
+/// What the command line is read as, what is refused, and where help and results go.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <variant>
+
+#include "rows/row_loops.h"
+#include "tests/tools/tool_support.h"
+#include "tools/options/options.h"
+
+namespace vlvk::tool_test {
+namespace {
+
+tool::CommandLine parsed(const Arguments& arguments) {
+  std::vector<const char*> words{"vlvk-makeup"};
+  for (const std::string& word : arguments)
+    words.push_back(word.c_str());
+  tool::CommandLine line;
+  tool::parseCommandLine(static_cast<int>(words.size()), words.data(), &line);
+  return line;
+}
+
+// --whiten, --soften, --radius, --threads, --quality.
+std::vector<int> numbersOf(const Arguments& options) {
+  const auto photo = std::get<tool::PhotoOptions>(parsed(Arguments{"photo", "a", "b"} + options).command);
+  const tool::Look& look = photo.look.look;
+  return {look.whiten, look.soften, look.radius, look.threads, photo.quality};
+}
+
+TEST(CommandLine, ValuesArrive) {
+  EXPECT_EQ(numbersOf({}), (std::vector<int>{50, 1000, 20, 4, 92}));
+  EXPECT_EQ(numbersOf({"--whiten=010", "--soften=0", "--radius", "0", "--threads=1", "--quality=1"}),
+            (std::vector<int>{10, 0, 0, 1, 1}));
+  EXPECT_EQ(numbersOf({"--whiten=100", "--soften=1000", "--radius=128", "--threads=64", "--quality=100"}),
+            (std::vector<int>{100, 1000, 128, 64, 100}));
+  for (const std::string& name : tool::targetNames()) {
+    EXPECT_EQ(parsed({"--target", "scalar", "photo", "a", "b", "--target", name}).target, name);
+    tool::useTarget(name);
+    EXPECT_EQ(rowLoops().name, name);
+  }
+  forceRowLoops(nullptr);
+}
+
+TEST(CommandLine, WhatMakesNoSenseIsRefused) {
+  const Arguments photo{"photo", "in.png", "out.png"};
+  const Arguments sheet{"sheet", "in.png", "out.png"};
+  const Arguments video{"video", "in", "out"};
+  const std::pair<Arguments, Arguments> refusals[] = {
+      // The last word is refused with each of the values.
+      {photo + Arguments{"--whiten"}, {"-1", "101", "1.5", "a\nb", "0x10", "", "9999999999"}},
+      {photo + Arguments{"--soften"}, {"-1", "1001"}},
+      {photo + Arguments{"--radius"}, {"-1", "129"}},
+      {photo + Arguments{"--threads"}, {"0", "65"}},
+      {photo + Arguments{"--quality"}, {"0", "101"}},
+      {photo + Arguments{"--target"}, {"", "mmx"}},
+      {sheet + Arguments{"--columns"}, {"whiten=", "whiten=1,,2", "whiten=1,", "radius=999", "whiten=0x1", "whiten"}},
+      {sheet + Arguments{"--columns"}, {"radius=8,0,8", "=1", "--whiten=1", "threads=1,2", "", "soften=1"}},
+      {sheet + Arguments{"--soften"}, {"500"}},
+      {sheet + Arguments{"--cell"}, {"79", "32769"}},
+      {sheet + Arguments{"--crop"}, {"", "9x9", "0x9+0+0", "9x9+0+-1", "9x9+0+0+0", "9x9+0+99999999999", "9x9+0+0 "}},
+      {video + Arguments{"--size", "2x2", "--format"}, {"yuy2", ""}},
+      {{"bench", "--seconds"}, {"nan", "0", "61"}},
+      {{"bench", "--size", "8x8", "--size"}, {"", "8", "8x", "x8", "8x8x", "8y8", "0x8", "8x-8", "1e2x8"}},
+      {{"bench", "--size"}, {"32769x8", "32768x32768"}},
+      {{"table", "convert", "a", "b", "--in-layout"}, {"tiles"}},
+      {{"table", "convert", "a", "b", "--out-layout"}, {""}}};
+  for (const auto& [words, values] : refusals) {
+    for (const std::string& value : values) {
+      const std::string reason = reasonOf([&, &words = words] { parsed(words + Arguments{value}); });
+      EXPECT_TRUE(reason.starts_with(words.back() + ": ")) << value << ": " << reason;
+    }
+  }
+  const std::pair<Arguments, std::string> lines[] = {{{}, "a command is required"},
+                                                     {{"paint"}, "there is no 'paint'"},
+                                                     {{"table", "paint"}, "there is no 'paint'"},
+                                                     {{"table", "check", "a.vlk", "b.vlk"}, "b.vlk"},
+                                                     {{"photo", "in.png"}, "OUT"},
+                                                     {photo + Arguments{"third.png"}, "third.png"},
+                                                     {photo + Arguments{"--nothing"}, "--nothing"},
+                                                     {photo + Arguments{"--whiten=1", "--whiten=2"}, "--whiten"},
+                                                     {{"bench", "--target=scalar", "--target=scalar"}, "--target"},
+                                                     {{"bench", "8x8"}, "8x8"},
+                                                     {video + Arguments{"--format", "nv12"}, "--size"},
+                                                     {video + Arguments{"--size", "2x2"}, "--format"},
+                                                     {sheet + Arguments{"--columns", "soften=1"}, "both"}};
+  for (const auto& [words, text] : lines)
+    expectHolds(reasonOf([&, words = words] { parsed(words); }), text);
+}
+
+using Program = ToolDirectory;
+
+TEST_F(Program, HelpGoesToStandardOutputAndRefusalsNameTheInput) {
+  EXPECT_TRUE(runProgram({"--version"}).out.starts_with("vlvk-makeup "));
+  for (const Arguments& command : {Arguments{}, {"photo"}, {"table", "pack"}}) {
+    const ProgramRun run = runProgram(command + Arguments{"--help"});
+    EXPECT_TRUE(run.exitCode == 0 && run.err.empty()) << run.err;
+    expectHolds(run.out, "--help");
+  }
+  expectRefused({"photo", "in.png", "out.png", "--whiten", "a\nb"}, "vlvk-makeup: in.png: --whiten: 'a\\x0Ab' is not");
+  EXPECT_EQ(runProgram({"photo", "in.png"}).exitCode, 2);
+}
+
+TEST_F(Program, LostOutputIsAFailure) {
+  expectDone({"table", "neutral", path("look.vlk")});
+  int pipe[2] = {};
+  ASSERT_EQ(::pipe(pipe), 0);
+  close(pipe[0]);  // without a reader
+  const int full = open("/dev/full", O_WRONLY);
+  for (const int out : {pipe[1], full}) {
+    for (const Arguments& arguments :
+         {Arguments{"--help"}, {"--version"}, {"table", "check", path("look.vlk")}, {"bench", "--size", "8x8"}}) {
+      expectRefused(arguments, out == full ? "No space left" : "Broken pipe", {.out = out});
+    }
+    close(out);
+  }
+}
+
+}  // namespace
+}  // namespace vlvk::tool_test

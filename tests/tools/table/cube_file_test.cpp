@@ -1,0 +1,108 @@
+/// Colour cubes: text, interpolation, faults.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+#include <utility>
+
+#include "tests/tools/tool_support.h"
+#include "tools/table/cube_file.h"
+
+namespace vlvk::tool_test {
+namespace {
+
+tool::ColorCube cubeOf(const std::string& text) {
+  return tool::parseCube(bytesOf(text));
+}
+
+Bytes tableOf(const std::string& text) {
+  return tool::pictureOfCube(cubeOf(text));
+}
+
+// Rows of a cube of which each node is the input it stands for.
+std::string identityRows(int size, double low = 0, double high = 1) {
+  std::ostringstream text;
+  const auto input = [&](int node) { return low + (high - low) * node / (size - 1); };
+  for (int i = 0; i < size * size * size; ++i)
+    text << input(i % size) << ' ' << input(i / size % size) << ' ' << input(i / size / size) << '\n';
+  return text.str();
+}
+
+TEST(Cube, IdentityOfAnySizeIsTheNeutralTable) {
+  for (const int size : {2, 33, 64})
+    EXPECT_TRUE(tableOf("LUT_3D_SIZE " + std::to_string(size) + "\n" + identityRows(size)) == tool::neutralTable());
+  for (const int size : {17, 65}) {
+    EXPECT_TRUE(tableOf("DOMAIN_MIN -.5 -.5 -.5\nDOMAIN_MAX 1.25 1.25 1.25\nLUT_3D_SIZE " + std::to_string(size) +
+                        "\n" + identityRows(size, -.5, 1.25)) == tool::neutralTable());
+  }
+}
+
+// From black to white along the axes, the largest fraction first: the four corners of a tetrahedron.
+TEST(Cube, BetweenNodesLieTetrahedra) {
+  const tool::ColorCube cube = cubeOf("LUT_3D_SIZE 2\n0 0 1\n7 1 3\n5 2 0\n3 9 8\n1 8 4\n2 4 6\n9 6 2\n4 7 5\n");
+  std::array<int, 3> axes{0, 1, 2};
+  do {
+    const std::array<double, 5> edges{1, 0.75, 0.5, 0.125, 0};  // fractions along the axes, in their order
+    tool::Color input{};
+    tool::Color expected{};
+    int corner = 0;
+    for (int i = 0; i < 4; ++i) {
+      for (int c = 0; c < 3; ++c)
+        expected.at(c) += (edges.at(i) - edges.at(i + 1)) * cube.nodes.values.at(corner * 3 + c);
+      if (i == 3) break;
+      corner += 1 << axes.at(i);
+      input.at(axes.at(i)) = edges.at(i + 1);
+    }
+    EXPECT_EQ(tool::colorAt(cube, input), expected) << axes[0] << axes[1] << axes[2];
+  } while (std::next_permutation(axes.begin(), axes.end()));
+}
+
+TEST(Cube, DialectsAndLooseWritingAreRead) {
+  // Curves turn every channel round, and the cube turns it back.
+  const std::string cube = "1 1 1\n0 1 1\n1 0 1\n0 0 1\n1 1 0\n0 1 0\n1 0 0\n0 0 0\n";
+  EXPECT_TRUE(tableOf("TITLE a # b\nLUT_1D_SIZE 2\nLUT_1D_INPUT_RANGE 0 1\nLUT_3D_SIZE 2\nLUT_3D_INPUT_RANGE 2 4\n"
+                      "4 4 4\n2 2 2\n" +
+                      cube) == tool::neutralTable());
+  EXPECT_TRUE(tableOf("LUT_1D_SIZE 2\nDOMAIN_MIN 0 0 0\nLUT_3D_SIZE 2\n1 1 1\n0 0 0\n" + cube) == tool::neutralTable());
+  EXPECT_EQ(tool::colorAt(cubeOf("LUT_1D_SIZE 2\nLUT_1D_INPUT_RANGE 0 2\n1 1 3\n0 0 -1\n"), {0, 0.5, 1}),
+            (tool::Color{1, 0.75, 1}));
+  // Byte order mark, every line end, blanks, comments, and numbers in many forms.
+  const tool::ColorCube loose = cubeOf(
+      "\xEF\xBB\xBF#\r\n \t \r\rTITLE \"no end\n\tLUT_1D_SIZE\t+2 # two\r\nDOMAIN_MAX 1 1 2 \r+.5 1.5e-3 -1E+1\n1 2. "
+      "3");
+  EXPECT_EQ(loose.curves.values, (std::vector<float>{.5F, .0015F, -10, 1, 2, 3}));
+  EXPECT_EQ(loose.curves.high, (tool::Color{1, 1, 2}));
+}
+
+TEST(Cube, FaultsHaveTheirLine) {
+  const std::pair<std::string, std::string> faults[] = {
+      {"", "line 1: neither"},
+      {"0 0 0\nLUT_3D_SIZE 2\n", "line 1: neither"},
+      {"LUT_3D_SIZE 2\r\n0 0 0\r\n0 0", "line 3: a row has three"},
+      {"LUT_3D_SIZE 2\n" + identityRows(2) + "1 1 1\n", "line 10: more rows than the 8"},
+      {"LUT_3D_SIZE 200\n" + identityRows(2), "line 9: the file ends after 8 of 8000000"},
+      {"\nLUT_3D_SIZE 1", "line 2: LUT_3D_SIZE is a whole number from 2 to 256, not '1'"},
+      {"LUT_3D_SIZE 99999999999999999999", "'99999999999999999999'"},
+      {"LUT_1D_SIZE 65537", "65536, not"},
+      {"LUT_3D_SIZE 2 2", "takes 1 number"},
+      {"LUT_3D_SIZE 2\nLUT_3D_SIZE 2", "line 2: LUT_3D_SIZE is stated a second time"},
+      {"LUT_3D_SIZE 2\n0 0 0\nDOMAIN_MIN 0 0 0", "line 3: DOMAIN_MIN must stand before"},
+      {"LUT_3D_SIZE 2\nDOMAIN_MAX 1 0 1\n\n0 0 0", "line 2: the inputs end"},
+      {"LUT_1D_SIZE 2\nLUT_1D_INPUT_RANGE 1 1\n0 0 0", "line 2: the inputs end"},
+      {"LUT_3D_SIZE 2\nDOMAIN_MAX 1 1 1\nLUT_3D_INPUT_RANGE 0 2\n0 0 0", "line 3: LUT_3D_INPUT_RANGE and DOMAIN"},
+      {"LUT_3D_SIZE 2\nLUT_1D_SIZE 2\nDOMAIN_MAX 1 1 2\n0 0 0", "line 3: DOMAIN_MIN and DOMAIN_MAX do not tell"},
+      {"LUT_1D_SIZE 2\n0 -nan 0", "line 2: '-nan'"},
+      {"LUT_1D_SIZE 2\n0 0 inf", "'inf'"},
+      {"LUT_1D_SIZE 2\n0 0 1.#INF", "'1.#INF'"},
+      {"LUT_1D_SIZE 2\n0 0 1e39", "'1e39'"},
+      {"LUT_1D_SIZE 2\n0 0 +-1", "'+-1'"},
+      {"LUT_1D_SIZE 2\n0,5 0 0", "'0,5'"},
+      {"LUT_IN_\x1B", "line 1: unknown keyword 'LUT_IN_?'"},
+  };
+  for (const auto& [text, expected] : faults)
+    expectHolds(reasonOf([&, &t = text] { cubeOf(t); }), expected);
+}
+
+}  // namespace
+}  // namespace vlvk::tool_test

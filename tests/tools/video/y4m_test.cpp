@@ -1,0 +1,45 @@
+/// Headers of Y4M streams.
+#include <gtest/gtest.h>
+
+#include "tests/tools/tool_support.h"
+#include "tools/video/y4m.h"
+
+namespace vlvk::tool_test {
+namespace {
+
+TEST(Y4m, TagsOfAnyOrderAreRead) {
+  const tool::FrameSize size =
+      tool::parseY4mHeader("YUV4MPEG2 H32 F30000:1001 Ip A4:3  Yx C420paldv XYSCSS=411 W17 XCOLORRANGE=LIMITED X\n");
+  EXPECT_EQ(size.width, 17);
+  EXPECT_EQ(size.height, 32);
+  EXPECT_TRUE(tool::isY4mFrameHeader("FRAME Ip\n"));
+  EXPECT_FALSE(tool::isY4mFrameHeader("FRAMES\n"));
+}
+
+TEST(Y4m, UnusableHeadersAreRefused) {
+  const std::string start = "YUV4MPEG2 ";
+  const std::pair<std::string, std::string> headers[] = {{"YUV4MPEG", "--format"},
+                                                         {"YUV4MPEG22 W2 H2\n", "--format"},
+                                                         {"\n", "--format"},
+                                                         {start + "W2 H2", "ends inside the Y4M header"},
+                                                         {start + std::string(5000, 'x'), "longer than 4096"},
+                                                         {start + "H2\n", "no width"},
+                                                         {start + "W2\n", "no height"},
+                                                         {start + "W0 H2\n", "width: W0"},
+                                                         {start + "W2 H-2\n", "height: H-2"},
+                                                         {start + "W2x H2\n", "width: W2x"},
+                                                         {start + std::string("W2\0 H2\n", 7), "width: W2"},
+                                                         {start + "W4294967298 H2\n", "width: W4294967298"},
+                                                         {start + "W32769 H2\n", "too large"},
+                                                         {start + "W32768 H32768\n", "too large"},
+                                                         {start + "W2 H2 C422\n", "C422"},
+                                                         {start + "W2 H2 C420p10\n", "C420p10"},
+                                                         {start + "W2 H2 Cmono\n", "Cmono"},
+                                                         {start + "W2 H2 XYSCSS=411\n", "XYSCSS=411"},
+                                                         {start + "W2 H2 XCOLORRANGE=FULL\n", "out_range=tv"}};
+  for (const auto& [header, reason] : headers)
+    expectHolds(reasonOf([&, &h = header] { tool::parseY4mHeader(h); }), reason);
+}
+
+}  // namespace
+}  // namespace vlvk::tool_test

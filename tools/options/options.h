@@ -1,0 +1,89 @@
+/// What the command line asks for, in plain structs.
+#ifndef VLVK_TOOLS_OPTIONS_OPTIONS_H
+#define VLVK_TOOLS_OPTIONS_OPTIONS_H
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "tools/options/values.h"
+#include "tools/picture/picture_file.h"
+#include "tools/video/frame_stream.h"
+
+namespace vlvk::tool {
+
+/// The settings, and the file with their colour table.
+struct LookOptions {
+  Look look;
+  std::optional<std::string> table;
+};
+
+struct PhotoOptions {
+  std::string in;
+  std::string out;
+  LookOptions look;
+  int quality = kDefaultQuality;
+  bool compare = false;
+  bool showWeight = false;
+};
+
+struct VideoOptions {
+  std::string in;
+  std::string out;
+  LookOptions look;
+  std::optional<RawFrames> raw;  ///< none: Y4M
+  std::string times;             ///< files; empty: not wanted
+  std::string checksums;
+  bool quiet = false;
+};
+
+inline constexpr const char* kDefaultColumns = "whiten=0,25,50,75,100";
+inline constexpr const char* kDefaultRows = "soften=0,250,500,1000";
+inline constexpr int kLeastCell = 80;  ///< holds the longest label
+
+struct SheetOptions {
+  std::string in;
+  std::string out;
+  SheetAxis columns = readAxis(kDefaultColumns);
+  SheetAxis rows = readAxis(kDefaultRows);
+  LookOptions look;
+  std::optional<Region> crop;
+  int cell = 240;
+  bool original = false;
+};
+
+struct TableOptions {
+  enum Action { kConvert, kPack, kUnpack, kNeutral, kCheck };
+
+  Action action;
+  std::string in;
+  std::string out;
+  std::optional<TableLayout> inLayout;
+  std::optional<TableLayout> outLayout;
+};
+
+struct BenchOptions {
+  std::vector<FrameSize> sizes{{1280, 720}, {1920, 1080}, {3840, 2160}};
+  double seconds = 1;
+  int threads = 4;
+  std::vector<std::string> targets = targetNames();
+};
+
+/// Help or version: a text to show.
+struct ShownText {
+  std::string text;
+};
+
+struct CommandLine {
+  std::variant<ShownText, PhotoOptions, VideoOptions, SheetOptions, TableOptions, BenchOptions> command;
+  std::string in;      ///< the file that the command reads, for messages; may be empty
+  std::string target;  ///< vector instructions to use; empty: the fastest
+};
+
+/// Reads the command line. Throws UsageError where it makes no sense; `line->in` is then as far as it was read.
+void parseCommandLine(int argc, const char* const* argv, CommandLine* line);
+
+}  // namespace vlvk::tool
+
+#endif
