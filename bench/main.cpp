@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   addFrameBenchmarks(sizes);
+  addHandleBenchmarks(sizes);
   addBandSmoothingBenchmarks(sizes);
   addSkinBlendBenchmarks(sizes);
   addConversionBenchmarks(sizes);

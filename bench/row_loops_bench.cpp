@@ -106,17 +106,18 @@ const Loop kLoops[] = {
      }},
     {"lookUpColors", 1,
      [](const auto& l, Rows& r) {
-       l.lookUpColors[vlvk::kRgba](r.pixels.data(), r.pixels.data(), r.columns, r.colors.data());
+       l.lookUpColors[vlvk::kOpaque][vlvk::kRgba](r.pixels.data(), r.pixels.data(), r.columns, r.colors.data());
      }},
     {"yuvToPixels", 2,
      [](const auto& l, Rows& r) {
-       l.yuvToPixels[vlvk::kVThenU][vlvk::kRgba](r.row(0), r.row(1), r.row(2), r.pixels.data(),
-                                                 r.pixels.data() + 4 * r.count(), r.columns);
+       l.yuvToPixels[vlvk::kBt601Limited][vlvk::kVThenU][vlvk::kRgba](r.row(0), r.row(1), r.row(2), r.pixels.data(),
+                                                                      r.pixels.data() + 4 * r.count(), r.columns);
      }},
     {"pixelsToYuv", 2,
      [](const auto& l, Rows& r) {
-       l.pixelsToYuv[vlvk::kVThenU][vlvk::kRgba](r.pixels.data(), r.pixels.data() + 4 * r.count(), r.out.data(),
-                                                 r.out.data() + r.columns, r.out.data() + 2 * r.columns, r.columns);
+       l.pixelsToYuv[vlvk::kBt601Limited][vlvk::kVThenU][vlvk::kRgba](r.pixels.data(), r.pixels.data() + 4 * r.count(),
+                                                                      r.out.data(), r.out.data() + r.columns,
+                                                                      r.out.data() + 2 * r.columns, r.columns);
      }},
 };
 

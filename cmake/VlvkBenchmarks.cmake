@@ -19,6 +19,7 @@ add_executable(vlvk_bench
   bench/band_smoothing_bench.cpp
   bench/conversions_bench.cpp
   bench/frame_bench.cpp
+  bench/handle_bench.cpp
   bench/integral_mean_bench.cpp
   bench/line_mean_bench.cpp
   bench/main.cpp

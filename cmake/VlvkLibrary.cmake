@@ -7,6 +7,7 @@ set(VLVK_PUBLIC_C_HEADERS
   export.h
   integral_mean.h
   line_mean.h
+  makeup.h
   mean_var_blend.h
   reference_filter.h
   rgb_to_yuv.h
@@ -34,7 +35,34 @@ set(VLVK_LIBRARY_SOURCES
   convert/odd_edge.h
   convert/rgb_to_yuv.cpp
   convert/yuv_to_rgb.cpp
+  engine/band_team.cpp
+  engine/band_team.h
+  engine/color_step.cpp
+  engine/color_step.h
+  engine/describe.cpp
+  engine/frame_format.cpp
+  engine/frame_format.h
+  engine/frame_job.cpp
+  engine/frame_job.h
+  engine/frame_memory.cpp
+  engine/frame_memory.h
+  engine/job_plan.cpp
+  engine/job_plan.h
+  engine/frame_rows.cpp
+  engine/frame_rows.h
+  engine/frame_view.cpp
+  engine/frame_view.h
+  engine/makeup.cpp
+  engine/row_pair.cpp
+  engine/row_pair.h
+  engine/settings.cpp
+  engine/settings.h
+  engine/skin_weights.cpp
+  engine/skin_weights.h
+  engine/versioned.h
   filter/CFastEdgePreserved.cpp
+  filter/band_rows.cpp
+  filter/band_rows.h
   filter/band_worker.cpp
   filter/band_worker.h
   filter/color_adjust.cpp
@@ -65,11 +93,14 @@ set(VLVK_LIBRARY_SOURCES
   rows/all_rows.h
   rows/blend_rows.h
   rows/box_scan_rows.h
-  rows/bt601.h
+  rows/channel_curves.h
+  rows/chroma_rows.h
   rows/color_rows.h
+  rows/colorimetry.h
   rows/pixel_formula.cpp
   rows/pixel_formula.h
   rows/pixel_orders.h
+  rows/pixel_rows.h
   rows/rgb_to_yuv_rows.h
   rows/row_loops.cpp
   rows/row_loops.h
@@ -77,6 +108,8 @@ set(VLVK_LIBRARY_SOURCES
   rows/smooth_rows.h
   rows/statistics_rows.h
   rows/target_sets.h
+  rows/yuv_matrix.cpp
+  rows/yuv_matrix.h
   rows/yuv_to_rgb_rows.h
   simd/channel_weights.h
   simd/inline.h

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "rows/bt601.h"
+#include "rows/colorimetry.h"
 #include "rows/pixel_orders.h"
 #include "rows/row_loops.h"
 
@@ -12,6 +12,9 @@ namespace {
 
 using vlvk::ChromaOrder;
 using vlvk::PixelOrder;
+
+constexpr vlvk::RgbToYuv kWeights = vlvk::kRgbToYuv[vlvk::kBt601Limited];
+constexpr int kBlack = vlvk::lumaOffset(vlvk::kBt601Limited);
 
 /// One sample of the columns that no row loop covers; it is truncated, not rounded.
 template <PixelOrder kPixels>
@@ -25,7 +28,7 @@ unsigned char tailSample(const unsigned char* pixel, const vlvk::RgbWeights& wei
 template <PixelOrder kPixels>
 void convertTailLuma(const unsigned char* pixels, unsigned char* luma, int begin, int end) {
   for (int c = begin; c < end; ++c) {
-    luma[c] = tailSample<kPixels>(pixels + 4 * static_cast<std::ptrdiff_t>(c), vlvk::kRgbToLuma, vlvk::kLumaOffset);
+    luma[c] = tailSample<kPixels>(pixels + 4 * static_cast<std::ptrdiff_t>(c), kWeights.luma, kBlack);
   }
 }
 
@@ -34,8 +37,8 @@ void convertTailChroma(const unsigned char* pixels, unsigned char* chroma, int b
   constexpr int kU = kChroma == vlvk::kVThenU ? 1 : 0;
   for (int c = begin; c < end; c += 2) {
     const unsigned char* pixel = pixels + 4 * static_cast<std::ptrdiff_t>(c);
-    chroma[c + kU] = tailSample<kPixels>(pixel, vlvk::kRgbToU, vlvk::kChromaOffset);
-    chroma[c + 1 - kU] = tailSample<kPixels>(pixel, vlvk::kRgbToV, vlvk::kChromaOffset);
+    chroma[c + kU] = tailSample<kPixels>(pixel, kWeights.u, vlvk::kChromaOffset);
+    chroma[c + 1 - kU] = tailSample<kPixels>(pixel, kWeights.v, vlvk::kChromaOffset);
   }
 }
 
@@ -44,7 +47,7 @@ template <ChromaOrder kChroma, PixelOrder kPixels>
 void convertFrame(const unsigned char* pixels, std::ptrdiff_t pixelStride, unsigned char* luma,
                   std::ptrdiff_t lumaStride, unsigned char* chroma, std::ptrdiff_t chromaStride, int width,
                   int height) {
-  const auto rowLoop = vlvk::rowLoops().pixelsToYuv[kChroma][kPixels];
+  const auto rowLoop = vlvk::rowLoops().pixelsToYuv[vlvk::kBt601Limited][kChroma][kPixels];
   const int columns = std::max(width, 0) & ~1;
   const int blocks = columns & ~15;
   if (columns == 0) return;

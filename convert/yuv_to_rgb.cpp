@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "rows/bt601.h"
+#include "rows/colorimetry.h"
 #include "rows/pixel_orders.h"
 #include "rows/row_loops.h"
 
@@ -28,8 +28,8 @@ enum BlueSum { kExact, kWrapTo16Bits };
 /// One pixel, for the columns that no row loop covers.
 template <PixelOrder kPixels, BlueSum kBlue>
 void writePixel(unsigned char* pixel, int y, int u, int v) {
-  constexpr vlvk::YuvToRgb k = vlvk::kYuvToRgb;
-  const int luma = k.luma * (y - vlvk::kLumaOffset);
+  constexpr vlvk::YuvToRgb k = vlvk::kYuvToRgb[vlvk::kBt601Limited];
+  const int luma = k.luma * (y - vlvk::lumaOffset(vlvk::kBt601Limited));
   const int cb = u - vlvk::kChromaOffset;
   const int cr = v - vlvk::kChromaOffset;
   const int blueSum = luma + k.blueU * cb;
@@ -90,14 +90,16 @@ void convertRowPairs(Planes planes, int columns, int rowPairs, vlvk::RowLoops::Y
 template <ChromaOrder kChroma, PixelOrder kPixels>
 void convertFrame(const Planes& planes, int width, int height) {
   convertRowPairs(planes, std::max(width, 0) & ~1, std::max(height, 0) / 2,
-                  vlvk::rowLoops().yuvToPixels[kChroma][kPixels], convertTailRow<kChroma, kPixels, kExact>);
+                  vlvk::rowLoops().yuvToPixels[vlvk::kBt601Limited][kChroma][kPixels],
+                  convertTailRow<kChroma, kPixels, kExact>);
 }
 
 /// With the _V2: at least one row pair and one block of 8, wrapping everywhere.
 template <ChromaOrder kChroma, PixelOrder kPixels>
 void convertFrameV2(const Planes& planes, int width, int height) {
   convertRowPairs(planes, std::max(width & ~1, 8), std::max(height / 2, 1),
-                  vlvk::rowLoops().yuvToPixels[kChroma][kPixels], convertTailRow<kChroma, kPixels, kWrapTo16Bits>);
+                  vlvk::rowLoops().yuvToPixels[vlvk::kBt601Limited][kChroma][kPixels],
+                  convertTailRow<kChroma, kPixels, kWrapTo16Bits>);
 }
 
 }  // namespace

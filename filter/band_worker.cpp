@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 
 #include <vlvk/band_smoothing.h>
@@ -11,8 +10,9 @@
 #include <vlvk/skin_blend.h>
 #include <vlvk/yuv_to_rgb.h>
 #include "base/arm_math.h"
-#include "kernels/box_rows.h"
+#include "filter/band_rows.h"
 #include "kernels/smooth_plane.h"
+#include "rows/pixel_formula.h"
 
 namespace vlvk {
 
@@ -67,27 +67,6 @@ void finishRows(CFastEdgePreserved& filter, MakeupParam& p, bool smoothed) {
   }
 }
 
-/// The rows that the sliding box meets around a band, at any height of band and frame: those outside the frame repeat
-/// its edge; in place those of other bands are saved ones.
-BoxRows rowsAround(const FramePlan& plan, const BandTask& task) {
-  const MakeupParam& p = task.param;
-  const std::int64_t begin = plan.bandBegin(task.bandIndex);
-  BoxRows rows{.plane = p.yPlane, .stride = p.yStride, .firstRow = -begin, .lastRow = plan.height - 1 - begin};
-  if (!plan.inPlace) return rows;
-  const std::uint8_t* saved = p.edgeRows;
-  if (task.bandIndex != 0) {
-    rows.above = saved;
-    rows.aboveRows = plan.contextRows();
-    saved += static_cast<std::ptrdiff_t>(rows.aboveRows) * p.yStride;
-  }
-  if (task.bandIndex != plan.bands - 1) {
-    rows.below = saved;
-    rows.belowRows = plan.contextRows();
-    rows.belowFrom = p.rows - 1;
-  }
-  return rows;
-}
-
 /// Smooths a band of a frame into its mean plane. Where bands are too short for the kernels, the box gets the same rows
 /// another way.
 void smoothBand(const FramePlan& plan, BandTask& task) {
@@ -96,8 +75,9 @@ void smoothBand(const FramePlan& plan, BandTask& task) {
     (task.owner->*task.stage)(&p, p.meanPlane);
     return;
   }
-  smoothRows(columnSumsIn(p.scratchA, p.scratchB, wholeGroups(p.width)), rowsAround(plan, task), plan.reach,
-             p.softenLevel, p.rows, p.yPlane, p.meanPlane, p.yStride);
+  smoothRows(columnSumsIn(p.scratchA, p.scratchB, wholeGroups(p.width)),
+             rowsAround(plan, task.bandIndex, p.yPlane, p.edgeRows), plan.reach,
+             makePixelFormula(plan.reach - 1, p.softenLevel), p.rows, {p.yPlane, p.yStride}, {p.meanPlane, p.yStride});
 }
 
 /// The part of a band's order that covers `rows` rows from row y on. The pixels of an in-place frame are not kept, so
@@ -113,19 +93,6 @@ MakeupParam stripOf(const MakeupParam& band, std::ptrdiff_t y, int rows) {
 }
 
 }  // namespace
-
-void saveNeighbourRows(const FramePlan& plan, const unsigned char* luma, int band, unsigned char* savedRows) {
-  const std::int64_t count = plan.contextRows();
-  const auto copyRows = [&](std::int64_t first) {
-    for (std::int64_t y = first; y < first + count; ++y, savedRows += plan.stride) {
-      const std::int64_t row = std::clamp<std::int64_t>(y, 0, plan.height - 1);
-      std::memcpy(savedRows, luma + static_cast<std::ptrdiff_t>(row) * plan.stride,
-                  static_cast<std::size_t>(plan.width));
-    }
-  };
-  if (band != 0) copyRows(plan.bandBegin(band) - count);
-  if (band != plan.bands - 1) copyRows(plan.bandEnd(band) - 1);
-}
 
 void runBand(const FramePlan& plan, BandTask& task) {
   const MakeupParam& p = task.param;

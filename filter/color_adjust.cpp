@@ -22,26 +22,9 @@ void storePixel(unsigned char* to, std::uint32_t pixel) {
   std::memcpy(to, &pixel, sizeof pixel);
 }
 
-/// One curve for each channel; alpha becomes opaque.
-struct CurveMapping {
-  const unsigned char* first;
-  const unsigned char* second;
-  const unsigned char* third;
-
-  std::uint32_t operator()(std::uint32_t p) const {
-    return first[p & 0xFFU] | std::uint32_t{second[(p >> 8U) & 0xFFU]} << 8U |
-           std::uint32_t{third[(p >> 16U) & 0xFFU]} << 16U | 0xFF000000U;
-  }
-};
-
-/// The middle channel alone.
-struct GreenMapping {
-  const unsigned char* curve;
-
-  std::uint32_t operator()(std::uint32_t p) const {
-    return (p & 0xFFFF00FFU) | std::uint32_t{curve[(p >> 8U) & 0xFFU]} << 8U;
-  }
-};
+std::uint32_t withGreen(std::uint32_t pixel, const unsigned char* curve) {
+  return (pixel & 0xFFFF00FFU) | std::uint32_t{curve[(pixel >> 8U) & 0xFFU]} << 8U;
+}
 
 /// Where a band's pixels come from and go to; both may be the same.
 struct PixelRows {
@@ -60,11 +43,11 @@ struct PixelRows {
   }
 };
 
-template <class Mapping>
-void mapPixels(const PixelRows& band, Mapping mapping) {
+/// The middle channel alone.
+void mapGreen(const PixelRows& band, const unsigned char* curve) {
   band.forEachRow([&](const unsigned char* source, unsigned char* destination) {
     for (std::ptrdiff_t i = 0; i < 4 * static_cast<std::ptrdiff_t>(band.width); i += 4) {
-      storePixel(destination + i, mapping(loadPixel(source + i)));
+      storePixel(destination + i, withGreen(loadPixel(source + i), curve));
     }
   });
 }
@@ -72,7 +55,7 @@ void mapPixels(const PixelRows& band, Mapping mapping) {
 template <vlvk::PixelOrder kOrder>
 void mapThroughTable(const PixelRows& band, const unsigned char* table) {
   if (band.width <= 0) return;
-  const auto lookUpColors = vlvk::rowLoops().lookUpColors[kOrder];
+  const auto lookUpColors = vlvk::rowLoops().lookUpColors[vlvk::kOpaque][kOrder];
   const int blocks = band.width & ~15;
   const std::ptrdiff_t blockBytes = 4 * static_cast<std::ptrdiff_t>(blocks);
   const auto restBytes = 4 * static_cast<std::size_t>(band.width - blocks);
@@ -83,6 +66,16 @@ void mapThroughTable(const PixelRows& band, const unsigned char* table) {
     std::memcpy(rest, source + blockBytes, restBytes);
     lookUpColors(rest, rest, 16, table);
     std::memcpy(destination + blockBytes, rest, restBytes);
+  });
+}
+
+template <vlvk::PixelOrder kOrder>
+void mapThroughCurves(const PixelRows& band, const CFastEdgePreserved& filter) {
+  const bool rgba = kOrder == vlvk::kRgba;
+  const vlvk::ChannelCurves curves{rgba ? filter.toneCurve0 : filter.toneCurve2, filter.toneCurve1,
+                                   rgba ? filter.toneCurve2 : filter.toneCurve0};
+  band.forEachRow([&](const unsigned char* source, unsigned char* destination) {
+    vlvk::rowLoops().applyCurves[vlvk::kOpaque](source, destination, band.width, curves);
   });
 }
 
@@ -106,13 +99,11 @@ void adjustBand(const CFastEdgePreserved& filter, const MakeupParam& p) {
   if (p.colorAdjustIntensity > 0) {
     mapThroughTable<kOrder>(band, filter.colorTable);
   } else if (p.whitenIntensity > 0) {
-    const bool rgba = kOrder == vlvk::kRgba;
-    mapPixels(band, CurveMapping{rgba ? filter.toneCurve0 : filter.toneCurve2, filter.toneCurve1,
-                                 rgba ? filter.toneCurve2 : filter.toneCurve0});
+    mapThroughCurves<kOrder>(band, filter);
   } else if (apart) {
     mapGreenApart(band, filter.toneCurve1);
   } else {
-    mapPixels(band, GreenMapping{filter.toneCurve1});
+    mapGreen(band, filter.toneCurve1);
   }
 }
 

@@ -13,6 +13,7 @@
 #include "base/checked_size.h"
 #include "base/shared_field.h"
 #include "convert/odd_edge.h"
+#include "filter/band_rows.h"
 #include "filter/band_worker.h"
 #include "filter/frame_buffers.h"
 #include "filter/frame_plan.h"

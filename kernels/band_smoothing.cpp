@@ -63,8 +63,8 @@ BoxRows boxRows(const Band& band, const Surroundings& around) {
 void smoothBand(const Band& band, const Surroundings& around) {
   if (band.columns() <= 0 || band.rows <= 0) return;
   vlvk::smoothRows(vlvk::columnSumsIn(band.scratch->scratchA, band.scratch->scratchB, band.columns()),
-                   boxRows(band, around), band.reach(), band.level, band.rows, band.source, band.destination,
-                   band.stride);
+                   boxRows(band, around), band.reach(), vlvk::makePixelFormula(band.reach() - 1, band.level), band.rows,
+                   {band.source, band.stride}, {band.destination, band.stride});
 }
 
 }  // namespace

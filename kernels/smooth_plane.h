@@ -8,20 +8,29 @@
 
 #include "kernels/box_rows.h"
 #include "kernels/sliding_box.h"
+#include "rows/pixel_formula.h"
 
 namespace vlvk {
+
+/// Where rows of a plane begin, and how far apart they are in bytes.
+template <class Byte>
+struct PlaneRows {
+  Byte* first;
+  std::ptrdiff_t stride;
+
+  Byte* row(std::ptrdiff_t y) const { return first + y * stride; }
+};
 
 /// Smooths rows 0 .. rowCount - 1; `columns` bytes of each are written.
 ///
 /// @param columns      work rows
 /// @param rows         source of the box
 /// @param reach        R, a positive multiple of 8: the box of row y covers rows y - R + 1 .. y + R - 1
-/// @param level        strength setting
-/// @param source       unsmoothed row 0
-/// @param destination  smoothed row 0
-/// @param stride       bytes between rows of source and destination
-void smoothRows(const NarrowColumnSums& columns, const BoxRows& rows, int reach, int level, int rowCount,
-                const std::uint8_t* source, std::uint8_t* destination, std::ptrdiff_t stride);
+/// @param formula      for this reach
+/// @param source       unsmoothed rows
+/// @param destination  smoothed rows
+void smoothRows(const NarrowColumnSums& columns, const BoxRows& rows, int reach, const PixelFormula& formula,
+                int rowCount, PlaneRows<const std::uint8_t> source, PlaneRows<std::uint8_t> destination);
 
 /// Views the byte buffers that hold a band's column sums; they are aligned for their elements.
 NarrowColumnSums columnSumsIn(unsigned char* sums, unsigned char* squares, int columns);

@@ -6,12 +6,15 @@
 
 #include "rows/blend_rows.h"
 #include "rows/box_scan_rows.h"
+#include "rows/chroma_rows.h"
 #include "rows/color_rows.h"
 #include "rows/rgb_to_yuv_rows.h"
 #include "rows/yuv_to_rgb_rows.h"
+// Builds on the conversion to YUV.
+#include "rows/pixel_rows.h"
 // Builds on the scan.
 #include "rows/smooth_rows.h"
-// Builds on both.
+// Builds on the scan and the formula.
 #include "rows/statistics_rows.h"
 #include "rows/target_sets.h"
 
@@ -19,6 +22,14 @@
 #define VLVK_NAME_OF(x) VLVK_STRING_OF(x)
 
 namespace vlvk::VLVK_TARGET {
+
+// One entry for each colorimetry, and for each order of chroma and pixels.
+#define VLVK_EACH_PIXELS(loop, ...) \
+  { loop<__VA_ARGS__, kRgba>, loop<__VA_ARGS__, kBgra> }
+#define VLVK_EACH_CHROMA(loop, colors) \
+  { VLVK_EACH_PIXELS(loop, colors, kVThenU), VLVK_EACH_PIXELS(loop, colors, kUThenV) }
+#define VLVK_EACH_COLORS(each, loop) \
+  { each(loop, kBt601Limited), each(loop, kBt601Full), each(loop, kBt709Limited), each(loop, kBt709Full) }
 
 const RowLoops kRowLoops = {
     .name = VLVK_NAME_OF(VLVK_TARGET),
@@ -33,12 +44,20 @@ const RowLoops kRowLoops = {
     .integralSmooth8 = integralSmooth8,
     .blendStatistics = blendStatistics,
     .blendRowPair = blendRowPair,
-    .lookUpColors = {lookUpColors<kRgba>, lookUpColors<kBgra>},
-    .yuvToPixels = {{yuvToPixels<kVThenU, kRgba>, yuvToPixels<kVThenU, kBgra>},
-                    {yuvToPixels<kUThenV, kRgba>, yuvToPixels<kUThenV, kBgra>}},
-    .nv12ToBgraFoursTwice = yuvToPixels<kUThenV, kBgra, kFoursTwice>,
-    .pixelsToYuv = {{pixelsToYuv<kVThenU, kRgba>, pixelsToYuv<kVThenU, kBgra>},
-                    {pixelsToYuv<kUThenV, kRgba>, pixelsToYuv<kUThenV, kBgra>}},
+    .lookUpColors = {VLVK_EACH_PIXELS(lookUpColors, kKeepAlpha), VLVK_EACH_PIXELS(lookUpColors, kOpaque)},
+    .applyCurves = {applyCurves<kKeepAlpha>, applyCurves<kOpaque>},
+    .yuvToPixels = VLVK_EACH_COLORS(VLVK_EACH_CHROMA, yuvToPixels),
+    .nv12ToBgraFoursTwice = yuvToPixels<kBt601Limited, kUThenV, kBgra, kFoursTwice>,
+    .pixelsToYuv = VLVK_EACH_COLORS(VLVK_EACH_CHROMA, pixelsToYuv),
+    .pixelsToLuma = VLVK_EACH_COLORS(VLVK_EACH_PIXELS, pixelsToLuma),
+    .pixelsToChroma = VLVK_EACH_COLORS(VLVK_EACH_CHROMA, pixelsToChroma),
+    .shiftPixels = {shiftPixels<kKeepAlpha>, shiftPixels<kOpaque>},
+    .unpackPixels = {{unpackPixels<3, false>, unpackPixels<3, true>}, {unpackPixels<4, false>, unpackPixels<4, true>}},
+    .packPixels = packPixels,
+    .interleave = interleave,
+    .separate = separate,
+    .convertLuma = convertLuma,
+    .convertChroma = convertChroma,
 };
 
 }  // namespace vlvk::VLVK_TARGET

@@ -16,8 +16,12 @@ enum ChromaSpread {
   kFoursTwice     ///< in each block of 8 columns, the block's four pairs to columns 0 .. 3 and again to 4 .. 7
 };
 
+/// What becomes of a pixel's fourth byte.
+enum AlphaRule { kKeepAlpha, kOpaque };
+
 inline constexpr int kChromaOrders = 2;
 inline constexpr int kPixelOrders = 2;
+inline constexpr int kAlphaRules = 2;
 
 }  // namespace vlvk
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "rows/bt601.h"
+#include "rows/colorimetry.h"
 #include "rows/pixel_orders.h"
 #include "simd/channel_weights.h"
 
@@ -17,12 +17,13 @@ constexpr ChannelWeights inOrder(const RgbWeights& k, int offset) {
 }
 
 /// See RowLoops::pixelsToYuv. The chroma of a block is that of its upper-left pixel.
-template <ChromaOrder kChroma, PixelOrder kPixels>
+template <Colorimetry kColors, ChromaOrder kChroma, PixelOrder kPixels>
 inline void pixelsToYuv(const std::uint8_t* pixels0, const std::uint8_t* pixels1, std::uint8_t* luma0,
                         std::uint8_t* luma1, std::uint8_t* chroma, int columns) {
-  constexpr ChannelWeights kLuma = inOrder<kPixels>(kRgbToLuma, kLumaOffset);
-  constexpr ChannelWeights kU = inOrder<kPixels>(kRgbToU, kChromaOffset);
-  constexpr ChannelWeights kV = inOrder<kPixels>(kRgbToV, kChromaOffset);
+  constexpr RgbToYuv k = kRgbToYuv[kColors];
+  constexpr ChannelWeights kLuma = inOrder<kPixels>(k.luma, lumaOffset(kColors));
+  constexpr ChannelWeights kU = inOrder<kPixels>(k.u, kChromaOffset);
+  constexpr ChannelWeights kV = inOrder<kPixels>(k.v, kChromaOffset);
   for (; columns > 0; columns -= 16) {
     const Pixels16 upper = loadPixels16(pixels0);
     pixels0 += 64;

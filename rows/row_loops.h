@@ -9,8 +9,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "rows/channel_curves.h"
+#include "rows/colorimetry.h"
 #include "rows/pixel_formula.h"
 #include "rows/pixel_orders.h"
+#include "rows/yuv_matrix.h"
 
 namespace vlvk {
 
@@ -83,15 +86,45 @@ struct RowLoops {
                        const std::uint8_t* centre);
 
   /// Replaces colours by the table's entries for them; `columns` is a multiple of 16. Source and destination may be the
-  /// same row. The table has 4 bytes for each colour of 6 bits a channel, at red + 64 * (green + 64 * blue).
-  LookUpColors lookUpColors[kPixelOrders];
+  /// same row. The table has 4 bytes for each colour of 6 bits a channel, at red + 64 * (green + 64 * blue), the fourth
+  /// being 255.
+  LookUpColors lookUpColors[kAlphaRules][kPixelOrders];
 
-  /// Converts a row pair; `columns` is a multiple of 16. Indexed by byte order. Where 75 * (Y - 16) + 129 * (U - 128)
-  /// reaches 2^15, blue becomes 0.
-  YuvToPixels yuvToPixels[kChromaOrders][kPixelOrders];
-  /// The same from U, V to B, G, R, A with pairs spread as kFoursTwice says, and blue sums that do not wrap.
+  /// Passes the channels of pixels through curves; any number of columns. Source and destination may be the same row.
+  void (*applyCurves[kAlphaRules])(const std::uint8_t* source, std::uint8_t* destination, int columns,
+                                   const ChannelCurves& curves);
+
+  /// Converts a row pair; `columns` is a multiple of 16. The rows of a pair may be the same. Indexed by byte order.
+  YuvToPixels yuvToPixels[kColorimetries][kChromaOrders][kPixelOrders];
+  /// The same of BT.601 from U, V to B, G, R, A with pairs spread as kFoursTwice says, and blue sums that do not wrap.
   YuvToPixels nv12ToBgraFoursTwice;
-  PixelsToYuv pixelsToYuv[kChromaOrders][kPixelOrders];
+  /// Chroma is that of the upper left pixel of each block of 2 x 2.
+  PixelsToYuv pixelsToYuv[kColorimetries][kChromaOrders][kPixelOrders];
+
+  /// Luma of a row of pixels, and chroma of the mean of each block of 2 x 2; `columns` is a multiple of 16.
+  void (*pixelsToLuma[kColorimetries][kPixelOrders])(const std::uint8_t* pixels, std::uint8_t* luma, int columns);
+  void (*pixelsToChroma[kColorimetries][kChromaOrders][kPixelOrders])(const std::uint8_t* pixels0,
+                                                                      const std::uint8_t* pixels1, std::uint8_t* chroma,
+                                                                      int columns);
+
+  /// Adds newLuma - luma to every channel, clamped to 0 .. 255; `columns` is a multiple of 16. Source and destination
+  /// may be the same row.
+  void (*shiftPixels[kAlphaRules])(const std::uint8_t* source, const std::uint8_t* luma, const std::uint8_t* newLuma,
+                                   std::uint8_t* destination, int columns);
+
+  /// Copies pixels of 3 (index 0) or 4 bytes to pixels of 4, red and blue exchanged (index 1) or not, and pixels of 4
+  /// bytes to pixels of 3. A fourth byte that the source does not have is 255. Any number of columns.
+  void (*unpackPixels[2][2])(const std::uint8_t* source, std::uint8_t* destination, int columns);
+  void (*packPixels)(const std::uint8_t* source, std::uint8_t* destination, int columns);
+
+  /// `count` pairs of the bytes of two rows, and the reverse; a multiple of 8.
+  void (*interleave)(const std::uint8_t* first, const std::uint8_t* second, std::uint8_t* pairs, int count);
+  void (*separate)(const std::uint8_t* pairs, std::uint8_t* first, std::uint8_t* second, int count);
+
+  /// Luma and chroma pairs of one colorimetry as those of another; an even number of columns. Rows do not overlap.
+  void (*convertLuma)(const std::uint8_t* luma, const std::uint8_t* pairs, std::uint8_t* destination, int columns,
+                      const YuvMatrix& matrix);
+  void (*convertChroma)(const std::uint8_t* pairs, std::uint8_t* destination, int columns, const YuvMatrix& matrix);
 };
 
 /// The row loops in use: the fastest set that this processor runs, chosen once.

@@ -385,6 +385,40 @@ VLVK_INLINE void storeWeightedPairs(std::uint8_t* to, const Pixels8& v) {
   storeUnaligned(to, _mm_unpacklo_epi64(_mm256_castsi256_si128(pairs), _mm256_extracti128_si256(pairs, 1)));
 }
 
+// Pixels changed.
+
+VLVK_INLINE void store(std::uint8_t* to, const Pixels16& v) {
+  storeUnaligned256(to, v.eight[0]);
+  storeUnaligned256(to + 32, v.eight[1]);
+}
+/// Bytes 8 * kHalf + i of `v` to the first three bytes of pixel i.
+template <int kHalf>
+VLVK_INLINE __m256i toChannels(U8x16 v) {
+  constexpr int k = 8 * kHalf;
+  const __m256i places =
+      _mm256_setr_epi8(k, k, k, -1, k + 1, k + 1, k + 1, -1, k + 2, k + 2, k + 2, -1, k + 3, k + 3, k + 3, -1, k + 4,
+                       k + 4, k + 4, -1, k + 5, k + 5, k + 5, -1, k + 6, k + 6, k + 6, -1, k + 7, k + 7, k + 7, -1);
+  return _mm256_shuffle_epi8(_mm256_broadcastsi128_si256(v.v), places);
+}
+VLVK_INLINE Pixels16 shiftedChannels(const Pixels16& v, U8x16 up, U8x16 down) {
+  return {{_mm256_subs_epu8(_mm256_adds_epu8(v.eight[0], toChannels<0>(up)), toChannels<0>(down)),
+           _mm256_subs_epu8(_mm256_adds_epu8(v.eight[1], toChannels<1>(up)), toChannels<1>(down))}};
+}
+VLVK_INLINE Pixels16 withOpaqueAlpha(const Pixels16& v) {
+  const __m256i alpha = _mm256_set1_epi32(static_cast<std::int32_t>(0xFF000000U));
+  return {{_mm256_or_si256(v.eight[0], alpha), _mm256_or_si256(v.eight[1], alpha)}};
+}
+/// The odd 32-bit words of both, in order.
+VLVK_INLINE __m256i oddWords(__m256i a, __m256i b) {
+  const __m256 odd = _mm256_shuffle_ps(_mm256_castsi256_ps(a), _mm256_castsi256_ps(b), 0xDD);
+  return _mm256_permute4x64_epi64(_mm256_castps_si256(odd), 0xD8);  // quarters 0, 2, 1, 3
+}
+VLVK_INLINE Pixels8 averagedBlocks(const Pixels16& upper, const Pixels16& lower) {
+  const __m256i first = _mm256_avg_epu8(upper.eight[0], lower.eight[0]);
+  const __m256i second = _mm256_avg_epu8(upper.eight[1], lower.eight[1]);
+  return {_mm256_avg_epu8(evenWords(first, second), oddWords(first, second))};
+}
+
 }  // namespace vlvk::VLVK_TARGET
 
 #endif

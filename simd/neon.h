@@ -457,6 +457,44 @@ VLVK_INLINE void storeColorIndices(std::uint32_t* to, const Pixels16& v) {
   vst4q_u8(reinterpret_cast<std::uint8_t*>(to), bytes);
 }
 
+// Pixels changed, and chroma in pairs and planes.
+
+VLVK_INLINE U8x16 subSat(U8x16 a, U8x16 b) {
+  return {vqsubq_u8(a.v, b.v)};
+}
+VLVK_INLINE void store(std::uint8_t* to, const Pixels16& v) {
+  vst4q_u8(to, v.channels);
+}
+VLVK_INLINE Pixels16 shiftedChannels(const Pixels16& v, U8x16 up, U8x16 down) {
+  Pixels16 shifted = v;
+  for (int c = 0; c < 3; ++c)
+    shifted.channels.val[c] = vqsubq_u8(vqaddq_u8(v.channels.val[c], up.v), down.v);
+  return shifted;
+}
+VLVK_INLINE Pixels16 withOpaqueAlpha(const Pixels16& v) {
+  Pixels16 solid = v;
+  solid.channels.val[3] = vdupq_n_u8(255);
+  return solid;
+}
+VLVK_INLINE Pixels8 averagedBlocks(const Pixels16& upper, const Pixels16& lower) {
+  Pixels8 blocks;
+  for (int c = 0; c < 4; ++c) {
+    const uint16x8_t rows = vreinterpretq_u16_u8(vrhaddq_u8(upper.channels.val[c], lower.channels.val[c]));
+    blocks.channels.val[c] = vrhadd_u8(vmovn_u16(rows), vshrn_n_u16(rows, 8));
+  }
+  return blocks;
+}
+VLVK_INLINE U8x16 interleaved(U8x8 a, U8x8 b) {
+  const uint8x8x2_t zipped = vzip_u8(a.v, b.v);
+  return {vcombine_u8(zipped.val[0], zipped.val[1])};
+}
+VLVK_INLINE U8x8 evenBytes(U8x16 v) {
+  return {vmovn_u16(vreinterpretq_u16_u8(v.v))};
+}
+VLVK_INLINE U8x8 oddBytes(U8x16 v) {
+  return {vshrn_n_u16(vreinterpretq_u16_u8(v.v), 8)};
+}
+
 }  // namespace vlvk::VLVK_TARGET
 
 #endif

@@ -405,6 +405,49 @@ inline void storeColorIndices(std::uint32_t* to, const Pixels16& v) {
   }
 }
 
+// Pixels changed, and chroma in pairs and planes.
+
+/// a - b, or 0 where that is negative.
+inline U8x16 subSat(U8x16 a, U8x16 b) {
+  return forLanes<U8x16>([&](int i) { return a.lane[i] > b.lane[i] ? a.lane[i] - b.lane[i] : 0; });
+}
+inline void store(std::uint8_t* to, const Pixels16& v) {
+  storeLanes(to, v);
+}
+/// Each channel of pixel i plus up[i], at most 255, then less down[i], at least 0; the fourth channel stays.
+inline Pixels16 shiftedChannels(const Pixels16& v, U8x16 up, U8x16 down) {
+  return forLanes<Pixels16>([&](int i) {
+    if (i % 4 == 3) return int{v.lane[i]};
+    const int raised = v.lane[i] + up.lane[i / 4];
+    const int shifted = (raised > 255 ? 255 : raised) - down.lane[i / 4];
+    return shifted < 0 ? 0 : shifted;
+  });
+}
+/// The same pixels, the fourth channel being 255.
+inline Pixels16 withOpaqueAlpha(const Pixels16& v) {
+  return forLanes<Pixels16>([&](int i) { return i % 4 == 3 ? std::uint8_t{255} : v.lane[i]; });
+}
+/// The mean of each block of 2 x 2 pixels, of two rows of 16: first of the rows, then of the columns, halves rounded up
+/// each time.
+inline Pixels8 averagedBlocks(const Pixels16& upper, const Pixels16& lower) {
+  const auto rows = [&](int i) { return (upper.lane[i] + lower.lane[i] + 1) >> 1; };
+  return forLanes<Pixels8>([&](int i) {
+    const int left = 8 * (i / 4) + i % 4;
+    return (rows(left) + rows(left + 4) + 1) >> 1;
+  });
+}
+/// a0, b0, a1, b1 ...
+inline U8x16 interleaved(U8x8 a, U8x8 b) {
+  return forLanes<U8x16>([&](int i) { return i % 2 == 0 ? a.lane[i / 2] : b.lane[i / 2]; });
+}
+/// Bytes 0, 2, 4 ... and 1, 3, 5 ...
+inline U8x8 evenBytes(U8x16 v) {
+  return forLanes<U8x8>([&](int i) { return v.lane[2 * i]; });
+}
+inline U8x8 oddBytes(U8x16 v) {
+  return forLanes<U8x8>([&](int i) { return v.lane[2 * i + 1]; });
+}
+
 }  // namespace vlvk::VLVK_TARGET
 
 #endif

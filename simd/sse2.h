@@ -387,6 +387,43 @@ VLVK_INLINE void storeWeightedPairs(std::uint8_t* to, const Pixels8& v) {
   storeUnaligned(to, _mm_or_si128(first, _mm_slli_epi16(second, 8)));
 }
 
+// Pixels changed.
+
+VLVK_INLINE void store(std::uint8_t* to, const Pixels16& v) {
+  for (int i = 0; i < 4; ++i)
+    storeUnaligned(to + 16 * i, v.four[i]);
+}
+/// Byte i of `v` to the first three bytes of pixel i.
+VLVK_INLINE Pixels16 toChannels(U8x16 v) {
+  const __m128i colors = _mm_set1_epi32(0x00FFFFFF);
+  const __m128i low = _mm_unpacklo_epi8(v.v, v.v);
+  const __m128i high = _mm_unpackhi_epi8(v.v, v.v);
+  return {{_mm_and_si128(_mm_unpacklo_epi16(low, low), colors), _mm_and_si128(_mm_unpackhi_epi16(low, low), colors),
+           _mm_and_si128(_mm_unpacklo_epi16(high, high), colors),
+           _mm_and_si128(_mm_unpackhi_epi16(high, high), colors)}};
+}
+VLVK_INLINE Pixels16 shiftedChannels(const Pixels16& v, U8x16 up, U8x16 down) {
+  const Pixels16 raise = toChannels(up);
+  const Pixels16 lower = toChannels(down);
+  Pixels16 shifted;
+  for (int i = 0; i < 4; ++i)
+    shifted.four[i] = _mm_subs_epu8(_mm_adds_epu8(v.four[i], raise.four[i]), lower.four[i]);
+  return shifted;
+}
+VLVK_INLINE Pixels16 withOpaqueAlpha(const Pixels16& v) {
+  Pixels16 solid;
+  for (int i = 0; i < 4; ++i)
+    solid.four[i] = _mm_or_si128(v.four[i], _mm_set1_epi32(static_cast<std::int32_t>(0xFF000000U)));
+  return solid;
+}
+VLVK_INLINE Pixels8 averagedBlocks(const Pixels16& upper, const Pixels16& lower) {
+  __m128i rows[4];
+  for (int i = 0; i < 4; ++i)
+    rows[i] = _mm_avg_epu8(upper.four[i], lower.four[i]);
+  return {{_mm_avg_epu8(evenWords(rows[0], rows[1]), oddWords(rows[0], rows[1])),
+           _mm_avg_epu8(evenWords(rows[2], rows[3]), oddWords(rows[2], rows[3]))}};
+}
+
 }  // namespace vlvk::VLVK_TARGET
 
 #endif

@@ -85,6 +85,19 @@ VLVK_INLINE U8x16 mulPairsShift6(U8x16 v) {
   return {_mm_or_si128(weight, _mm_slli_epi16(weight, 8))};
 }
 
+VLVK_INLINE U8x16 subSat(U8x16 a, U8x16 b) {
+  return {_mm_subs_epu8(a.v, b.v)};
+}
+VLVK_INLINE U8x16 interleaved(U8x8 a, U8x8 b) {
+  return {_mm_unpacklo_epi8(a.v, b.v)};
+}
+VLVK_INLINE U8x8 evenBytes(U8x16 v) {
+  return {_mm_packus_epi16(_mm_and_si128(v.v, _mm_set1_epi16(0xFF)), zero128())};
+}
+VLVK_INLINE U8x8 oddBytes(U8x16 v) {
+  return {_mm_packus_epi16(_mm_srli_epi16(v.v, 8), zero128())};
+}
+
 }  // namespace vlvk::VLVK_TARGET
 
 #endif

@@ -10,6 +10,7 @@
 #include "kernels/box_rows.h"
 #include "kernels/sliding_box.h"
 #include "kernels/smooth_plane.h"
+#include "rows/pixel_formula.h"
 #include "rows/row_loops.h"
 
 namespace {
@@ -57,7 +58,9 @@ void Mean_Window_Neon(const unsigned char* source, unsigned char* destination, i
   const ColumnRows memory(width);
   if (!memory.usable()) return;
   const BoxRows rows{.plane = source, .stride = stride, .firstRow = 0, .lastRow = std::int64_t{height} - 1};
-  vlvk::smoothRows(memory.view(), rows, vlvk::roundUpTo8(radius), level, height, source, destination, stride);
+  const int reach = vlvk::roundUpTo8(radius);
+  vlvk::smoothRows(memory.view(), rows, reach, vlvk::makePixelFormula(reach - 1, level), height, {source, stride},
+                   {destination, stride});
 }
 
 void MeanTop_Window_V2_Neon(const unsigned char* source, unsigned int* sums, unsigned int* squares, int width, int rows,

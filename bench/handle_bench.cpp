@@ -1,0 +1,206 @@
+/// The C handle against CFastEdgePreserved, and its formats against each other: ratios of frames that alternate, so
+/// that a machine whose speed drifts slows both.
+///
+/// `ratio` is the median over the rounds of the time of the first by the time of the second, `ratio_cpu` the same of
+/// processor time. Times are those of the first.
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+#include <functional>
+#include <memory>
+
+#include <vlvk/CFastEdgePreserved.h>
+#include <vlvk/makeup.h>
+#include "bench/measure.h"
+#include "bench/neutral_colors.h"
+#include "bench/scene.h"
+
+namespace vlvk_bench {
+
+namespace {
+
+constexpr int kRounds = 41;
+constexpr int kFramesOfARound = 2;
+
+/// A frame of the skin scene in some format, with the pixels or planes of its own.
+class Picture {
+ public:
+  Picture(Size size, VlvkFormat format, VlvkMatrix matrix = VLVK_BT601, VlvkRange range = VLVK_LIMITED)
+      : size_(size), nv21_(skinFrame(size)), bytes_(size.pixels() * 4) {
+    frame_.size = sizeof frame_;
+    frame_.format = format;
+    frame_.matrix = matrix;
+    frame_.range = range;
+    frame_.width = size.width;
+    frame_.height = size.height;
+    if (format >= VLVK_RGBA) {
+      place(0, 0, size.width * (format >= VLVK_RGB ? 3 : 4));
+    } else {
+      const std::size_t quarter = size.pixels() / 4;
+      place(0, 0, size.width);
+      place(1, size.pixels(), format == VLVK_I420 ? size.width / 2 : size.width);
+      if (format == VLVK_I420) place(2, size.pixels() + quarter, size.width / 2);
+    }
+    restore();
+  }
+
+  /// The scene again, unbeautified.
+  void restore() {
+    VlvkFrame source = frame_;
+    source.format = VLVK_NV21;
+    source.plane[0] = nv21_.data();
+    source.plane[1] = nv21_.data() + size_.pixels();
+    source.stride[0] = source.stride[1] = size_.width;
+    VlvkSettings nothing;
+    vlvkSettingsInit(&nothing, sizeof nothing);
+    nothing.whitening = nothing.softening = 0;
+    VlvkMakeup* makeup = nullptr;
+    if (vlvkMakeupCreate(&makeup, &nothing) == VLVK_OK) vlvkMakeupProcess(makeup, &source, &frame_, nullptr);
+    vlvkMakeupDestroy(makeup);
+  }
+
+  const VlvkFrame& frame() const { return frame_; }
+
+ private:
+  void place(int plane, std::size_t offset, int stride) {
+    frame_.plane[plane] = bytes_.data() + offset;
+    frame_.stride[plane] = stride;
+  }
+
+  Size size_;
+  Nv21Frame nv21_;
+  std::vector<std::uint8_t> bytes_;
+  VlvkFrame frame_{};
+};
+
+/// Something that processes a frame, and puts it back where it is in place.
+struct Contender {
+  std::function<bool()> process;
+  std::function<void()> restore = [] {};
+};
+
+struct Setup {
+  int threads = 1;
+  int whitening = 50;
+};
+
+Contender handle(const Setup& setup, std::shared_ptr<Picture> source, std::shared_ptr<Picture> target) {
+  VlvkSettings settings;
+  vlvkSettingsInit(&settings, sizeof settings);
+  settings.threads = setup.threads;
+  settings.whitening = setup.whitening;
+  settings.radius = 20;
+  settings.contrast = VLVK_CONTRAST_ABSOLUTE;
+  VlvkMakeup* made = nullptr;
+  vlvkMakeupCreate(&made, &settings);
+  const std::shared_ptr<VlvkMakeup> makeup(made, vlvkMakeupDestroy);
+  const bool inPlace = source == target;
+  return {[=] { return vlvkMakeupProcess(makeup.get(), &source->frame(), &target->frame(), nullptr) == VLVK_OK; },
+          [=] {
+            if (inPlace) source->restore();
+          }};
+}
+
+Contender inPlace(Size size, const Setup& setup, VlvkFormat format, VlvkMatrix matrix = VLVK_BT601,
+                  VlvkRange range = VLVK_LIMITED) {
+  auto picture = std::make_shared<Picture>(size, format, matrix, range);
+  return handle(setup, picture, picture);
+}
+
+Contender elsewhere(Size size, const Setup& setup, VlvkFormat from, VlvkFormat to) {
+  return handle(setup, std::make_shared<Picture>(size, from), std::make_shared<Picture>(size, to));
+}
+
+Contender classic(Size size, const Setup& setup, bool nv21) {
+  struct Engine {
+    NeutralColors colors;
+    CFastEdgePreserved filter;
+    explicit Engine(int threads) : filter(threads, &colors) {}
+  };
+  auto engine = std::make_shared<Engine>(setup.threads);
+  engine->filter.put_whitenIntensity(setup.whitening);
+  engine->filter.put_colorAdjustIntensity(0);
+  auto picture = std::make_shared<Picture>(size, nv21 ? VLVK_NV21 : VLVK_NV12);
+  return {[=] {
+            const VlvkFrame& f = picture->frame();
+            return engine->filter.processVideo(f.plane[0], f.width, f.plane[1], f.width, f.width, f.height, nullptr, 0,
+                                               nv21) == 0;
+          },
+          [=] { picture->restore(); }};
+}
+
+struct Times {
+  double wall;
+  double processor;
+};
+
+Times timeOf(benchmark::State& state, const Contender& contender) {
+  contender.restore();
+  const auto begin = std::chrono::steady_clock::now();
+  const std::clock_t processor = std::clock();
+  for (int i = 0; i < kFramesOfARound; ++i) {
+    if (!contender.process()) state.SkipWithError("the frame failed");
+  }
+  const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - begin;
+  return {wall.count(), static_cast<double>(std::clock() - processor) / CLOCKS_PER_SEC};
+}
+
+double median(std::vector<double> values) {
+  std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
+  return values[values.size() / 2];
+}
+
+void compare(const std::string& name, Size size, const std::function<Contender()>& makeFirst,
+             const std::function<Contender()>& makeSecond) {
+  add("handle/" + name + "/" + size.name(),
+      [=](benchmark::State& state) {
+        const Contender first = makeFirst();
+        const Contender second = makeSecond();
+        timeOf(state, first);
+        timeOf(state, second);
+        std::vector<double> wall;
+        std::vector<double> processor;
+        for ([[maybe_unused]] auto round : state) {
+          const Times a = timeOf(state, first);
+          const Times b = timeOf(state, second);
+          wall.push_back(a.wall / b.wall);
+          processor.push_back(a.processor / b.processor);
+          state.SetIterationTime(a.wall / kFramesOfARound);
+        }
+        state.counters["ratio"] = median(wall);
+        state.counters["ratio_cpu"] = median(processor);
+      })
+      ->UseManualTime()
+      ->Iterations(kRounds);
+}
+
+}  // namespace
+
+void addHandleBenchmarks(const std::vector<Size>& sizes) {
+  for (const Size size : sizes) {
+    for (const int threads : {1, 4}) {
+      const Setup s{threads};
+      const std::string suffix = "/threads:" + std::to_string(threads);
+      const auto nv12 = [=] { return inPlace(size, s, VLVK_NV12); };
+      compare("nv12_by_class" + suffix, size, nv12, [=] { return classic(size, s, false); });
+      compare(
+          "nv21_by_class" + suffix, size, [=] { return inPlace(size, s, VLVK_NV21); },
+          [=] { return classic(size, s, true); });
+      compare(
+          "i420_by_nv12" + suffix, size, [=] { return inPlace(size, s, VLVK_I420); }, nv12);
+      compare(
+          "nv12_elsewhere_by_in_place" + suffix, size, [=] { return elsewhere(size, s, VLVK_NV12, VLVK_NV12); }, nv12);
+      compare(
+          "rgba_to_rgba_by_nv21_to_rgba" + suffix, size, [=] { return elsewhere(size, s, VLVK_RGBA, VLVK_RGBA); },
+          [=] { return elsewhere(size, s, VLVK_NV21, VLVK_RGBA); });
+    }
+    const Setup s;
+    const auto nv12 = [=] { return inPlace(size, s, VLVK_NV12); };
+    compare(
+        "bt601_full_by_limited", size, [=] { return inPlace(size, s, VLVK_NV12, VLVK_BT601, VLVK_FULL); }, nv12);
+    compare(
+        "bt709_by_bt601", size, [=] { return inPlace(size, s, VLVK_NV12, VLVK_BT709); }, nv12);
+  }
+}
+
+}  // namespace vlvk_bench

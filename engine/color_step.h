@@ -1,0 +1,44 @@
+/// Whitening and colour table of a handle, as lookup tables.
+#ifndef VLVK_ENGINE_COLOR_STEP_H
+#define VLVK_ENGINE_COLOR_STEP_H
+
+#include <cstdint>
+
+#include "filter/color_table.h"
+#include "filter/tone_curves.h"
+#include "rows/pixel_orders.h"
+
+namespace vlvk {
+
+/// What is done to the colours of pixels, in place. Rebuilt when whitening, picture or byte order change.
+class ColorStep {
+ public:
+  /// Whether pixels of these settings change at all.
+  static bool isNeeded(int whitening, const unsigned char* picture) { return whitening > 0 || picture != nullptr; }
+
+  /// Makes the tables for a frame.
+  ///
+  /// @param picture         kColorPictureSize bytes, or null for tone curves alone; read
+  /// @param pictureChanged  `picture` holds another picture than at the call before
+  /// @return false, with nothing changed, when there is no memory
+  bool prepare(int whitening, const unsigned char* picture, bool pictureChanged, PixelOrder order);
+
+  /// Changes a row of pixels where it stands; alpha stays.
+  ///
+  /// @param columns  a multiple of 16
+  void apply(std::uint8_t* pixels, int columns) const;
+
+ private:
+  void buildCurves(int whitening);
+
+  unsigned char curves_[3][kToneCurveSize] = {};  // red, green, blue
+  int whitening_ = -1;                            // of the curves
+  Memory table_;
+  int tableWhitening_ = -1;  // of the table; below 0: not built
+  PixelOrder order_ = kRgba;
+  bool usesTable_ = false;
+};
+
+}  // namespace vlvk
+
+#endif

@@ -1,0 +1,43 @@
+/// See frame_memory.h.
+#include "engine/frame_memory.h"
+
+#include <cstdlib>
+
+namespace vlvk {
+
+GrowingBuffer::~GrowingBuffer() {
+  std::free(data_);
+}
+
+bool GrowingBuffer::reserve(CheckedSize needed) {
+  if (needed.fits() && needed.bytes() <= size_) return true;
+  std::free(data_);
+  data_ = nullptr;
+  size_ = 0;
+  if (!needed.fits()) return false;
+  data_ = static_cast<std::uint8_t*>(std::calloc(needed.bytes(), 1));
+  if (data_ == nullptr) return false;
+  size_ = needed.bytes();
+  return true;
+}
+
+bool FrameMemory::prepare(FrameJob& job) {
+  const FramePlan& plan = job.plan;
+  const CheckedSize planeBytes = CheckedSize(plan.width) * plan.height;
+  const CheckedSize savedBytes =
+      plan.inPlace ? CheckedSize(plan.contextRows()) * 2 * plan.stride * (plan.bands - 1) : CheckedSize(0);
+  const bool ready = luma_.reserve(job.copiesLuma ? planeBytes : CheckedSize(0)) &&
+                     mean_.reserve(job.smooths ? planeBytes : CheckedSize(0)) && savedRows_.reserve(savedBytes) &&
+                     scratch_.reserve(CheckedSize(plan.width) * kScratchBytesPerColumn * plan.bands);
+  if (!ready) return false;
+  if (job.copiesLuma) {
+    job.lumaCopy = luma_.data();
+    job.luma = job.lumaCopy;
+  }
+  job.mean = mean_.data();
+  job.savedRows = savedRows_.data();
+  job.scratch = scratch_.data();
+  return true;
+}
+
+}  // namespace vlvk

@@ -1,0 +1,39 @@
+/// See skin_weights.h.
+#include "engine/skin_weights.h"
+
+#include <algorithm>
+
+#include <vlvk/skin_tables.h>
+#include "kernels/skin_model.h"
+
+namespace vlvk {
+
+namespace {
+
+/// The centre in limited range, moved to the scale of full range: 255 / 224 of the colour difference, rounded.
+std::uint8_t centreIn(Colorimetry colors, int limited) {
+  const int difference = limited - kChromaOffset;
+  const double scale = isFullRange(colors) ? 255.0 / 224.0 : 1.0;
+  return static_cast<std::uint8_t>(kChromaOffset + difference * scale + 0.5);
+}
+
+}  // namespace
+
+SkinWeights makeSkinWeights(Colorimetry colors, ChromaOrder order) {
+  SkinWeights skin{};
+  const Colorimetry measured = isFullRange(colors) ? kBt601Full : kBt601Limited;
+  // The spread is a square of chroma units.
+  const float scale = isFullRange(colors) ? (255.0F / 224.0F) * (255.0F / 224.0F) : 1.0F;
+  unsigned char byDifference[512];  // distance d at 256 + d
+  calcSkinProbility256(byDifference, kLivePlateauFactor, kLiveSpread * scale);
+  std::copy_n(byDifference + 256, 64, skin.weights);
+  const std::uint8_t u = centreIn(measured, kSkinU);
+  const std::uint8_t v = centreIn(measured, kSkinV);
+  skin.centre[0] = order == kUThenV ? u : v;
+  skin.centre[1] = order == kUThenV ? v : u;
+  skin.isTurned = measured != colors;
+  skin.turn = makeYuvMatrix(colors, order, measured, order);
+  return skin;
+}
+
+}  // namespace vlvk
