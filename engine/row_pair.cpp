@@ -56,6 +56,7 @@ class RowPair {
   /// Luma mixed with its smoothed self, into `out`.
   void blend(const std::uint8_t* pairs, MutableRows out) const;
   void changeColors(MutableRows pixels) const;
+  void repeatLastPixel(MutableRows pixels) const;
   void yuvToPixels(ConstRows luma, const std::uint8_t* pairs) const;
   void yuvToYuv(ConstRows luma, const std::uint8_t* pairs) const;
   void writeLumaRows(ConstRows luma) const;
@@ -84,6 +85,14 @@ void RowPair::changeColors(MutableRows pixels) const {
   if (job_.colors == nullptr) return;
   job_.colors->apply(pixels.first, columns());
   if (count() == 2) job_.colors->apply(pixels.second, columns());
+}
+
+/// The last block of an odd width has one column of the frame: the one past it is smoothed by another box.
+void RowPair::repeatLastPixel(MutableRows pixels) const {
+  const int width = job_.source.width;
+  if (width % 2 == 0) return;
+  for (std::uint8_t* row : {pixels.first, pixels.second})
+    std::memcpy(row + 4 * width, row + 4 * (width - 1), 4);
 }
 
 void RowPair::writeLumaRows(ConstRows luma) const {
@@ -193,6 +202,7 @@ void RowPair::runPixels() const {
   toLuma(pixels.first, out.first, columns());
   if (count() == 2) toLuma(pixels.second, out.second, columns());
   writeLumaRows({out.first, out.second});
+  repeatLastPixel(pixels);
   std::uint8_t* newPairs = chromaToWrite(job_.target, chromaRow(), scratch_.newPairs);
   loops_.pixelsToChroma[job_.target.colors][format.chromaOrder][job_.pixelOrder](pixels.first, pixels.second, newPairs,
                                                                                  columns());
