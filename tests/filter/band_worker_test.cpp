@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "filter/band_rows.h"
 #include "tests/frames/frame_rig.h"
 
 namespace frame_rig {

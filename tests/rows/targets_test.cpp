@@ -1,6 +1,7 @@
 /// The choice among the compiled sets of row loops.
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <set>
 #include <string>
 
@@ -18,7 +19,10 @@ TEST(Targets, EachSetIsCodeOfItsOwnAndCanBeForced) {
   for (int i = 0; i < count; ++i) {
     names.insert(sets[i]->name);
     smoothRows.insert({sets[i]->smoothRow, sets[i]->smoothRowAnySums});
-    conversions.insert({sets[i]->yuvToPixels[0][0], sets[i]->yuvToPixels[0][1], sets[i]->yuvToPixels[1][0]});
+    for (const auto& ofColors : sets[i]->yuvToPixels) {
+      for (const auto& ofChroma : ofColors)
+        conversions.insert(std::begin(ofChroma), std::end(ofChroma));
+    }
     EXPECT_TRUE(vlvk::forceRowLoops(sets[i]->name));
     EXPECT_EQ(&vlvk::rowLoops(), sets[i]);
     EXPECT_FALSE(vlvk::forceRowLoops("no such target"));
@@ -27,7 +31,7 @@ TEST(Targets, EachSetIsCodeOfItsOwnAndCanBeForced) {
   const auto number = static_cast<std::size_t>(count);
   EXPECT_EQ(names.size(), number);
   EXPECT_EQ(smoothRows.size(), 2 * number);
-  EXPECT_EQ(conversions.size(), 3 * number);
+  EXPECT_EQ(conversions.size(), 16 * number);
   EXPECT_TRUE(names.contains("scalar"));
 #if defined(__x86_64__) || defined(__aarch64__) || defined(__arm__)
   EXPECT_GE(count, 2) << "this processor has vector instructions";
