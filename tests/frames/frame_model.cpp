@@ -62,15 +62,20 @@ void adjustPixel(const Tables& tables, const Settings& settings, bool rgbOrder, 
 
 }  // namespace
 
-Tables buildTables(const Bytes& picture, int whiten, bool rgbOrder) {
-  Tables tables;
+Curves toneCurves(int whiten) {
+  Curves curves;
   const std::int64_t k = wrapped(std::int64_t{whiten} * 256) / 100;
   for (int i = 0; i < 256; ++i) {
     const auto at = static_cast<std::size_t>(i);
     const int j = (233 * i + 23 * ((kShade[at] + i) / 2)) / 256;
-    tables.curves[0][at] = tables.curves[2][at] = mix(k, kWhite[at], i);
-    tables.curves[1][at] = mix(k, kWhite[static_cast<std::size_t>(j)], j);
+    curves[0][at] = curves[2][at] = mix(k, kWhite[at], i);
+    curves[1][at] = mix(k, kWhite[static_cast<std::size_t>(j)], j);
   }
+  return curves;
+}
+
+Tables buildTables(const Bytes& picture, int whiten, bool rgbOrder) {
+  Tables tables{toneCurves(whiten), {}};
   static const Bytes neutral = neutralPicture();
   Bytes whole = neutral;
   std::copy(picture.begin(), picture.end(), whole.begin());

@@ -29,8 +29,12 @@ struct Resource {
 
 inline constexpr std::size_t kPictureSize = std::size_t{4} * 512 * 512;
 
+/// For red, green and blue.
+using Curves = std::array<std::array<Byte, 256>, 3>;
+Curves toneCurves(int whiten);
+
 struct Tables {
-  std::array<std::array<Byte, 256>, 3> curves;
+  Curves curves;
   Bytes colors;  ///< in the memory order of the filter's colour table
 };
 
