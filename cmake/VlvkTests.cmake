@@ -109,6 +109,13 @@ add_executable(vlvk_tests
   tests/filter/color_table_test.cpp
   tests/filter/frame_pipeline_test.cpp
 
+  # The handle.
+  tests/engine/makeup_model.cpp
+  tests/engine/makeup_model.h
+  tests/engine/makeup_rig.cpp
+  tests/engine/makeup_rig.h
+  tests/engine/makeup_test.cpp
+
   # Whole frames.
   tests/frames/frame_model.cpp
   tests/frames/frame_model.h
