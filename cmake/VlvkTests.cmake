@@ -110,6 +110,8 @@ add_executable(vlvk_tests
   tests/filter/frame_pipeline_test.cpp
 
   # The handle.
+  tests/engine/colorimetry_test.cpp
+  tests/engine/makeup_contract_test.cpp
   tests/engine/makeup_model.cpp
   tests/engine/makeup_model.h
   tests/engine/makeup_rig.cpp
@@ -186,6 +188,9 @@ endif()
 # must go through. Sanitizers bring theirs.
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
   add_executable(vlvk_failure_tests
+    tests/engine/makeup_failure_test.cpp
+    tests/engine/makeup_model.cpp
+    tests/engine/makeup_rig.cpp
     tests/frames/frame_failure_test.cpp
     tests/frames/frame_model.cpp
     tests/frames/frame_rig.cpp

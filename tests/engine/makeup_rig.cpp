@@ -7,60 +7,55 @@
 namespace makeup_rig {
 namespace {
 
-frame_rig::Plane planeOf(const Shape& s, int plane) {
-  const int bytes = makeup_model::rowBytes(s.format, plane, s.width);
-  return {bytes, makeup_model::rowsOf(s.format, plane, s.height), bytes + s.slack[static_cast<std::size_t>(plane)],
-          s.guard};
+frame_rig::Plane planeOf(int format, std::size_t plane, int width, int height, int slack, Guard guard) {
+  const int bytes = makeup_model::rowBytes(format, plane, width);
+  return {bytes, plane == 0 ? height : (height + 1) / 2, bytes + slack, guard};
+}
+
+VlvkFrame describe(int format, int colors, int width, int height, const std::array<frame_rig::Plane, 3>& planes) {
+  VlvkFrame frame = {sizeof frame, format, colors >= 2 ? VLVK_BT709 : VLVK_BT601, colors % 2, width, height, {}, {}};
+  for (std::size_t i = 0; i < 3 && planes[i].rows > 0; ++i) {
+    frame.plane[i] = planes[i].row(0);
+    frame.stride[i] = planes[i].stride;
+  }
+  return frame;
+}
+
+std::array<int, 3> drawSlack(Random& random) {
+  const auto draw = [&] { return random.pick({0, 0, 16, random.between(1, 70)}); };
+  return {draw(), draw(), draw()};
 }
 
 }  // namespace
 
-Shape randomShape(int format, int colors, int width, int height, Random& random) {
-  Shape shape{format, colors, width, height, {}, random.pick({Guard::kBehind, Guard::kBehind, Guard::kBefore})};
-  for (int& slack : shape.slack)
-    slack = random.pick({0, 0, 16, random.between(1, 70)});
-  return shape;
-}
+Picture::Picture(int format, int colors, int width, int height, std::array<int, 3> slack, Guard guard)
+    : planes{planeOf(format, 0, width, height, slack[0], guard), planeOf(format, 1, width, height, slack[1], guard),
+             planeOf(format, 2, width, height, slack[2], guard)},
+      frame(describe(format, colors, width, height, planes)) {}
 
-Picture::Picture(const Shape& s) : shape(s), planes{planeOf(s, 0), planeOf(s, 1), planeOf(s, 2)} {}
-
-void Picture::fill(Random& random) const {
-  planes[0].fill(random.pick(testing_support::kLumaContents), random);
+Picture::Picture(int format, int colors, int width, int height, Random& random)
+    : Picture(format, colors, width, height, drawSlack(random), random.pick({Guard::kBehind, Guard::kBefore})) {
   const int spread = random.pick({0, 12, 40, 128});
-  const auto near = [&](int centre) { return static_cast<Byte>(centre + random.between(-spread, spread)); };
-  const auto fillRows = [&](std::size_t plane, std::initializer_list<int> centres) {
-    std::size_t i = 0;
-    for (int y = 0; y < planes[plane].rows; ++y)
-      std::generate_n(planes[plane].row(y), planes[plane].rowBytes,
-                      [&] { return near(centres.begin()[i++ % centres.size()]); });
-  };
-  if (shape.format == VLVK_NV21) fillRows(1, {155, 110});
-  if (shape.format == VLVK_NV12) fillRows(1, {110, 155});
-  if (shape.format == VLVK_I420) fillRows(1, {110});
-  if (shape.format == VLVK_I420) fillRows(2, {155});
-  if (!makeup_model::isPixels(shape.format) || random.between(0, 3) == 0) return;
-  const bool fours = makeup_model::rowBytes(shape.format, 0, 1) == 4;
-  fillRows(0, fours ? std::initializer_list<int>{190, 150, 140, 128} : std::initializer_list<int>{190, 150, 140});
-}
-
-void Picture::put(const Memory& content) const {
-  for (std::size_t i = 0; i < 3; ++i)
-    planes[i].put(content[i]);
-}
-
-VlvkFrame Picture::frameIn(const std::array<Byte*, 3>& memory) const {
-  VlvkFrame frame{};
-  frame.size = sizeof frame;
-  frame.format = shape.format;
-  frame.matrix = (shape.colors & 2) != 0 ? VLVK_BT709 : VLVK_BT601;
-  frame.range = shape.colors & 1;
-  frame.width = shape.width;
-  frame.height = shape.height;
-  for (std::size_t i = 0; i < 3 && planes[i].rows > 0; ++i) {
-    frame.plane[i] = memory[i];
-    frame.stride[i] = planes[i].stride;
+  const bool ofPixels = makeup_model::isPixels(format);
+  const bool randomRows = random.between(0, 3) == 0;
+  const int skin[4] = {190, 150, 140, 128};
+  for (std::size_t plane = 0; plane < 3; ++plane) {
+    planes[plane].fill(random.pick(testing_support::kLumaContents), random);
+    if (ofPixels ? randomRows : plane == 0) continue;
+    for (int i = 0; i < planes[plane].rows * planes[plane].rowBytes; ++i) {
+      const int x = i % planes[plane].rowBytes;
+      const bool isU = format == VLVK_I420 ? plane == 1 : (x % 2 == 0) == (format == VLVK_NV12);
+      const int centre = ofPixels ? skin[x % makeup_model::rowBytes(format, 0, 1)] : isU ? 110 : 155;
+      planes[plane].row(i / planes[plane].rowBytes)[x] = static_cast<Byte>(centre + random.between(-spread, spread));
+    }
   }
-  return frame;
+}
+
+VlvkFrame Picture::frameIn(Memory& memory) const {
+  VlvkFrame copy = frame;
+  for (std::size_t i = 0; i < 3; ++i)
+    copy.plane[i] = memory[i].data();
+  return copy;
 }
 
 std::string Picture::difference(const Memory& expected) const {
@@ -72,23 +67,10 @@ std::string Picture::difference(const Memory& expected) const {
 }
 
 VlvkSettings settingsOf(int whitening, int softening, int radius, int threads) {
-  VlvkSettings settings;
-  vlvkSettingsInit(&settings, sizeof settings);
-  settings.whitening = whitening;
-  settings.softening = softening;
-  settings.radius = radius;
-  settings.contrast = VLVK_CONTRAST_ABSOLUTE;
-  settings.threads = threads;
-  return settings;
+  return {sizeof(VlvkSettings), whitening, softening, radius, VLVK_CONTRAST_ABSOLUTE, VLVK_WHITEN_ALL, 0, threads};
 }
 
-Handle create(const VlvkSettings& settings) {
-  VlvkMakeup* makeup = nullptr;
-  vlvkMakeupCreate(&makeup, &settings);
-  return Handle(makeup);
-}
-
-const Bytes& noiseTable() {
+const Bytes& tableFile() {
   static const Bytes file = [] {
     Bytes bytes = {0, 0, 0, 0, 0, 4, 0, 0, 0, 4, 0, 0};  // 1024 * 1024 bytes, neighbours exchanged, masked
     const Bytes& picture = frame_rig::noisePicture().payload;
@@ -99,29 +81,39 @@ const Bytes& noiseTable() {
   return file;
 }
 
-std::string check(VlvkMakeup* makeup, const VlvkSettings& settings, bool hasTable, const Picture& source,
-                  const Picture& target) {
-  const Picture::Memory before = source.content();
-  Picture::Memory expected = target.content();
-  makeup_model::process(source.frame(), target.frameIn(expected), settings,
+void Engine::put(const VlvkSettings& s) {
+  if (vlvkMakeupConfigure(makeup, &s) == VLVK_OK) settings = s;
+}
+
+VlvkResult Engine::setTable(bool wanted) {
+  const VlvkResult result = vlvkMakeupSetTable(makeup, wanted ? tableFile().data() : nullptr, tableFile().size());
+  if (result == VLVK_OK) hasTable = wanted;
+  return result;
+}
+
+Picture::Memory Engine::predict(const Picture& source, const Picture& target) const {
+  Picture::Memory result = target.content();
+  makeup_model::process(source.frame, target.frameIn(result), settings,
                         hasTable ? frame_rig::noisePicture().payload.data() : nullptr);
-  const VlvkFrame from = source.frame();
-  const VlvkFrame to = target.frame();
-  const VlvkResult result = vlvkMakeupProcess(makeup, &from, &to, nullptr);
+  return result;
+}
+
+std::string Engine::check(const Picture& source, const Picture& target) const {
+  const Picture::Memory before = source.content();
+  const Picture::Memory expected = predict(source, target);
+  const VlvkResult result = process(source, target);
   std::string wrong = result == VLVK_OK ? target.difference(expected) : vlvkResultText(result);
   if (wrong.empty() && &source != &target) wrong = source.difference(before);
   if (wrong.empty()) return "";
   std::ostringstream text;
-  const auto show = [&](const Shape& s) {
-    text << "format " << s.format << ", colors " << s.colors << ", slack " << s.slack[0] << ' ' << s.slack[1] << ' '
-         << s.slack[2];
-  };
-  text << wrong << "; " << source.shape.width << " x " << source.shape.height << ", ";
-  show(source.shape);
-  text << (&source == &target ? " in place of " : " to ");
-  show(target.shape);
-  text << "; whitening " << settings.whitening << ", softening " << settings.softening << ", radius " << settings.radius
-       << ", threads " << settings.threads << (hasTable ? ", table" : "");
+  text << wrong << "; " << source.frame.width << " x " << source.frame.height;
+  for (const VlvkFrame* f : {&source.frame, &target.frame}) {
+    text << (f == &source.frame ? ", format " : " to ") << f->format << " matrix " << f->matrix << " range " << f->range
+         << " strides " << f->stride[0] << ' ' << f->stride[1] << ' ' << f->stride[2];
+  }
+  text << (&source == &target ? ", in place" : "") << "; whitening " << settings.whitening << ", softening "
+       << settings.softening << ", radius " << settings.radius << ", threads " << settings.threads
+       << (hasTable ? ", table" : "");
   return text.str();
 }
 

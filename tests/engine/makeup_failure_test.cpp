@@ -1,0 +1,85 @@
+/// The handle when memory runs out or threads do not start, and what it asks of the system at all.
+#include <gtest/gtest.h>
+
+#include "tests/engine/makeup_rig.h"
+#include "tests/support/failing_system.h"
+
+namespace makeup_rig {
+namespace {
+
+using testing_support::liveBytes;
+using testing_support::memoryFault;
+using testing_support::threadFault;
+
+/// The result of a call whose n-th allocation fails; the fault counts what it asks for.
+template <class Call>
+VlvkResult withoutAllocation(int n, Call call) {
+  memoryFault.arm(n, n);
+  const VlvkResult result = call();
+  memoryFault.armed = false;
+  return result;
+}
+
+// Each allocation of a frame in turn: of the first frame, after a smaller one, and with a new table.
+TEST(FailingMakeup, WithoutMemoryNothingChangesAndTheNextFramesAreRight) {
+  Random random(321);
+  tableFile();
+  Byte any = 0;
+  auto* makeup = reinterpret_cast<VlvkMakeup*>(&any);
+  EXPECT_EQ(withoutAllocation(0, [&] { return vlvkMakeupCreate(&makeup, nullptr); }), VLVK_NO_MEMORY);
+  EXPECT_EQ(makeup, nullptr);
+  for (int i = 0; i < 3 * 9; ++i) {
+    const bool hasTable = i >= 18;
+    VlvkResult result = VLVK_NO_MEMORY;
+    for (int n = 0; result == VLVK_NO_MEMORY && !testing::Test::HasFailure(); ++n) {
+      Engine engine(settingsOf(70, 1000, 24, 3));
+      const Picture small(kFormats[i % 9], 1, 17, 9, random);
+      const Picture picture(kFormats[i % 9], 1, 61, 47, random);
+      EXPECT_EQ(i < 9 ? "" : engine.check(small, small), "");
+      if (hasTable) {
+        EXPECT_EQ(withoutAllocation(0, [&] { return engine.setTable(true); }), VLVK_NO_MEMORY);
+        EXPECT_EQ(engine.check(small, small), "") << "the table of before";
+        EXPECT_EQ(engine.setTable(true), VLVK_OK);
+      }
+      const Picture::Memory untouched = picture.content();
+      result = withoutAllocation(n, [&] { return engine.process(picture, picture); });
+      EXPECT_EQ(result, n < memoryFault.requests ? VLVK_NO_MEMORY : VLVK_OK);
+      EXPECT_EQ(result == VLVK_OK ? "" : picture.difference(untouched), "");
+      EXPECT_EQ(engine.check(small, small) + engine.check(picture, picture), "") << n;
+      EXPECT_TRUE(result != VLVK_OK || n >= 2) << "allocations of the engine do not come through this executable";
+    }
+  }
+}
+
+TEST(FailingMakeup, WithoutThreadsTheFrameIsComplete) {
+  Random random(322);
+  const Engine engine(settingsOf(50, 1000, 16, 4));
+  for (const int format : kFormats) {
+    for (const int first : {0, 1, 2}) {
+      const Picture picture(format, 0, 50, 61, random);
+      threadFault.arm(first, first == 2 ? 2 : 4);
+      EXPECT_EQ(engine.check(picture, picture), "") << "without threads from " << first;
+      threadFault.armed = false;
+      EXPECT_GE(threadFault.requests.load(), 3);
+    }
+  }
+}
+
+TEST(MakeupMemory, ASteadyFrameAllocatesNothingAndDestroyLeavesNothing) {
+  tableFile();
+  const long long before = liveBytes;
+  for (int i = 0; i < 1000; ++i) {
+    Engine engine(settingsOf(50, 1000, 20, 1));
+    EXPECT_EQ(engine.setTable(i % 50 == 0), VLVK_OK);
+    for (const int format : kFormats) {
+      const Picture picture(format, 0, 21 + i % 12, 13);
+      EXPECT_EQ(engine.process(picture, picture), VLVK_OK);
+      EXPECT_EQ(withoutAllocation(0, [&] { return engine.process(picture, picture); }), VLVK_OK);
+      ASSERT_EQ(memoryFault.requests, 0) << format;
+    }
+  }
+  EXPECT_EQ(liveBytes, before);
+}
+
+}  // namespace
+}  // namespace makeup_rig
