@@ -21,6 +21,9 @@
 /// means what was done before they existed; so programs and libraries of different minor versions fit together both
 /// ways: a library takes a larger structure whose unknown members are 0. Values are never renumbered. `vlvkVersion()`
 /// in vlvk/version.h tells which library runs.
+///
+/// **Ahead of their time.** VLVK_CONTRAST_RELATIVE, VLVK_RADIUS_AUTO, VLVK_WHITEN_SKIN, `evenTone` above 0 and masks
+/// are declared; this version refuses them with VLVK_BAD_SETTING.
 #ifndef VLVK_MAKEUP_H
 #define VLVK_MAKEUP_H
 
@@ -38,12 +41,13 @@ typedef enum VlvkResult {
   VLVK_OK = 0,
   VLVK_NULL_POINTER = -1,  ///< an argument, or a plane that the format has
   VLVK_BAD_FORMAT = -2,    ///< unknown format, matrix or range
-  VLVK_BAD_SIZE = -3,      ///< width or height below 1 or too large, or not the same in source and target
+  VLVK_BAD_SIZE = -3,      ///< width or height below 1 or too large, or not the same in source and target; a plane
+                           ///< past the end of the address space
   VLVK_BAD_STRIDE = -4,    ///< shorter than a row of its plane
   VLVK_OVERLAP = -5,       ///< planes of the target share memory with the source (not being in place: the same planes
                            ///< with another format, stride, matrix or range are not), each other or the mask;
                            ///< compared from the first to the last byte of each plane
-  VLVK_BAD_SETTING = -6,   ///< out of its range
+  VLVK_BAD_SETTING = -6,   ///< out of its range, or not in this version
   VLVK_BAD_TABLE = -7,     ///< no whole colour table
   VLVK_NO_MEMORY = -8,
   VLVK_OTHER_VERSION = -9  ///< `size` is below that of version 1 or above 4096, or members that this library does not
@@ -162,7 +166,7 @@ VLVK_API VlvkResult vlvkMakeupConfigure(VlvkMakeup* makeup, const VlvkSettings* 
 ///
 /// @param makeup  the engine
 /// @param file    an `adjust.vlk`, whole; copied. Null: no table
-/// @param bytes   its size
+/// @param bytes   its size; what follows the file's own end is not read
 /// @return VLVK_NULL_POINTER, VLVK_BAD_TABLE or VLVK_NO_MEMORY if the table of before stays
 VLVK_API VlvkResult vlvkMakeupSetTable(VlvkMakeup* makeup, const void* file, size_t bytes);
 
@@ -180,7 +184,7 @@ typedef struct VlvkMask {
 ///
 /// From pixels to pixels, colours keep their full resolution and alpha is copied. Without a step that changes colours
 /// (whitening 0, no table, no evening) chroma of a YUV frame stays as it is where matrix and range do; with softening
-/// or radius 0 as well the result has the source's bytes where the formats are equal.
+/// or radius 0 as well the result has the source's bytes, but for X, where the formats are equal too.
 ///
 /// @param makeup  the engine
 /// @param source  only read
