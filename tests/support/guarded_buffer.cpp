@@ -9,6 +9,13 @@
 #include <cstring>
 #include <utility>
 
+#if __has_include(<sanitizer/asan_interface.h>)
+#include <sanitizer/asan_interface.h>
+#else
+#define ASAN_POISON_MEMORY_REGION(address, size)
+#define ASAN_UNPOISON_MEMORY_REGION(address, size)
+#endif
+
 namespace testing_support {
 
 GuardedBuffer::GuardedBuffer(std::size_t size, Guard guard, std::uint8_t fill) : size_(size) {
@@ -30,9 +37,13 @@ GuardedBuffer::GuardedBuffer(std::size_t size, Guard guard, std::uint8_t fill) :
     std::memset(first, fill, inner);
   }
   data_ = guard == Guard::kBehind ? first + (inner - size) : first;
+  // On the side that touches no guard, the address sanitizer guards the rest of the page, where it is in use.
+  ASAN_POISON_MEMORY_REGION(first, data_ - first);
+  ASAN_POISON_MEMORY_REGION(data_ + size, first + inner - (data_ + size));
 }
 
 GuardedBuffer::~GuardedBuffer() {
+  ASAN_UNPOISON_MEMORY_REGION(mapping_, mappingSize_);
   munmap(mapping_, mappingSize_);
 }
 
