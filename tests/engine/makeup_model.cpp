@@ -145,10 +145,11 @@ void smooth(Image& image, bool ofPixels, int colors, int radius, int level) {
     const int distance = std::abs(sample - centre);
     return distance < 64 ? int{curve[static_cast<std::size_t>(distance)]} : 0;
   };
+  const naive::Rows rows{[&](long long y) { return luma.data() + y * columns; }, 0, image.height - 1};
   Image result = image;
   for (int y = 0; y < image.height; ++y) {
-    const auto box = naive::sumClampedRows(luma.data(), columns, image.height, y - half, y + half, columns);
-    const auto boxes = naive::scanColumns({{box.sums.begin(), box.sums.end()}, box.squares}, 1 - half, half + 1);
+    const auto sums = naive::sumColumns(rows, y - half, y + half, columns, naive::ColumnWidth::k16Bits);
+    const auto boxes = naive::scanColumns(sums, 1 - half, half + 1);
     for (int x = 0; x < image.width; ++x) {
       const Pixel& pixel = image.at(x, y);
       const Pixel skin = ofPixels ? toYuv(pixel, image.blockMean(x, y), kLimited601) : convert(pixel, colors, full);

@@ -13,7 +13,7 @@ namespace {
 model::Settings randomSettings(Random& random) {
   return {.whiten = random.pick({50, 0, 100, 1, -20, 300, INT_MAX, random.between(1, 99)}),
           .soften = random.pick({1000, 1000, 1000, 600, 2, 1, 0, -1000, 10000, INT_MAX, random.between(2, 1000)}),
-          .radius = random.pick({20, 8, 1, 9, 64, 128, 129, 140, 0, -3, -8, INT_MIN, INT_MAX, INT_MAX - 7,
+          .radius = random.pick({20, 8, 1, 9, 64, 72, 128, 129, 140, 0, -3, -8, INT_MIN, INT_MAX, INT_MAX - 7,
                                  random.between(1, 40), random.between(1, 40), random.between(1, 40)}),
           .colorAdjust = random.pick({100, 100, 1, 0, -1})};
 }

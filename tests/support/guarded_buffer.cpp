@@ -8,6 +8,13 @@
 #include <cstdlib>
 #include <cstring>
 
+#if __has_include(<sanitizer/asan_interface.h>)
+#include <sanitizer/asan_interface.h>
+#else
+#define ASAN_POISON_MEMORY_REGION(address, size)
+#define ASAN_UNPOISON_MEMORY_REGION(address, size)
+#endif
+
 namespace testing_support {
 namespace {
 
@@ -29,9 +36,13 @@ GuardedBuffer::GuardedBuffer(std::size_t size, Guard guard, std::uint8_t fill)
   protect(PROT_READ | PROT_WRITE);
   data_ = guard == Guard::kBehind ? mapping_ + mappingSize_ - kPage - size : mapping_ + kPage;
   std::memset(data_, fill, size);
+  // On the side that touches no guard, the address sanitizer guards the rest of the page, where it is in use.
+  ASAN_POISON_MEMORY_REGION(mapping_ + kPage, data_ - (mapping_ + kPage));
+  ASAN_POISON_MEMORY_REGION(data_ + size, mapping_ + mappingSize_ - kPage - (data_ + size));
 }
 
 GuardedBuffer::~GuardedBuffer() {
+  ASAN_UNPOISON_MEMORY_REGION(mapping_, mappingSize_);
   munmap(mapping_, mappingSize_);
 }
 
