@@ -45,8 +45,6 @@ add_library(vlvk_tool STATIC
   tools/engine/beautify.h
   tools/engine/engine.cpp
   tools/engine/engine.h
-  tools/engine/nv21_frame.cpp
-  tools/engine/nv21_frame.h
   tools/engine/skin_frame.h
   tools/engine/weight_map.cpp
   tools/io/input_file.cpp

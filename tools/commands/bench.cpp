@@ -25,11 +25,11 @@ constexpr std::size_t kLeastFrames = 3;
 double medianTime(FrameSize size, const std::vector<std::uint8_t>& scene, const BenchOptions& options) {
   Engine engine({.threads = options.threads, .table = neutralTable()});
   std::vector<std::uint8_t> pixels(scene.size());
-  std::uint8_t* chroma = pixels.data() + static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
+  const VlvkFrame frame = nv21Frame(pixels.data(), size.width, size.height);
   const auto timeOfFrame = [&] {
     std::copy(scene.begin(), scene.end(), pixels.begin());  // beautified again and again it would not be the scene
     const Clock::time_point begin = Clock::now();
-    engine.beautify({size.width, size.height, pixels.data(), chroma});
+    engine.beautify(frame, frame);
     return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
   };
   for (int i = 0; i < kWarmUpFrames; ++i)

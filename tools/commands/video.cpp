@@ -61,10 +61,7 @@ void writeRecord(const std::string& path, const std::string& text) {
 double beautify(const std::string& name, Engine* engine, VideoFrame* frame) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point begin = Clock::now();
-  named(name, [&] {
-    engine->beautify(
-        {frame->width(), frame->height(), frame->luma(), frame->chromaPairs(), frame->isVThenU(), frame->number});
-  });
+  named(name, [&] { engine->beautify(frame->frame(), frame->frame(), frame->number); });
   return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
 }
 

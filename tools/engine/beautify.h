@@ -7,14 +7,15 @@
 
 namespace vlvk::tool {
 
-/// The beautified picture, of the same size, with alpha and profile of `source`. Colours go through video chroma (one
-/// pair for 2 x 2 pixels) on the way. Throws Error when memory runs out.
+/// A picture as a frame.
+VlvkFrame frameOf(const Picture& picture);
+
+/// The beautified picture, of the same size, with alpha and profile of `source`. Throws Error when memory runs out.
 Picture beautify(const Picture& source, const Look& look);
 
 /// A heat map of the weight with which the engine mixes smoothed into unsmoothed luma, which depends on the chroma
 /// alone: black where none of the smoothing shows, over violet, red and orange to pale yellow where all of it does. Of
-/// the size of `source`, opaque and without profile. The last width % 8 columns have a weight too, although frames are
-/// not smoothed there.
+/// the size of `source`, opaque and without profile.
 Picture weightMap(const Picture& source);
 
 }  // namespace vlvk::tool

@@ -1,57 +1,46 @@
 /// See engine.h.
 #include "tools/engine/engine.h"
 
-#include <algorithm>
 #include <cstddef>
 
-#include <vlvk/CFastEdgePreserved.h>
-#include <vlvk/IBeautyResourceLoader.h>
 #include "rows/row_loops.h"
 #include "tools/io/messages.h"
+#include "tools/table/vlk_file.h"
 
 namespace vlvk::tool {
 namespace {
 
-// Hands the filter the colour picture. Without one it leaves the filter's neutral picture alone, and still reports a
-// resource: a filter whose resource is missing does not whiten its first frame.
-class TableLoader final : public IBeautyResourceLoader {
- public:
-  explicit TableLoader(const std::vector<std::uint8_t>& table) : table_(table) {}
-
-  int getResFromName(const char* /*name*/, unsigned char* dst) override {
-    std::copy(table_.begin(), table_.end(), dst);
-    return 0;
-  }
-
- private:
-  std::vector<std::uint8_t> table_;
-};
+void require(VlvkResult result, std::uint64_t number = 0) {
+  if (result == VLVK_OK) return;
+  const std::string reason = vlvkResultText(result);
+  throw Error(number == 0 ? reason : reason + " for frame " + std::to_string(number));
+}
 
 }  // namespace
 
-struct Engine::Filter {
-  explicit Filter(const Look& look) : loader(look.table), filter(look.threads, &loader) {
-    filter.put_whitenIntensity(look.whiten);
-    filter.put_softenSkinIntensity(look.soften);
-    // Without a table, tone curves whiten at full precision; the table would round every colour to 6 bits.
-    if (look.table.empty()) filter.put_colorAdjustIntensity(0);
-    filter.radius = look.radius;
-  }
+Engine::Engine(const Look& look) : makeup_(nullptr, vlvkMakeupDestroy) {
+  VlvkSettings settings;
+  vlvkSettingsInit(&settings, sizeof settings);
+  settings.whitening = look.whiten;
+  settings.softening = look.soften;
+  settings.radius = look.radius;
+  settings.threads = look.threads;
+  VlvkMakeup* made = nullptr;
+  require(vlvkMakeupCreate(&made, &settings));
+  makeup_.reset(made);
+  if (look.table.empty()) return;
+  const std::vector<std::uint8_t> file = formatVlk(look.table);
+  require(vlvkMakeupSetTable(made, file.data(), file.size()));
+}
 
-  TableLoader loader;
-  CFastEdgePreserved filter;
-};
+void Engine::beautify(const VlvkFrame& source, const VlvkFrame& target, std::uint64_t number) {
+  require(vlvkMakeupProcess(makeup_.get(), &source, &target, nullptr), number);
+}
 
-Engine::Engine(const Look& look) : filter_(std::make_unique<Filter>(look)) {}
-
-Engine::~Engine() = default;
-
-void Engine::beautify(const Frame& frame, std::uint8_t* rgba) {
-  if (filter_->filter.processVideo(frame.luma, frame.width, frame.chroma, frame.width, frame.width, frame.height, rgba,
-                                   frame.width * 4, frame.vThenU) == 0) {
-    return;
-  }
-  throw Error(frame.number == 0 ? "not enough memory" : "not enough memory for frame " + std::to_string(frame.number));
+VlvkFrame nv21Frame(std::uint8_t* pixels, int width, int height) {
+  std::uint8_t* chroma = pixels + static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  return {sizeof(VlvkFrame),         VLVK_NV21, VLVK_BT601, VLVK_LIMITED, width, height, {pixels, chroma},
+          {width, width + width % 2}};
 }
 
 std::vector<std::string> targetNames() {

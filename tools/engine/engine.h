@@ -1,4 +1,4 @@
-/// The engine as the program uses it: settings, and frames beautified by them. No other room includes its headers.
+/// The engine as the program uses it: settings, and frames beautified by them.
 #ifndef VLVK_TOOLS_ENGINE_ENGINE_H
 #define VLVK_TOOLS_ENGINE_ENGINE_H
 
@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <vlvk/makeup.h>
 
 namespace vlvk::tool {
 
@@ -18,34 +20,22 @@ struct Look {
   std::vector<std::uint8_t> table;  ///< colour picture of 1,048,576 bytes; empty: none
 };
 
-/// A 4:2:0 frame whose rows follow each other without padding.
-struct Frame {
-  int width;
-  int height;
-  std::uint8_t* luma;
-  std::uint8_t* chroma;      ///< pairs, half as many rows, rounded up
-  bool vThenU = true;        ///< in the pairs, as NV21 has them; otherwise as NV12
-  std::uint64_t number = 0;  ///< in a video, for messages; 0: the only one
-};
-
-/// An engine set to a look. Serves frames of any size and order.
+/// An engine set to a look. Serves frames of any format and size.
 class Engine {
  public:
   explicit Engine(const Look& look);
-  Engine(const Engine&) = delete;
-  Engine& operator=(const Engine&) = delete;
-  ~Engine();
 
-  /// Beautifies a frame, in place or into RGBA pixels; of an odd size, the last column and row stay unconverted. Throws
-  /// Error when memory runs out.
+  /// Beautifies a frame, in place where both are the same. Throws Error when memory runs out.
   ///
-  /// @param rgba  rows of `frame.width` pixels; null: in place
-  void beautify(const Frame& frame, std::uint8_t* rgba = nullptr);
+  /// @param number  in a video, for messages; 0: the only frame
+  void beautify(const VlvkFrame& source, const VlvkFrame& target, std::uint64_t number = 0);
 
  private:
-  struct Filter;
-  std::unique_ptr<Filter> filter_;
+  std::unique_ptr<VlvkMakeup, void (*)(VlvkMakeup*)> makeup_;
 };
+
+/// An NV21 frame of BT.601 in limited range whose rows follow each other without padding, chroma after luma.
+VlvkFrame nv21Frame(std::uint8_t* pixels, int width, int height);
 
 /// Names of the sets of vector instructions that the engine can use on this processor, fastest first.
 std::vector<std::string> targetNames();

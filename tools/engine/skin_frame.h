@@ -15,7 +15,7 @@ inline std::vector<std::uint8_t> skinFrame(int width, int height) {
   std::mt19937 random(1);
   const auto grain = [&random](std::uint32_t range) { return static_cast<int>(random() % range); };
   const auto columns = static_cast<std::size_t>(width);
-  const std::size_t chromaBytes = columns * ((static_cast<std::size_t>(height) + 1) / 2);
+  const std::size_t chromaBytes = (columns + columns % 2) * ((static_cast<std::size_t>(height) + 1) / 2);
   std::vector<std::uint8_t> frame;
   frame.reserve(columns * static_cast<std::size_t>(height) + chromaBytes);
   for (int y = 0; y < height; ++y) {
@@ -23,7 +23,7 @@ inline std::vector<std::uint8_t> skinFrame(int width, int height) {
       frame.push_back(static_cast<std::uint8_t>(90 + x * 60 / width + y * 40 / height + grain(24)));
   }
   for (std::size_t i = 0; i < chromaBytes; ++i)
-    frame.push_back(static_cast<std::uint8_t>((i % columns % 2 == 0 ? 151 : 106) + grain(8)));  // V, U
+    frame.push_back(static_cast<std::uint8_t>((i % 2 == 0 ? 151 : 106) + grain(8)));  // V, U
   return frame;
 }
 

@@ -9,7 +9,6 @@
 #include <vlvk/skin_blend.h>
 #include <vlvk/skin_tables.h>
 #include "tools/engine/beautify.h"
-#include "tools/engine/nv21_frame.h"
 
 namespace vlvk::tool {
 namespace {
@@ -60,13 +59,19 @@ std::array<Color, kFullWeight + 1> weightColors() {
 }  // namespace
 
 Picture weightMap(const Picture& source) {
-  const Nv21Frame frame = nv21FrameOf(source);
-  std::uint8_t* weights = frame.luma.get();  // the luma is not read and makes room for them
-  MeanGetSkinWeight(frame.luma.get(), pairWeights().data(), weights, frame.width, frame.height);
+  // Chroma of each block, without any change.
+  const auto lumaSize = static_cast<std::size_t>(source.width) * static_cast<std::size_t>(source.height);
+  std::vector<std::uint8_t> frame(lumaSize + static_cast<std::size_t>((source.width + 1) & ~1) *
+                                                 static_cast<std::size_t>((source.height + 1) / 2));
+  Look unchanged;
+  unchanged.whiten = unchanged.soften = 0;
+  Engine(unchanged).beautify(frameOf(source), nv21Frame(frame.data(), source.width, source.height));
+  std::vector<std::uint8_t> weights(lumaSize);
+  MeanGetSkinWeight(frame.data(), pairWeights().data(), weights.data(), source.width, source.height);
   const auto colors = weightColors();
   Picture map(source.width, source.height);
   for (int y = 0; y < map.height; ++y) {
-    const std::uint8_t* weight = weights + static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(y);
+    const std::uint8_t* weight = weights.data() + static_cast<std::size_t>(source.width) * static_cast<std::size_t>(y);
     std::uint8_t* pixel = map.row(y);
     for (int x = 0; x < map.width; ++x, pixel += 4) {
       const Color& color = colors[weight[x]];

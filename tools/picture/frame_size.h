@@ -2,7 +2,6 @@
 #ifndef VLVK_TOOLS_PICTURE_FRAME_SIZE_H
 #define VLVK_TOOLS_PICTURE_FRAME_SIZE_H
 
-#include <cstddef>
 #include <cstdint>
 
 namespace vlvk::tool {
@@ -24,23 +23,6 @@ constexpr bool isSizeTaken(std::uint32_t width, std::uint32_t height) {
 
 /// Throws Error where a picture of this size is not read.
 void checkPictureSize(std::uint32_t width, std::uint32_t height);
-
-constexpr int evenSide(int side) {
-  return side + side % 2;
-}
-
-/// Makes the rows of an image one pixel longer, or the rows one more, where that makes the size even: the last column
-/// or row is repeated, as the engine leaves those of an odd size unconverted.
-///
-/// @param pixels      rows without padding; room for the even size
-/// @param size        as it is
-/// @param pixelBytes  of each
-void padToEven(std::uint8_t* pixels, FrameSize size, std::size_t pixelBytes);
-
-/// The reverse.
-///
-/// @param size  that the image gets
-void cropFromEven(std::uint8_t* pixels, FrameSize size, std::size_t pixelBytes);
 
 }  // namespace vlvk::tool
 

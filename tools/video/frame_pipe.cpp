@@ -49,7 +49,6 @@ void FramePipe::readAll() {
   try {
     for (VideoFrame* frame = frameToFill(); frame != nullptr && reader_->read(frame, stop_.get_token());
          frame = frameToFill()) {
-      frame->toEngine();
       read_.push(frame);
     }
   } catch (const BrokenStream&) {
@@ -72,7 +71,6 @@ void FramePipe::workOnAll() {
 
 void FramePipe::writeAll() {
   while (VideoFrame* frame = done_.pop(stop_.get_token())) {
-    frame->toStream();
     write_(frame);
     empty_.push(frame);
   }

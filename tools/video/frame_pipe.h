@@ -56,9 +56,8 @@ class FrameQueue {
 /// Frames keep their order: each step takes them one by one from the step before.
 class FramePipe {
  public:
-  /// The frame, in the engine's form, and how many milliseconds it was waited for.
+  /// The frame, and how many milliseconds it was waited for.
   using Work = std::function<void(VideoFrame* frame, double waited)>;
-  /// The frame, in the stream's form.
   using Write = std::function<void(VideoFrame* frame)>;
 
   FramePipe(FrameReader* reader, Work work, Write write);

@@ -18,13 +18,9 @@ std::string lineOf(const std::string& name, unsigned long checksum) {
 }  // namespace
 
 void FrameChecksums::add(VideoFrame* frame) {
-  unsigned long checksum = 0;
-  z_off_t bytes = 0;
-  for (const std::span<std::uint8_t> part : frame->streamParts()) {
-    checksum = crc32_z(checksum, part.data(), part.size());
-    bytes += static_cast<z_off_t>(part.size());
-  }
-  all_ = crc32_combine(all_, checksum, bytes);
+  const std::span<std::uint8_t> bytes = frame->bytes();
+  const unsigned long checksum = crc32_z(0, bytes.data(), bytes.size());
+  all_ = crc32_combine(all_, checksum, static_cast<z_off_t>(bytes.size()));
   lines_ += lineOf(std::to_string(frame->number), checksum);
 }
 

@@ -41,7 +41,7 @@ bool FrameReader::readFrame(VideoFrame* frame, const std::stop_token& stop) {
   frame->number = count_ + 1;
   const bool raw = header_.empty();
   if (!raw && !readHeader(frame, stop)) return false;
-  const std::uint64_t bytes = readPixels(frame, stop);
+  const std::uint64_t bytes = stream_.read(frame->bytes(), stop);
   if (raw && bytes == 0 && count_ == 0) throw Error(kEmpty);
   if (raw && bytes == 0) return false;
   if (bytes < frameBytes(format_.size)) {
@@ -50,17 +50,6 @@ bool FrameReader::readFrame(VideoFrame* frame, const std::stop_token& stop) {
   }
   count_ = frame->number;
   return true;
-}
-
-// How many bytes there were.
-std::uint64_t FrameReader::readPixels(VideoFrame* frame, const std::stop_token& stop) {
-  std::uint64_t bytes = 0;
-  for (const std::span<std::uint8_t> part : frame->streamParts()) {
-    const std::size_t count = stream_.read(part, stop);
-    bytes += count;
-    if (count < part.size()) break;
-  }
-  return bytes;
 }
 
 bool FrameReader::readHeader(VideoFrame* frame, const std::stop_token& stop) {
@@ -86,8 +75,7 @@ FrameWriter::FrameWriter(OutputFile* file, const std::string& header) : file_(fi
 
 void FrameWriter::write(VideoFrame* frame) {
   file_->write(bytesOf(frame->header));
-  for (const std::span<std::uint8_t> part : frame->streamParts())
-    file_->write(part);
+  file_->write(frame->bytes());
 }
 
 }  // namespace vlvk::tool

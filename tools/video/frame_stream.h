@@ -50,7 +50,6 @@ class FrameReader {
  private:
   bool readFrame(VideoFrame* frame, const std::stop_token& stop);
   bool readHeader(VideoFrame* frame, const std::stop_token& stop);
-  std::uint64_t readPixels(VideoFrame* frame, const std::stop_token& stop);
 
   std::string name_;
   InputStream stream_;

@@ -11,8 +11,7 @@
 #include <csignal>
 #include <thread>
 
-#include <vlvk/CFastEdgePreserved.h>
-#include "resource/neutral_colors.h"
+#include <vlvk/makeup.h>
 #include "tests/tools/tool_support.h"
 #include "tools/engine/engine.h"
 
@@ -52,23 +51,18 @@ Bytes y4mOf(int width, int height, int frames) {
   return stream;
 }
 
-// What the library makes of a frame with its last column and row repeated.
-Planes beautified(Planes frame, CFastEdgePreserved* filter) {
-  const int width = frame.width + frame.width % 2;
-  const int height = frame.height + frame.height % 2;
-  Bytes luma(static_cast<std::size_t>(width) * height);
-  const auto inside = [&](int i) {
-    return std::min(i / width, frame.height - 1) * frame.width + std::min(i % width, frame.width - 1);
-  };
-  for (int i = 0; i < width * height; ++i)
-    luma[i] = frame.y[inside(i)];
-  const Bytes whole = inOrder(frame, kUThenV);
-  Bytes pairs(whole.begin() + std::ssize(frame.y), whole.end());
-  EXPECT_EQ(filter->processVideo(luma.data(), width, pairs.data(), width, width, height, nullptr, 0, false), 0);
-  for (int i = width * height - 1; i >= 0; --i)  // the pixel itself comes after its repetitions
-    frame.y[inside(i)] = luma[i];
-  for (std::size_t i = 0; i < pairs.size(); ++i)
-    (i % 2 == 0 ? frame.u : frame.v)[i / 2] = pairs[i];
+// What the library makes of a frame.
+Planes beautified(Planes frame, VlvkMakeup* makeup) {
+  const int columns = (frame.width + 1) / 2;
+  const VlvkFrame planes{sizeof planes,
+                         VLVK_I420,
+                         VLVK_BT601,
+                         VLVK_LIMITED,
+                         frame.width,
+                         frame.height,
+                         {frame.y.data(), frame.u.data(), frame.v.data()},
+                         {frame.width, columns, columns}};
+  EXPECT_EQ(vlvkMakeupProcess(makeup, &planes, &planes, nullptr), VLVK_OK);
   return frame;
 }
 
@@ -80,17 +74,19 @@ TEST_F(Video, FramesAreWhatTheLibraryMakesOfThem) {
       const bool raw = *format != 0;
       Bytes source = raw ? Bytes{} : y4mOf(width, height, 0);
       Bytes expected = source;
-      NeutralColors colors;
-      CFastEdgePreserved filter(3, &colors);
-      filter.put_colorAdjustIntensity(0);
-      filter.put_whitenIntensity(80);
-      filter.put_softenSkinIntensity(700);
-      filter.radius = 9;
+      VlvkSettings settings;
+      vlvkSettingsInit(&settings, sizeof settings);
+      settings.whitening = 80;
+      settings.softening = 700;
+      settings.radius = 9;
+      VlvkMakeup* makeup = nullptr;
+      ASSERT_EQ(vlvkMakeupCreate(&makeup, &settings), VLVK_OK);
       for (int i = 0; i < 7; ++i) {
         const Bytes header = bytesOf(raw ? "" : i % 2 == 0 ? "FRAME\n" : "FRAME Ip XNOTE=2\n");
         source = source + header + inOrder(frameOf(width, height, i), order);
-        expected = expected + header + inOrder(beautified(frameOf(width, height, i), &filter), order);
+        expected = expected + header + inOrder(beautified(frameOf(width, height, i), makeup), order);
       }
+      vlvkMakeupDestroy(makeup);
       writeBytes(path("in"), source);
       expectDone(Arguments{"video", path("in"), path("in"), "--whiten", "80", "--soften", "700", "--radius=9"} +
                  (raw ? Arguments{"--format", format, "--size", size} : Arguments{}));
