@@ -153,8 +153,8 @@ if(VLVK_JNI_BINDINGS AND NOT ANDROID)
   find_path(VLVK_JNI_MD_INCLUDE jni_md.h HINTS ${VLVK_JNI_INCLUDE} ${VLVK_JNI_INCLUDE}/linux NO_CMAKE_FIND_ROOT_PATH)
   mark_as_advanced(VLVK_JNI_INCLUDE VLVK_JNI_MD_INCLUDE)
   if(NOT VLVK_JNI_INCLUDE OR NOT VLVK_JNI_MD_INCLUDE)
-    message(FATAL_ERROR "The library cannot be built with Java's entry points, missing: jni.h. Install a JDK (where it is "
-      "not found by itself, JAVA_HOME says where it is), or configure with -DVLVK_JNI_BINDINGS=OFF for a library without.")
+    message(FATAL_ERROR "The library cannot be built with Java's entry points, missing: jni.h. Install a JDK (JAVA_HOME "
+      "says where it is, if it is not found by itself), or configure with -DVLVK_JNI_BINDINGS=OFF for a library without.")
   endif()
 endif()
 if(VLVK_JNI_BINDINGS)

@@ -58,7 +58,8 @@ step_java() {
 }
 step_video() { bash scripts/try_video.sh; }
 step_readme() {
-  build release
+  quietly cmake --preset release
+  quietly cmake --build --preset release --target VLVKMakeupEngine
   bash scripts/check_readme.sh
 }
 step_asan() { build_and_test asan; }

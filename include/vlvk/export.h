@@ -1,7 +1,8 @@
 /// @file
-/// Marks what the shared library exports; everything else is hidden. May be included from C. VLVK_STATIC, which users
-/// of the static library define (its CMake package and pkg-config file do), leaves the marks out, so that a library
-/// that takes it in does not export its names.
+/// Marks what the shared library exports; everything else is hidden. May be included from C.
+///
+/// VLVK_STATIC, which users of the static library define (its CMake package and pkg-config file do), leaves the marks
+/// out, so that a library that takes the static one in does not export its names.
 #ifndef VLVK_EXPORT_H
 #define VLVK_EXPORT_H
 
