@@ -11,6 +11,10 @@ add_library(vlvk_fuzz_frames OBJECT
   fuzz/frame_steps.cpp
   fuzz/frame_steps.h
   fuzz/input.h
+  tests/engine/makeup_model.cpp
+  tests/engine/makeup_model.h
+  tests/engine/makeup_rig.cpp
+  tests/engine/makeup_rig.h
   tests/frames/frame_model.cpp
   tests/frames/frame_model.h
   tests/frames/frame_rig.cpp
@@ -54,6 +58,7 @@ function(vlvk_add_fuzzer name)
 endfunction()
 
 vlvk_add_fuzzer(frame LIBRARIES vlvk_fuzz_frames vlvk_objects)
+vlvk_add_fuzzer(makeup LIBRARIES vlvk_fuzz_frames vlvk_objects)
 vlvk_add_fuzzer(target LIBRARIES vlvk_fuzz_frames vlvk_objects)
 if(TARGET vlvk_tool)
   vlvk_add_fuzzer(resource_file LIBRARIES vlvk_tool)

@@ -3,21 +3,22 @@
 #include <cstdint>
 
 #include "fuzz/frame_steps.h"
-#include "rows/row_loops.h"
+#include "fuzz/pace.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Input input(data, size);
-  int targets = 0;
-  const vlvk::RowLoops* const* sets = vlvk::availableRowLoops(targets);
-  vlvk::forceRowLoops(sets[input.byte() % targets]->name);
-  const model::Resource resource = fuzz::drawResource(input);
-  frame_rig::Loader loader(&resource);
-  loader.throws = input.flag();
-  frame_rig::Filter filter(1, resource.present || input.flag() ? &loader : nullptr);
-  const bool rgbOrder = input.flag();
+  const bool isSlow = fuzz::asksForSlow(input);
+  if (isSlow && !fuzz::mayBeSlow()) return 0;
+  const int target = fuzz::drawTarget(input);
+  const model::Resource resource = isSlow ? fuzz::drawResource(input) : model::Resource();
+  frame_rig::Rig own(1, resource);
+  own.loader.throws = isSlow && input.flag();
+  if (!resource.present && !input.flag()) own.filter.loader = nullptr;
+  const bool usualOrder = isSlow && input.flag();
   for (int i = 0; i < 6 && (i == 0 || !input.empty()); ++i) {
-    const fuzz::FrameStep step(input, rgbOrder);
-    step.check(filter, step.frame.content(), false);
+    const fuzz::FrameStep step(input, isSlow ? usualOrder : input.flag(), !isSlow);
+    frame_rig::Rig& rig = isSlow ? own : fuzz::keptRig(target, step.frame.shape.rgbOrder);
+    step.check(rig.filter, step.frame.content(), false);
   }
   return 0;
 }

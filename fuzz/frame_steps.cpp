@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <map>
 #include <string>
 
 #include "fuzz/check.h"
@@ -42,15 +43,15 @@ int drawStride(Input& input, int bytes, bool mayBeNegative) {
   return mayBeNegative && (kind & 5) == 5 ? -stride : stride;
 }
 
-frame_rig::Shape drawShape(Input& input, bool usualOrder, Refusal& refusal) {
+frame_rig::Shape drawShape(Input& input, bool usualOrder, bool isSmall, Refusal& refusal) {
   const Call call = usualOrder ? input.pick({Call::kVideo, Call::kInternal, Call::kVideo, Call::kInternal, Call::kBgra})
                                : input.pick({Call::kVideo, Call::kInternal, Call::kBgra, Call::kInternal});
   const bool bgra = call == Call::kBgra;
   const Delivery delivery = input.pick({Delivery::kOntoItself, Delivery::kToPixels, Delivery::kOntoItself,
                                         bgra ? Delivery::kNowhere : Delivery::kToPixels});
   const bool rgbOrder = usualOrder != (input.byte() % 8 == 0);
-  const int width = input.byte() % 4 == 0 ? input.between(0, 300) : input.between(0, 70);
-  const int height = input.between(0, 80);
+  const int width = input.byte() % 4 == 0 ? input.between(0, isSmall ? 40 : 300) : input.between(0, isSmall ? 20 : 70);
+  const int height = input.between(0, isSmall ? 26 : 80);
   const int fault = input.byte();
   refusal = fault < 8 ? static_cast<Refusal>(fault) : Refusal::kNone;
   // Without strides of the caller's, rows follow each other.
@@ -70,6 +71,17 @@ void fillPlane(Input& input, const frame_rig::Plane& plane, bool skin) {
                                           Content::kFlat, Content::kCheckerboard, Content::kWhite, Content::kBlack});
   frame_rig::Random random(input.word());
   plane.fill(content, random);
+  fillWithInput(input, plane);
+}
+
+int drawThreads(Input& input, bool isSmall) {
+  const bool many = input.byte() % 16 == 0;
+  return input.between(1, isSmall ? 3 : many ? 90 : 9);
+}
+
+}  // namespace
+
+void fillWithInput(Input& input, const frame_rig::Plane& plane) {
   const int own = input.byte();
   if (own >= 32 || own == 0) return;
   model::Bytes pattern(static_cast<std::size_t>(own));
@@ -79,12 +91,12 @@ void fillPlane(Input& input, const frame_rig::Plane& plane, bool skin) {
     std::generate_n(plane.row(y), plane.rowBytes, [&] { return pattern[i++ % pattern.size()]; });
 }
 
-}  // namespace
-
-FrameStep::FrameStep(Input& input, bool usualOrder)
+FrameStep::FrameStep(Input& input, bool usualOrder, bool isSmall)
     : settings(drawSettings(input)),
-      threads(input.byte() % 16 == 0 ? input.between(1, 90) : input.between(1, 9)),
-      frame(drawShape(input, usualOrder, refusal)) {
+      threads(drawThreads(input, isSmall)),
+      frame(drawShape(input, usualOrder, isSmall, refusal)) {
+  if (isSmall) settings.whiten = model::Settings().whiten;
+  if (isSmall) settings.colorAdjust = model::Settings().colorAdjust;
   for (const auto& plane : frame.planes)
     fillPlane(input, plane, &plane == &frame.planes[1]);
 }
@@ -94,6 +106,19 @@ void FrameStep::check(frame_rig::Filter& filter, const frame_rig::Frame::Memory&
   filter.threadCount = threads;
   const std::string wrong = frame.check(filter, expected, refusal, resultsCount);
   if (!wrong.empty()) fail(vlvk::rowLoops().name + (": " + wrong));
+}
+
+int drawTarget(Input& input) {
+  int targets = 0;
+  const vlvk::RowLoops* const* sets = vlvk::availableRowLoops(targets);
+  const int target = input.byte() % targets;
+  check(vlvk::forceRowLoops(sets[target]->name), "a target is missing");
+  return target;
+}
+
+frame_rig::Rig& keptRig(int target, bool rgbOrder) {
+  static std::map<int, frame_rig::Rig> rigs;
+  return rigs.try_emplace(2 * target + rgbOrder, 1).first->second;
 }
 
 model::Resource drawResource(Input& input) {

@@ -9,7 +9,8 @@ namespace fuzz {
 
 struct FrameStep {
   /// @param usualOrder  NV21 or NV12: most frames have it, as every change makes the filter build tables for a while
-  FrameStep(Input& input, bool usualOrder);
+  /// @param isSmall     a frame of few pixels and threads, with settings that keep a filter's tables
+  FrameStep(Input& input, bool usualOrder, bool isSmall);
 
   /// Applies the settings, makes the call and ends the process where result or memory is wrong.
   void check(frame_rig::Filter& filter, const frame_rig::Frame::Memory& expected, bool resultsCount) const;
@@ -19,6 +20,21 @@ struct FrameStep {
   frame_rig::Refusal refusal;
   frame_rig::Frame frame;
 };
+
+/// Overwrites the rows with bytes of the input over and over, if it says so.
+void fillWithInput(Input& input, const frame_rig::Plane& plane);
+
+/// Whether an input wants all that is slow: large frames, many threads, new tables and filters or handles of its own.
+inline bool asksForSlow(Input& input) {
+  return input.byte() % 16 == 0;
+}
+
+/// Puts a target in use and returns its number.
+int drawTarget(Input& input);
+
+/// A filter for small frames of that order. Kept from input to input, since its tables take longer than many such
+/// frames.
+frame_rig::Rig& keptRig(int target, bool rgbOrder);
 
 /// The host's picture, as the input wants it: there, in part, or missing.
 model::Resource drawResource(Input& input);

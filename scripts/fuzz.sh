@@ -17,7 +17,7 @@ cd "$(dirname "$0")/.."
 . scripts/quietly.sh
 seconds="${1:-20}"
 names=("${@:2}")
-[ ${#names[@]} -gt 0 ] || names=(resource_file cube picture y4m frame target)
+[ ${#names[@]} -gt 0 ] || names=(resource_file cube picture y4m frame target makeup)
 
 command -v clang++ >/dev/null || {
   echo "fuzz.sh: clang++ is missing" >&2
