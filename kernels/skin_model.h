@@ -1,7 +1,7 @@
 /// The live skin model: centre, curve and table layout.
 ///
 /// Interleaved tables suit de-interleaving vector loads: by four, bytes 0 .. 31 give registers with entries 0-7, 8-15,
-/// 16-23 and 24-31; by two, the 16 bytes behind them give 32-39 and 40-47.
+/// 16-23 and 24-31; by two, the 16 bytes after them give 32-39 and 40-47.
 #ifndef VLVK_KERNELS_SKIN_MODEL_H
 #define VLVK_KERNELS_SKIN_MODEL_H
 

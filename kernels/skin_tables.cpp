@@ -21,7 +21,7 @@ int plateauLength(float a, float b) {
   return std::min(vlvk::truncSaturate<std::int32_t>(static_cast<double>(s * a) + 0.5), 255);
 }
 
-/// Weight at a distance of k behind the plateau.
+/// Weight at a distance of k past the plateau.
 unsigned char fallOff(int k, float b) {
   const float x = -static_cast<float>(k * k) / (b * 4.0F);
   return static_cast<unsigned char>(vlvk::truncSaturate<std::int32_t>(64.0 * std::exp(static_cast<double>(x))));

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A pixel behind the whole groups: here the variance is formed first, the division is exact, and the result is
+/// A pixel past the whole groups: here the variance is formed first, the division is exact, and the result is
 /// rounded.
 unsigned char blendExactly(unsigned char sample, unsigned int sum, unsigned int square,
                            const vlvk::PixelFormula& formula) {

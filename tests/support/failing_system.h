@@ -1,6 +1,6 @@
 /// A malloc family and a pthread_create of the executable's own, which count, fail on demand and hand on to the C
 /// library. What is tested must be linked as the shared library that hosts load: its calls come through them like
-/// everyone's.
+/// all others.
 #ifndef VLVK_TESTS_SUPPORT_FAILING_SYSTEM_H
 #define VLVK_TESTS_SUPPORT_FAILING_SYSTEM_H
 

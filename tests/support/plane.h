@@ -14,7 +14,7 @@
 
 namespace testing_support {
 
-/// The bytes from the first of row 0 to the last of the last row; the padding behind that row does not exist. Rows and
+/// The bytes from the first of row 0 to the last of the last row; the padding after that row does not exist. Rows and
 /// padding start as kCanary.
 class Plane {
  public:
