@@ -12,8 +12,8 @@
 #include <vlvk/CFastEdgePreserved.h>
 #include <vlvk/makeup.h>
 #include "bench/measure.h"
-#include "bench/neutral_colors.h"
 #include "bench/scene.h"
+#include "resource/neutral_colors.h"
 
 namespace vlvk_bench {
 
@@ -113,7 +113,7 @@ Contender elsewhere(Size size, const Setup& setup, VlvkFormat from, VlvkFormat t
 
 Contender classic(Size size, const Setup& setup, bool nv21) {
   struct Engine {
-    NeutralColors colors;
+    vlvk::NeutralColors colors;
     CFastEdgePreserved filter;
     explicit Engine(int threads) : filter(threads, &colors) {}
   };

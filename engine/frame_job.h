@@ -35,7 +35,7 @@ struct FrameJob {
 
   bool smooths;
   PixelFormula formula;
-  SkinWeights skin;
+  const SkinWeights* skin;
   const ColorStep* colors;  ///< null: colours stay
   bool hasMatrix;           ///< YUV to YUV of another colorimetry
   YuvMatrix matrix;

@@ -36,7 +36,7 @@ int bandsFor(const VlvkSettings& settings, int height) {
 
 }  // namespace
 
-FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSettings& settings,
+FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSettings& settings, KeptSkinWeights& skin,
                  const ColorStep* colors) {
   FrameJob job{};
   job.source = source;
@@ -60,8 +60,7 @@ FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSet
               .inPlace = job.smooths && job.inPlace && !job.copiesLuma};
   job.formula = formulaFor(reach, level, source.colors);
   // Skin of pixels is measured in chroma of limited range, as row_pair.cpp makes it of them.
-  job.skin =
-      isYuv ? makeSkinWeights(source.colors, source.format->chromaOrder) : makeSkinWeights(kBt601Limited, kUThenV);
+  job.skin = isYuv ? &skin.of(source.colors, source.format->chromaOrder) : &skin.of(kBt601Limited, kUThenV);
 
   const bool toYuv = target.format->isYuv();
   job.hasMatrix = isYuv && toYuv && source.colors != target.colors;

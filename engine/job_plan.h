@@ -9,8 +9,9 @@ namespace vlvk {
 
 /// All of a job but its memory.
 ///
+/// @param skin    lives as long as the job
 /// @param colors  the change of colours, null for none
-FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSettings& settings,
+FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSettings& settings, KeptSkinWeights& skin,
                  const ColorStep* colors);
 
 /// Whether the result of a frame in place is the frame as it is.

@@ -61,6 +61,7 @@ struct VlvkMakeup {
   pthread_mutex_t frames = PTHREAD_MUTEX_INITIALIZER;
   vlvk::Memory picture;
   bool tablesBehind = false;  ///< `picture` is not in the colour tables yet
+  vlvk::KeptSkinWeights skin;
   vlvk::ColorStep colors;
   vlvk::FrameMemory memory;
 
@@ -84,7 +85,7 @@ VlvkResult VlvkMakeup::process(const FrameView& source, const FrameView& target)
   const Lock lock(frames);
   const VlvkSettings now = takeChanges();
   const bool changesColors = vlvk::ColorStep::isNeeded(now.whitening, picture.get());
-  FrameJob job = vlvk::planJob(source, target, now, changesColors ? &colors : nullptr);
+  FrameJob job = vlvk::planJob(source, target, now, skin, changesColors ? &colors : nullptr);
   if (vlvk::leavesFrame(job)) return VLVK_OK;
   if (!memory.prepare(job)) return VLVK_NO_MEMORY;
   if (changesColors) {

@@ -70,7 +70,7 @@ class RowPair {
 };
 
 void RowPair::blend(const std::uint8_t* pairs, MutableRows out) const {
-  const SkinWeights& skin = job_.skin;
+  const SkinWeights& skin = *job_.skin;
   if (skin.isTurned) {
     loops_.convertChroma(pairs, scratch_.skinPairs, columns(), skin.turn);
     pairs = scratch_.skinPairs;

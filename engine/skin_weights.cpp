@@ -21,6 +21,8 @@ std::uint8_t centreIn(Colorimetry colors, int limited) {
 
 SkinWeights makeSkinWeights(Colorimetry colors, ChromaOrder order) {
   SkinWeights skin{};
+  skin.colors = colors;
+  skin.order = order;
   const Colorimetry measured = isFullRange(colors) ? kBt601Full : kBt601Limited;
   // The spread is a square of chroma units.
   const float scale = isFullRange(colors) ? (255.0F / 224.0F) * (255.0F / 224.0F) : 1.0F;

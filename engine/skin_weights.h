@@ -15,6 +15,8 @@ namespace vlvk {
 /// Centre and distances are those of BT.601 in the frame's range. Chroma of BT.709 lies at an angle to it and is turned
 /// first.
 struct SkinWeights {
+  Colorimetry colors;
+  ChromaOrder order;
   std::uint8_t weights[64];
   std::uint8_t centre[2];
   bool isTurned;  ///< chroma goes through `turn` first
@@ -22,6 +24,18 @@ struct SkinWeights {
 };
 
 SkinWeights makeSkinWeights(Colorimetry colors, ChromaOrder order);
+
+/// The weights of the frame before, made anew where this one has other chroma: they take as long as some rows do.
+class KeptSkinWeights {
+ public:
+  const SkinWeights& of(Colorimetry colors, ChromaOrder order) {
+    if (weights_.colors != colors || weights_.order != order) weights_ = makeSkinWeights(colors, order);
+    return weights_;
+  }
+
+ private:
+  SkinWeights weights_ = makeSkinWeights(kBt601Limited, kUThenV);
+};
 
 }  // namespace vlvk
 
