@@ -11,10 +11,10 @@ namespace vlvk {
 namespace {
 
 struct BandThread {
+  pthread_t thread;
   void (*task)(const void* context, int band);
   const void* context;
   int band;
-  pthread_t thread;
   bool started;
 };
 
@@ -35,7 +35,7 @@ void runBands(int bands, void (*task)(const void* context, int band), const void
   BandThread threads[kMostBands];
   const int others = bands - 1;
   for (int i = 0; i < others; ++i) {
-    threads[i] = {task, context, i, {}, false};
+    threads[i] = {{}, task, context, i, false};
     threads[i].started = pthread_create(&threads[i].thread, nullptr, runOne, &threads[i]) == 0;
   }
   task(context, others);

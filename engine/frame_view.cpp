@@ -67,7 +67,7 @@ void Reason::say(const char* format, ...) {
   if (text_ == nullptr) return;
   std::va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(text_, size_, format, arguments);
+  std::vsnprintf(text_, size_, format, arguments);  // NOLINT(clang-analyzer-valist.Uninitialized): it is started
   va_end(arguments);
 }
 

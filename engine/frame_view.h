@@ -43,9 +43,10 @@ class Reason {
 
 /// Checks a frame: size of the structure, format, colorimetry, width and height, planes and strides.
 ///
+/// @param given   not trusted
 /// @param view    receives the frame where the result is VLVK_OK
 /// @param reason  gets the numbers of what is wrong
-VlvkResult checkFrame(const VlvkFrame* frame, FrameView& view, Reason& reason);
+VlvkResult checkFrame(const VlvkFrame* given, FrameView& view, Reason& reason);
 
 /// Checks how target and source stand to each other: same size, and planes that share memory only where the target is
 /// the source.
