@@ -70,7 +70,8 @@ TEST_F(Photo, UnusableInputIsRefused) {
        {"missing.png", "empty.png", "text.png", "directory.png", "png.jpg", "jpg.png", "picture.gif", "png"}) {
     expectRefused({"photo", path(name), path("out.png")}, path(name) + ": ");
   }
-  expectRefused({"photo", path("missing\nline\x1b[1m.png"), path("out.png")}, "missing\\x0Aline\\x1B[1m.png: ");
+  expectRefused({"photo", path("a\nb\x1b[1m\xC2\x85\xC2\xA1\xE2\x80\xA8.png"), path("out.png")},
+                "a\\x0Ab\\x1B[1m\\xC2\\x85\xC2\xA1\\xE2\\x80\\xA8.png: ");
   for (const std::string& table : {path("missing.vlk"), path("text.png"), std::string()})
     expectRefused({"photo", path("good.png"), path("out.png"), "--table", table}, "vlvk-makeup: " + table + ": ");
   for (const std::string out : {"out.gif", "out", "none/out.png"})

@@ -31,14 +31,16 @@ TEST_F(Png, EveryKindIsRead) {
   }
 }
 
-// Not cut off: 0x00FF is 1. The key is a sample at full depth.
+// Not cut off: 0x00FF is 1. The transparent sample is 0x0001 alone, not its neighbours.
 TEST_F(Png, SixteenBitsAreRounded) {
   const tool::Picture picture = tool::decodePng(corpusPicture("rgb16_png"));
   for (int i = 0; i < 64 * 8 * 3; ++i) {
     const int sample = (i / 3 % 64 * 1031 + i / 192 * 64 + i % 3 * 21) & 65535;
     ASSERT_EQ(picture.row(i / 192)[i / 3 % 64 * 4 + i % 3], (sample + 128) / 257) << "sample " << i;
   }
-  EXPECT_TRUE(tool::decodePng(corpusPicture("gray16_keyed_png")).hasAlpha);
+  const tool::Picture keyed = tool::decodePng(corpusPicture("gray16_keyed_png"));  // its first column: 0, 1, 2
+  EXPECT_TRUE(keyed.hasAlpha);
+  EXPECT_EQ((Bytes{keyed.row(0)[3], keyed.row(1)[3], keyed.row(2)[3]}), (Bytes{255, 0, 255}));
 }
 
 TEST_F(Png, DamageAndSizesAreRefused) {

@@ -41,6 +41,7 @@ TEST(TableIo, WhatIsWrongIsSaid) {
       {Bytes(good.begin(), good.end() - 1), {"74 74 74 74", "only 1048575 "}},
       {corpusPicture("rgb_png"), {"not a colour table of the engine, it holds a PNG"}},
       {bytesOf("LUT_3D_SIZE 256\n"), {"not a colour table of the engine, it holds the text of a .cube file"}},
+      {Bytes(40, 0x9E), {"not a colour table, nor any other resource file of the engine"}},
       {Bytes(40, 'a'), {"not a colour table, nor any other resource file of the engine"}},
       {tableFile({0, 4, 0, 0, 0, 2, 0, 0}), {"states 524288 bytes", "A 1024 (00 04 00 00)"}},
       {tableFile({0, 8, 0, 0, 0, 4, 0, 0}), {"states 2097152 bytes", "B 1024 (00 04 00 00)"}},

@@ -33,6 +33,7 @@ TEST(Y4m, UnusableHeadersAreRefused) {
                                                          {start + "W32769 H2\n", "too large"},
                                                          {start + "W32768 H32768\n", "too large"},
                                                          {start + "W2 H2 C422\n", "C422"},
+                                                         {start + std::string("W2 H2 C420\0x\n", 13), "frames of C420"},
                                                          {start + "W2 H2 C420p10\n", "C420p10"},
                                                          {start + "W2 H2 Cmono\n", "Cmono"},
                                                          {start + "W2 H2 XYSCSS=411\n", "XYSCSS=411"},
