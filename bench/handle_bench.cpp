@@ -167,6 +167,7 @@ void compare(const std::string& name, Size size, const std::function<Contender()
           processor.push_back(a.processor / b.processor);
           state.SetIterationTime(a.wall / kFramesOfARound);
         }
+        if (wall.empty()) return;
         state.counters["ratio"] = median(wall);
         state.counters["ratio_cpu"] = median(processor);
       })

@@ -28,6 +28,7 @@ set(VLVK_JNI_CXX_HEADERS CMakeupEngine3.h)
 set(VLVK_LIBRARY_SOURCES
   base/arm_math.h
   base/checked_size.h
+  base/mutex_lock.h
   base/scratch_memory.h
   base/shared_field.h
   base/version.cpp
@@ -46,12 +47,12 @@ set(VLVK_LIBRARY_SOURCES
   engine/frame_job.h
   engine/frame_memory.cpp
   engine/frame_memory.h
-  engine/job_plan.cpp
-  engine/job_plan.h
   engine/frame_rows.cpp
   engine/frame_rows.h
   engine/frame_view.cpp
   engine/frame_view.h
+  engine/job_plan.cpp
+  engine/job_plan.h
   engine/makeup.cpp
   engine/row_pair.cpp
   engine/row_pair.h

@@ -24,7 +24,7 @@ VlvkResult vlvkFrameFromYuv420(VlvkFrame* frame, unsigned char* const planes[3],
   if (frame == nullptr || planes == nullptr || rowStrides == nullptr) return VLVK_NULL_POINTER;
   if (planes[0] == nullptr || planes[1] == nullptr || planes[2] == nullptr) return VLVK_NULL_POINTER;
   VlvkFrame described{};
-  if (!vlvk::copyVersioned<sizeof(VlvkFrame)>(*frame, described)) return VLVK_OTHER_VERSION;
+  if (!vlvk::copyVersioned<vlvk::kFirstFrameSize>(*frame, described)) return VLVK_OTHER_VERSION;
   described.format = formatOf(planes, chromaStep);
   if (described.format == 0) return VLVK_BAD_FORMAT;
   const bool planar = described.format == VLVK_I420;
@@ -67,13 +67,13 @@ const char* vlvkResultText(VlvkResult result) {
     case VLVK_BAD_FORMAT:
       return "unknown format, matrix or range";
     case VLVK_BAD_SIZE:
-      return "width or height out of range, or not the same in source and target";
+      return "width or height out of range, or not the same in source and target, or a plane past the end of memory";
     case VLVK_BAD_STRIDE:
-      return "a stride is shorter than a row";
+      return "a stride is shorter than a row, or those of U and V differ";
     case VLVK_OVERLAP:
       return "planes share memory";
     case VLVK_BAD_SETTING:
-      return "a setting is out of its range";
+      return "a setting is out of its range, or not in this version";
     case VLVK_BAD_TABLE:
       return "no whole colour table";
     case VLVK_NO_MEMORY:

@@ -1,4 +1,4 @@
-/// The formats of frames: what the engine knows of each.
+/// The formats of frames.
 #ifndef VLVK_ENGINE_FRAME_FORMAT_H
 #define VLVK_ENGINE_FRAME_FORMAT_H
 

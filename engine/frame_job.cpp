@@ -1,7 +1,7 @@
 /// See frame_job.h: a band, from the smoothing of its luma to its row pairs.
 #include "engine/frame_job.h"
 
-#include <algorithm>
+#include <cstring>
 
 #include "engine/frame_rows.h"
 #include "engine/row_pair.h"
@@ -29,7 +29,8 @@ std::uint8_t* savedRowsOf(const FrameJob& job, int band) {
 void copyLuma(const FrameJob& job, const BandScratch& scratch, int y) {
   std::uint8_t* luma = job.lumaCopy + y * job.lumaStride;
   if (job.source.format->isYuv()) {
-    readLuma(job.source, y, luma);  // which copies: the source's rows are not wide enough
+    const std::uint8_t* row = readLuma(job.source, y, luma);
+    if (row != luma) std::memcpy(luma, row, static_cast<std::size_t>(job.columns()));
     return;
   }
   const std::uint8_t* pixels = readPixels(job.source, y, job.pixelOrder, scratch.sourcePixels[0]);

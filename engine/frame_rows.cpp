@@ -1,7 +1,6 @@
 /// See frame_rows.h.
 #include "engine/frame_rows.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 

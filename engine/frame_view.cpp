@@ -54,7 +54,8 @@ VlvkResult checkPlane(const VlvkFrame& frame, const FrameFormat& format, int pla
   }
   // A plane that runs past the end of the address space is none.
   const std::int64_t bytes = std::int64_t{frame.stride[plane]} * (format.rows(plane, frame.height) - 1) + rowBytes;
-  if (static_cast<std::uint64_t>(bytes) > UINTPTR_MAX - reinterpret_cast<std::uintptr_t>(frame.plane[plane])) {
+  if (bytes > PTRDIFF_MAX ||
+      static_cast<std::uintptr_t>(bytes) > UINTPTR_MAX - reinterpret_cast<std::uintptr_t>(frame.plane[plane])) {
     reason.say("plane %d: %lld bytes do not fit the memory from its address on", plane, static_cast<long long>(bytes));
     return VLVK_BAD_SIZE;
   }
@@ -77,9 +78,13 @@ VlvkResult checkFrame(const VlvkFrame* given, FrameView& view, Reason& reason) {
     return VLVK_NULL_POINTER;
   }
   VlvkFrame frame{};
-  if (!copyVersioned<sizeof(VlvkFrame)>(*given, frame)) {
-    reason.say("frame: size %u is none that this version takes, it has %u bytes", given->size,
-               static_cast<unsigned>(sizeof frame));
+  if (!copyVersioned<kFirstFrameSize>(*given, frame)) {
+    const auto known = static_cast<unsigned>(sizeof frame);
+    if (given->size > known && given->size <= kLargestStructure) {
+      reason.say("frame: bytes past the first %u are not 0, members of a later version", known);
+    } else {
+      reason.say("frame: size %u, this version has %u bytes", given->size, known);
+    }
     return VLVK_OTHER_VERSION;
   }
   const FrameFormat* format = frameFormat(frame.format);
@@ -89,7 +94,7 @@ VlvkResult checkFrame(const VlvkFrame* given, FrameView& view, Reason& reason) {
   }
   Colorimetry colors = kBt601Full;
   if (format->isYuv() && !readColorimetry(frame, colors)) {
-    reason.say("matrix %d, range %d: the matrix is 1 (BT.709) or 6 (BT.601), the range 0 (limited) or 1 (full)",
+    reason.say("matrix %d, range %d: the matrix is 1 (BT.709), 5 or 6 (BT.601), the range 0 (limited) or 1 (full)",
                frame.matrix, frame.range);
     return VLVK_BAD_FORMAT;
   }

@@ -20,12 +20,15 @@ int softenLevel(const VlvkSettings& settings) {
 /// which are compared with a variance, grow by the square of that.
 PixelFormula formulaFor(int reach, int level, Colorimetry colors) {
   PixelFormula formula = makePixelFormula(reach - 1, level);
-  if (isFullRange(colors)) {
-    constexpr float kScale = (255.0F / 219.0F) * (255.0F / 219.0F);
-    formula.bias *= kScale;
-    formula.strength *= kScale;
-  }
+  const float levels = static_cast<float>(lumaLevels(colors)) / static_cast<float>(lumaLevels(kBt601Limited));
+  formula.bias *= levels * levels;
+  formula.strength *= levels * levels;
   return formula;
+}
+
+/// Rows that are saved lie as far apart as the frame's: with wide gaps a copy of its luma takes less memory.
+bool wastesSavedRows(const FrameJob& job, int columns) {
+  return job.smooths && job.inPlace && job.source.stride[0] > 2 * std::ptrdiff_t{columns};
 }
 
 /// Bands begin at multiples of 8 rows: more of them than there are eights would be empty.
@@ -49,7 +52,7 @@ FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSet
   const int reach = roundUpTo8(settings.radius);
   const int columns = paddedColumns(source.width);
   job.smooths = level > 0 && reach > 0;
-  job.copiesLuma = isYuv ? source.width != columns : job.smooths;
+  job.copiesLuma = isYuv ? source.width != columns || wastesSavedRows(job, columns) : job.smooths;
   job.luma = source.plane[0];
   job.lumaStride = job.copiesLuma ? columns : source.stride[0];
   job.plan = {.width = columns,

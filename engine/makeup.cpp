@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <vlvk/makeup.h>
+#include "base/mutex_lock.h"
 #include "engine/band_team.h"
 #include "engine/color_step.h"
 #include "engine/frame_job.h"
@@ -20,17 +21,6 @@ namespace {
 
 using vlvk::FrameJob;
 using vlvk::FrameView;
-
-class Lock {
- public:
-  explicit Lock(pthread_mutex_t& mutex) : mutex_(mutex) { pthread_mutex_lock(&mutex_); }
-  Lock(const Lock&) = delete;
-  Lock& operator=(const Lock&) = delete;
-  ~Lock() { pthread_mutex_unlock(&mutex_); }
-
- private:
-  pthread_mutex_t& mutex_;
-};
 
 using BandStep = void (*)(const FrameJob& job, int band);
 
@@ -60,19 +50,25 @@ struct VlvkMakeup {
   // Of the frame in work.
   pthread_mutex_t frames = PTHREAD_MUTEX_INITIALIZER;
   vlvk::Memory picture;
-  bool tablesBehind = false;  ///< `picture` is not in the colour tables yet
+  bool tablesOutdated = false;  ///< `picture` is not in the colour tables yet
   vlvk::KeptSkinWeights skin;
   vlvk::ColorStep colors;
   vlvk::FrameMemory memory;
 
   explicit VlvkMakeup(const VlvkSettings& s) : settings(s) {}
+  VlvkMakeup(const VlvkMakeup&) = delete;
+  VlvkMakeup& operator=(const VlvkMakeup&) = delete;
+  ~VlvkMakeup() {
+    pthread_mutex_destroy(&changes);
+    pthread_mutex_destroy(&frames);
+  }
 
   /// Settings and picture as a frame finds them.
   VlvkSettings takeChanges() {
-    const Lock lock(changes);
+    const vlvk::MutexLock lock(changes);
     if (pictureChanged) {
       picture = std::move(newPicture);
-      tablesBehind = true;
+      tablesOutdated = true;
       pictureChanged = false;
     }
     return settings;
@@ -82,17 +78,22 @@ struct VlvkMakeup {
 };
 
 VlvkResult VlvkMakeup::process(const FrameView& source, const FrameView& target) {
-  const Lock lock(frames);
+  const vlvk::MutexLock lock(frames);
   const VlvkSettings now = takeChanges();
   const bool changesColors = vlvk::ColorStep::isNeeded(now.whitening, picture.get());
   FrameJob job = vlvk::planJob(source, target, now, skin, changesColors ? &colors : nullptr);
   if (vlvk::leavesFrame(job)) return VLVK_OK;
   if (!memory.prepare(job)) return VLVK_NO_MEMORY;
   if (changesColors) {
-    if (!colors.prepare(now.whitening, picture.get(), tablesBehind, job.pixelOrder)) return VLVK_NO_MEMORY;
-    tablesBehind = false;
+    if (!colors.prepare(now.whitening, picture.get(), tablesOutdated, job.pixelOrder)) return VLVK_NO_MEMORY;
+    tablesOutdated = false;
   }
-  if (job.copiesLuma || job.plan.inPlace) eachBand(job, vlvk::prepareBand);
+  if (job.copiesLuma) {
+    eachBand(job, vlvk::prepareBand);
+  } else if (job.plan.inPlace) {  // some rows: not worth a thread
+    for (int band = 0; band < job.plan.bands; ++band)
+      vlvk::prepareBand(job, band);
+  }
   eachBand(job, vlvk::runBand);
   return VLVK_OK;
 }
@@ -122,7 +123,7 @@ VlvkResult vlvkMakeupConfigure(VlvkMakeup* makeup, const VlvkSettings* settings)
   VlvkSettings read{};
   const VlvkResult result = vlvk::readSettings(settings, read);
   if (result != VLVK_OK) return result;
-  const Lock lock(makeup->changes);
+  const vlvk::MutexLock lock(makeup->changes);
   makeup->settings = read;
   return VLVK_OK;
 }
@@ -140,7 +141,7 @@ VlvkResult vlvkMakeupSetTable(VlvkMakeup* makeup, const void* file, size_t bytes
     if (picture == nullptr) return VLVK_NO_MEMORY;
     vlvk::scrambleResource(header + vlvk::kResourceHeaderSize, vlvk::kColorPictureSize, picture.get());
   }
-  const Lock lock(makeup->changes);
+  const vlvk::MutexLock lock(makeup->changes);
   std::swap(makeup->newPicture, picture);
   makeup->pictureChanged = true;
   return VLVK_OK;

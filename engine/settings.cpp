@@ -4,13 +4,12 @@
 #include <cstdint>
 #include <cstring>
 
+#include "engine/band_team.h"
 #include "engine/versioned.h"
 
 namespace vlvk {
 
 namespace {
-
-constexpr std::size_t kFirstSize = sizeof(VlvkSettings);
 
 struct Limits {
   std::int32_t VlvkSettings::*member;
@@ -25,7 +24,7 @@ constexpr Limits kLimits[] = {
     {&VlvkSettings::contrast, VLVK_CONTRAST_ABSOLUTE, VLVK_CONTRAST_ABSOLUTE},
     {&VlvkSettings::whitenArea, VLVK_WHITEN_ALL, VLVK_WHITEN_ALL},
     {&VlvkSettings::evenTone, 0, 0},
-    {&VlvkSettings::threads, 0, 64},
+    {&VlvkSettings::threads, 0, kMostBands},
 };
 
 }  // namespace
@@ -43,7 +42,7 @@ VlvkSettings defaultSettings() {
 VlvkResult readSettings(const VlvkSettings* given, VlvkSettings& settings) {
   if (given == nullptr) return VLVK_NULL_POINTER;
   VlvkSettings read{};
-  if (!copyVersioned<kFirstSize>(*given, read)) return VLVK_OTHER_VERSION;
+  if (!copyVersioned<kFirstSettingsSize>(*given, read)) return VLVK_OTHER_VERSION;
   for (const Limits& limits : kLimits) {
     const std::int32_t value = read.*limits.member;
     if (value < limits.least || value > limits.most) return VLVK_BAD_SETTING;
@@ -56,7 +55,7 @@ VlvkResult readSettings(const VlvkSettings* given, VlvkSettings& settings) {
 }  // namespace vlvk
 
 void vlvkSettingsInit(VlvkSettings* settings, size_t size) {
-  if (settings == nullptr || size < vlvk::kFirstSize || size > vlvk::kLargestStructure) return;
+  if (settings == nullptr || size < vlvk::kFirstSettingsSize || size > vlvk::kLargestStructure) return;
   const VlvkSettings defaults = vlvk::defaultSettings();
   std::memset(settings, 0, size);
   std::memcpy(settings, &defaults, sizeof defaults < size ? sizeof defaults : size);

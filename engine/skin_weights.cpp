@@ -13,7 +13,7 @@ namespace {
 /// The centre in limited range, moved to the scale of full range: 255 / 224 of the colour difference, rounded.
 std::uint8_t centreIn(Colorimetry colors, int limited) {
   const int difference = limited - kChromaOffset;
-  const double scale = isFullRange(colors) ? 255.0 / 224.0 : 1.0;
+  const double scale = static_cast<double>(chromaLevels(colors)) / chromaLevels(kBt601Limited);
   return static_cast<std::uint8_t>(kChromaOffset + difference * scale + 0.5);
 }
 
@@ -25,9 +25,9 @@ SkinWeights makeSkinWeights(Colorimetry colors, ChromaOrder order) {
   skin.order = order;
   const Colorimetry measured = isFullRange(colors) ? kBt601Full : kBt601Limited;
   // The spread is a square of chroma units.
-  const float scale = isFullRange(colors) ? (255.0F / 224.0F) * (255.0F / 224.0F) : 1.0F;
+  const float scale = static_cast<float>(chromaLevels(colors)) / static_cast<float>(chromaLevels(kBt601Limited));
   unsigned char byDifference[512];  // distance d at 256 + d
-  calcSkinProbility256(byDifference, kLivePlateauFactor, kLiveSpread * scale);
+  calcSkinProbility256(byDifference, kLivePlateauFactor, kLiveSpread * (scale * scale));
   std::copy_n(byDifference + 256, 64, skin.weights);
   const std::uint8_t u = centreIn(measured, kSkinU);
   const std::uint8_t v = centreIn(measured, kSkinV);

@@ -8,7 +8,13 @@
 #include <cstdint>
 #include <cstring>
 
+#include <vlvk/makeup.h>
+
 namespace vlvk {
+
+/// Sizes of version 1, up to the last member that structures had then. They stay when members are added.
+inline constexpr std::size_t kFirstFrameSize = offsetof(VlvkFrame, stride) + sizeof(VlvkFrame::stride);
+inline constexpr std::size_t kFirstSettingsSize = offsetof(VlvkSettings, threads) + sizeof(VlvkSettings::threads);
 
 /// More than any structure will have: a larger size is that of something else.
 inline constexpr std::size_t kLargestStructure = 4096;
@@ -16,9 +22,7 @@ inline constexpr std::size_t kLargestStructure = 4096;
 /// Copies a caller's structure into one as this library has it; members past the caller's size are 0.
 ///
 /// @tparam kFirstSize  of version 1
-/// @return false, with `known` untouched, for a size out of bounds and where members that this library does not have
-/// are
-///         not 0
+/// @return false, with `known` untouched, for a size out of bounds, or where members past those known are not 0
 template <std::size_t kFirstSize, class T>
 bool copyVersioned(const T& given, T& known) {
   static_assert(kFirstSize <= sizeof(T));

@@ -11,6 +11,7 @@
 #include <vlvk/rgb_to_yuv.h>
 #include "base/arm_math.h"
 #include "base/checked_size.h"
+#include "base/mutex_lock.h"
 #include "base/shared_field.h"
 #include "convert/odd_edge.h"
 #include "filter/band_rows.h"
@@ -23,17 +24,6 @@ namespace {
 using vlvk::BandWork;
 using vlvk::CheckedSize;
 using vlvk::FramePlan;
-
-class FrameLock {
- public:
-  explicit FrameLock(pthread_mutex_t& mutex) : mutex_(mutex) { pthread_mutex_lock(&mutex_); }
-  FrameLock(const FrameLock&) = delete;
-  FrameLock& operator=(const FrameLock&) = delete;
-  ~FrameLock() { pthread_mutex_unlock(&mutex_); }
-
- private:
-  pthread_mutex_t& mutex_;
-};
 
 /// A frame in place has rows of 4-byte pixels, whose stride is an int.
 constexpr int kWidestInPlace = std::numeric_limits<int>::max() / 4;
@@ -139,7 +129,7 @@ void processBands(CFastEdgePreserved& filter, const FramePlan& plan, const Frame
 
 int CFastEdgePreserved::processVideo(unsigned char* y, int /*yStride*/, unsigned char* uv, int /*uvStride*/, int width,
                                      int height, unsigned char* out, int outStride, bool order) {
-  const FrameLock lock(mutex);
+  const vlvk::MutexLock lock(mutex);
   return processVideoInternal(y, width, uv, width, width, height, out, outStride, order);
 }
 
@@ -165,7 +155,7 @@ int CFastEdgePreserved::processVideoInternal(unsigned char* y, int yStride, unsi
 
 int CFastEdgePreserved::processBGRAVideo(unsigned char* bgra, int width, int height, int stride, unsigned char* out,
                                          int outStride) {
-  const FrameLock lock(mutex);
+  const vlvk::MutexLock lock(mutex);
   if (bgra == nullptr || width < 0 || height < 0 || vlvk::loadShared(threadCount) < 1) return -1;
   const int aligned = vlvk::roundUpTo8(width);
   const CheckedSize scratchBytes = CheckedSize(aligned) * height + CheckedSize(aligned) * ((height + 1LL) / 2);

@@ -28,7 +28,7 @@ bool run(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
   if (!file) return false;
-  // An array of its exact size, so that a byte read behind it is noticed.
+  // An array of its exact size, so that a byte read past it is noticed.
   std::vector<std::uint8_t> input(bytes.begin(), bytes.end());
   LLVMFuzzerTestOneInput(input.data(), input.size());
   return true;

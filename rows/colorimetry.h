@@ -24,6 +24,14 @@ constexpr bool isBt709(Colorimetry colors) {
   return colors == kBt709Limited || colors == kBt709Full;
 }
 
+/// Levels between black and white, and between the ends of a colour difference.
+constexpr int lumaLevels(Colorimetry colors) {
+  return isFullRange(colors) ? 255 : 219;
+}
+constexpr int chromaLevels(Colorimetry colors) {
+  return isFullRange(colors) ? 255 : 224;
+}
+
 /// Zero colour difference.
 inline constexpr int kChromaOffset = 128;
 

@@ -18,8 +18,8 @@ struct Definition {
   explicit Definition(Colorimetry colors)
       : red(isBt709(colors) ? 0.2126 : 0.299),
         blue(isBt709(colors) ? 0.0722 : 0.114),
-        lumaScale(isFullRange(colors) ? 255.0 : 219.0),
-        chromaScale(isFullRange(colors) ? 255.0 : 224.0) {}
+        lumaScale(lumaLevels(colors)),
+        chromaScale(chromaLevels(colors)) {}
 
   double green() const { return 1.0 - red - blue; }
 };

@@ -36,7 +36,7 @@ inline I16x8 weightedChroma(const ChromaPairs& pairs, I16x8 offset) {
 /// See RowLoops::yuvToPixels and RowLoops::nv12ToBgraFoursTwice.
 ///
 /// Only blue of limited range can pass 16 bits, where chroma and luma are both out of their range. With pairs in place
-/// BT.601 wraps there, which is part of its result; everything else saturates, which is as good as an exact sum.
+/// BT.601 wraps there, which is part of its result; BT.709 and other pairs saturate, which is as good as an exact sum.
 template <Colorimetry kColors, ChromaOrder kChroma, PixelOrder kPixels, ChromaSpread kSpread = kPairsInPlace>
 inline void yuvToPixels(const std::uint8_t* luma0, const std::uint8_t* luma1, const std::uint8_t* chroma,
                         std::uint8_t* pixels0, std::uint8_t* pixels1, int columns) {

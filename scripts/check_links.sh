@@ -5,7 +5,7 @@ cd "$(dirname "$0")/.."
 
 status=0
 for page in README.md CONTRIBUTING.md docs/*.md; do
-  # Outside of fenced examples: what stands in the brackets behind ], up to a # or a title.
+  # Outside of fenced examples: what stands in the brackets after ], up to a # or a title.
   while IFS= read -r target; do
     [ -e "$(dirname "$page")/$target" ] && continue
     echo "$page: nothing is at $target" >&2

@@ -86,7 +86,7 @@ case "$*" in
 esac
 for step in "${steps[@]}"; do
   [[ " ${all_steps[*]} " == *" $step "* ]] || {
-    echo "test.sh: no step '$step'; there are: all quick ${all_steps[*]}" >&2
+    echo "test.sh: no step '$step'; there are ${all_steps[*]}; all and quick stand alone" >&2
     exit 2
   }
 done

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Frames, the Java entry points and a resource's way under valgrind's memcheck: no result depends on a byte that nobody
+# Frames, the Java entry points and a resource's way under valgrind's memcheck: no result depends on a byte that nothing
 # wrote, nothing outside of memory is touched, nothing is lost.
 #
 #   bash scripts/valgrind.sh            as released (the preset release)

@@ -24,7 +24,7 @@ class Composition {
 
  private:
   static constexpr int kBoxHalf = 23;   ///< the engine's box at its default radius
-  static constexpr int kStripRows = 8;  ///< for all steps behind the smoothing
+  static constexpr int kStripRows = 8;  ///< for all steps past the smoothing
 
   /// Working memory of a thread.
   struct Band {

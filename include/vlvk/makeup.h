@@ -12,7 +12,7 @@
 /// independent. A handle must not be destroyed while another call uses it.
 ///
 /// **Memory.** The caller owns every frame, and the engine keeps no pointer to one after the call. A handle keeps its
-/// buffers from frame to frame: a frame of the size, format and settings of the one before allocates nothing.
+/// buffers from frame to frame: a frame of the size, format and settings of the one before allocates none.
 ///
 /// **Failure.** A call that does not return VLVK_OK has changed nothing: target, settings and table are as they were,
 /// and the handle can be used further. Nothing is thrown, printed or aborted, and no environment variable is read.
@@ -175,7 +175,7 @@ VLVK_API VlvkResult vlvkMakeupSetTable(VlvkMakeup* makeup, const void* file, siz
 typedef struct VlvkMask {
   uint32_t size;               ///< sizeof(VlvkMask)
   int32_t width;               ///< any, 1 or more; stretched over the frame, nearest value
-  int32_t height;              ///< likewise
+  int32_t height;              ///< any, 1 or more
   int32_t stride;              ///< bytes from a row to the next, `width` or more
   const unsigned char* plane;  ///< 0 (leave alone) to 255 (as without a mask); only read
 } VlvkMask;
@@ -190,9 +190,8 @@ typedef struct VlvkMask {
 /// @param source  only read
 /// @param target  where the result goes: in place with the source's planes, strides, format, matrix and range, or
 ///                elsewhere in any of them; of the same size. May be `source` itself
-/// @param mask    null: everywhere
-/// @return VLVK_OK, or why the frame was refused; see vlvkFrameCheck for words. A mask is refused with
-///         VLVK_OTHER_VERSION, VLVK_BAD_SIZE, VLVK_BAD_STRIDE, VLVK_NULL_POINTER or VLVK_OVERLAP
+/// @param mask    null: everywhere; this version takes no other and returns VLVK_BAD_SETTING
+/// @return VLVK_OK, or why the frame was refused; see vlvkFrameCheck for words
 VLVK_API VlvkResult vlvkMakeupProcess(VlvkMakeup* makeup, const VlvkFrame* source, const VlvkFrame* target,
                                       const VlvkMask* mask);
 

@@ -11,7 +11,7 @@
 
 namespace vlvk::tool {
 
-/// Settings of a picture or video. The defaults are the engine's.
+/// Settings of a picture or video, with the defaults of the command line.
 struct Look {
   int whiten = 50;                  ///< percent
   int soften = 1000;                ///< 1000: full
@@ -25,7 +25,7 @@ class Engine {
  public:
   explicit Engine(const Look& look);
 
-  /// Beautifies a frame, in place where both are the same. Throws Error when memory runs out.
+  /// Beautifies a frame, in place where both are the same. Throws Error with words where the engine refuses it.
   ///
   /// @param number  in a video, for messages; 0: the only frame
   void beautify(const VlvkFrame& source, const VlvkFrame& target, std::uint64_t number = 0);
