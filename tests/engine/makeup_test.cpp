@@ -36,10 +36,7 @@ TEST_P(MakeupOfTarget, MatchesTheModelFromEveryFormatToEvery) {
     change();
     expectModel(kFormats[i % 9], kFormats[i / 9 % 9], side(), side());
   }
-}
-
-TEST_P(MakeupOfTarget, MatchesTheModelAtTinySizes) {
-  for (int i = 0; i < 18 * 4 * 3 && !HasFailure(); ++i) {
+  for (int i = 0; i < 18 * 4 * 3 && !HasFailure(); ++i) {  // tiny ones
     const int from = kFormats[random.between(0, 8)];
     if (i % 4 == 0) change();
     expectModel(from, random.pick({from, kFormats[random.between(0, 8)]}), 1 + i / 4 % 18, 1 + i % 4);
