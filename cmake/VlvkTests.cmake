@@ -106,7 +106,6 @@ add_executable(vlvk_tests
   tests/filter/CFastEdgePreserved_test.cpp
   tests/filter/band_worker_test.cpp
   tests/filter/color_adjust_test.cpp
-  tests/filter/color_table_test.cpp
   tests/filter/frame_pipeline_test.cpp
 
   # The handle.

@@ -75,11 +75,8 @@ TEST_F(Resource, IsReadThroughAStreamWhoseEveryStepMayFail) {
 }
 
 TEST_F(Resource, SizesAreTakenFromSignedFactors) {
-  struct Size {
-    std::array<std::uint8_t, 8> factors;
-    int bytes;  ///< -1: not read
-  };
-  const Size sizes[] = {
+  const std::pair<std::array<std::uint8_t, 8>, int> sizes[] = {
+      // -1: not read
       {{1, 0, 0, 0, 1, 0, 0, 0}, 1},          {{0, 0, 0, 0, 0, 2, 0, 0}, 0},     {{0, 8, 0, 0, 0, 2, 0, 0}, 1048576},
       {{0xFF, 0x08, 0, 0, 1, 0, 0, 0}, 2047}, {{0xFF, 0, 0, 0, 1, 0, 0, 0}, -1}, {{1, 0, 16, 0, 1, 0, 0, 0}, -1},
   };

@@ -15,14 +15,9 @@ constexpr std::int32_t kRgba8888 = 1;
 
 struct Bitmap {
   AndroidBitmapInfo info{16, 8, 64, kRgba8888, 0};
-  int infoResult = 0;
   bool hasPixels = true;
-  int lockResult = 0;
-  int unlockResult = 0;
-  int result = -1;
-  int expectedCalls = 123;
+  int infoResult = 0, lockResult = 0, unlockResult = 0, result = -1, expectedCalls = 123, filterThreads = 4;
   bool isProcessed = false;
-  int filterThreads = 4;
   unsigned char* pixels = nullptr;
   int calls = 0;  ///< a digit each: 1 for getInfo, 2 for lockPixels, 3 for unlockPixels
 };

@@ -89,14 +89,11 @@ TEST(Video, RefusedFramesAreReleasedAsTheyWere) {
   const Bytes blank(16 * 8 * 4, 0x77);
   jbyteArray frame = java.byteArray(content);
   jintArray pixels = java.intArray(blank);
-  struct Refusal {
-    int width;
-    int height;
+  const struct {
+    int width, height;
     std::string failing;
-    int callsInPlace;  ///< 0: not refused
-    int callsToPixels;
-  };
-  const Refusal refusals[] = {
+    int callsInPlace, callsToPixels;  // 0: not refused
+  } refusals[] = {
       {-16, 8, "", 2, 4},        {16, -8, "", 2, 4},         {INT32_MIN, INT32_MIN, "", 2, 4},
       {INT32_MAX, -1, "", 2, 4}, {16, 8, kInPlace[0], 1, 1}, {16, 8, kToPixels[1], 0, 3},
   };

@@ -44,11 +44,10 @@ double decibels(const Picture& a, const Picture& b) {
   double sum = 0;
   double count = 0;
   for (std::size_t p = 0; p < 2; ++p) {
-    const Bytes first = a.planes[p].bytes();
-    const Bytes second = b.planes[p].bytes();
-    for (std::size_t i = 0; i < first.size(); ++i)
-      sum += (first[i] - second[i]) * (first[i] - second[i]);
-    count += static_cast<double>(first.size());
+    const int bytes = static_cast<int>(a.planes[p].memory.size());  // without anything between rows
+    for (int i = 0; i < bytes; ++i)
+      sum += std::pow(a.planes[p].row(0)[i] - b.planes[p].row(0)[i], 2);
+    count += bytes;
   }
   return sum > 0 ? 10 * std::log10(255.0 * 255 * count / sum) : INFINITY;
 }
@@ -56,13 +55,12 @@ double decibels(const Picture& a, const Picture& b) {
 TEST(Colorimetry, OfAFrameDoesNotShowInThePicture) {
   for (const int whitening : {0, 50}) {
     const Engine engine(settingsOf(whitening, 1000, 20));
-    const Picture usual(VLVK_RGB, 0, kSide, kSide);
+    const Picture results[] = {{VLVK_RGB, 0, kSide, kSide}, {VLVK_RGB, 0, kSide, kSide}};
     for (int colors = 0; colors < 4; ++colors) {
       const Picture source(VLVK_NV12, colors, kSide, kSide);
-      const Picture pixels(VLVK_RGB, 0, kSide, kSide);
       fill(source, false);
-      EXPECT_EQ(engine.process(source, colors == 0 ? usual : pixels), VLVK_OK);
-      EXPECT_GE(decibels(usual, colors == 0 ? usual : pixels), whitening > 0 ? 43.5 : 44) << colors;
+      EXPECT_EQ(engine.process(source, results[colors > 0]), VLVK_OK);
+      EXPECT_GE(decibels(results[0], results[colors > 0]), whitening > 0 ? 43.5 : 44) << colors;
     }
   }
 }
@@ -70,19 +68,18 @@ TEST(Colorimetry, OfAFrameDoesNotShowInThePicture) {
 // To each colorimetry, or to pixels, and back.
 TEST(Colorimetry, SurvivesANeutralTrip) {
   const Engine neutral(settingsOf(0, 0, 0));
-  for (int i = 0; i < 4 * 5; ++i) {
+  for (int i = 0; i < 4 * 5 * 2; ++i) {
     const int colors = i % 4;
-    const int way = i / 4;
+    const int way = i / 4 % 5;
+    const bool grey = i >= 20;
     const Picture there(way < 4 ? VLVK_NV12 : VLVK_RGBA, way % 4, kSide, kSide);
     const Picture back(VLVK_NV12, colors, kSide, kSide);
     const Picture source(VLVK_NV12, colors, kSide, kSide);
-    for (const bool grey : {false, true}) {
-      fill(source, grey);
-      EXPECT_EQ(neutral.process(source, there), VLVK_OK);
-      EXPECT_EQ(neutral.process(there, back), VLVK_OK);
-      const bool keepsLevels = grey && colors % 2 == 1 && (way == 4 || way % 2 == 1);
-      EXPECT_GE(decibels(source, back), keepsLevels ? INFINITY : 46) << colors << " by way of " << way;
-    }
+    fill(source, grey);
+    EXPECT_EQ(neutral.process(source, there), VLVK_OK);
+    EXPECT_EQ(neutral.process(there, back), VLVK_OK);
+    const bool keepsLevels = grey && colors % 2 == 1 && (way == 4 || way % 2 == 1);
+    EXPECT_GE(decibels(source, back), keepsLevels ? INFINITY : 46) << colors << " by way of " << way;
   }
 }
 

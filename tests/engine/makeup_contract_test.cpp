@@ -8,6 +8,7 @@
 #include <set>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "tests/engine/makeup_rig.h"
@@ -34,11 +35,7 @@ struct MakeupContract : testing::Test {
 };
 
 TEST_F(MakeupContract, RefusesFramesWithWords) {
-  const struct {
-    VlvkResult result;
-    std::string text;
-    void (*spoil)(VlvkFrame&);
-  } cases[] = {
+  const std::tuple<VlvkResult, std::string, void (*)(VlvkFrame&)> cases[] = {
       {VLVK_NULL_POINTER, "plane 0: null pointer", [](auto& f) { f.plane[0] = nullptr; }},
       {VLVK_NULL_POINTER, "plane 1: null pointer", [](auto& f) { f.plane[1] = nullptr; }},
       {VLVK_NULL_POINTER, "plane 2: null pointer", [](auto& f) { f.format = VLVK_I420; }},
@@ -61,17 +58,17 @@ TEST_F(MakeupContract, RefusesFramesWithWords) {
       {VLVK_OTHER_VERSION, "frame: size 0 is none that this version takes", [](auto& f) { f.size = 0; }},
       {VLVK_OTHER_VERSION, "frame: size 4097 is none that this", [](auto& f) { f.size = 4097; }},
   };
-  for (const auto& c : cases) {
+  for (const auto& [result, words, spoil] : cases) {
     for (const bool isTarget : {false, true}) {
       VlvkFrame frames[] = {source.frame, target.frame};
-      c.spoil(frames[isTarget]);
-      EXPECT_EQ(process(&frames[0], &frames[1]), c.result) << c.text;
+      spoil(frames[isTarget]);
+      EXPECT_EQ(process(&frames[0], &frames[1]), result) << words;
       char text[200];
-      EXPECT_EQ(vlvkFrameCheck(&frames[isTarget], text, sizeof text), c.result);
-      EXPECT_EQ(std::string(text).substr(0, c.text.size()), c.text);
+      EXPECT_EQ(vlvkFrameCheck(&frames[isTarget], text, sizeof text), result);
+      EXPECT_EQ(std::string(text).substr(0, words.size()), words);
       char small[] = "????????";
       vlvkFrameCheck(&frames[isTarget], small, 5);
-      EXPECT_EQ(std::string(small, 6), c.text.substr(0, 4) + '\0' + '?') << "room for 5 bytes";
+      EXPECT_EQ(std::string(small, 6), words.substr(0, 4) + '\0' + '?') << "room for 5 bytes";
     }
   }
   const VlvkFrame& good = source.frame;
@@ -98,10 +95,7 @@ TEST_F(MakeupContract, KnowsWhichPlanesShareMemory) {
   const VlvkFrame from = frame(kPlane, 2 * kPlane);
   VlvkFrame narrow = from;
   narrow.width = 126;
-  const struct {
-    VlvkFrame source, target;
-    VlvkResult result;
-  } cases[] = {
+  const std::tuple<VlvkFrame, VlvkFrame, VlvkResult> cases[] = {
       {from, frame(kPlane, 2 * kPlane, VLVK_NV21), VLVK_OVERLAP},
       {from, frame(kPlane, 2 * kPlane, VLVK_NV12, 1), VLVK_OVERLAP},
       {from, frame(kPlane, 2 * kPlane, VLVK_NV12, 6, 129), VLVK_OVERLAP},
@@ -116,10 +110,10 @@ TEST_F(MakeupContract, KnowsWhichPlanesShareMemory) {
       {from, narrow, VLVK_BAD_SIZE},
       {frame(0, 0, VLVK_RGBA, 77, 0), frame(0, 0, VLVK_RGBA, 6, 0), VLVK_BAD_STRIDE},
   };
-  for (const auto& c : cases) {
+  for (const auto& [given, wanted, result] : cases) {
     memory.assign(memory.size(), 100);
-    EXPECT_EQ(process(&c.source, &c.target), c.result) << &c - cases;
-    EXPECT_TRUE(c.result == VLVK_OK || memory == Bytes(memory.size(), 100)) << &c - cases;
+    EXPECT_EQ(process(&given, &wanted), result);
+    EXPECT_TRUE(result == VLVK_OK || memory == Bytes(memory.size(), 100)) << result;
   }
 }
 
@@ -197,6 +191,7 @@ TEST_F(MakeupContract, TakesStructuresOfOtherVersions) {
 }
 
 TEST(MakeupFrame, DescribesThreePlanes) {
+  constexpr uint32_t kSize = sizeof(VlvkFrame);
   Byte y[4000];
   Byte* const c = y + 2000;
   const struct {
@@ -204,12 +199,12 @@ TEST(MakeupFrame, DescribesThreePlanes) {
     int32_t strides[3];
     int step;
     VlvkResult result;
-    VlvkFrame frame;  // format, planes and strides of it
+    VlvkFrame frame;
   } cases[] = {
-      {{y, c, c + 1}, {40, 44, 44}, 2, VLVK_OK, {0, VLVK_NV12, 0, 0, 0, 0, {y, c}, {40, 44}}},
-      {{y, c + 1, c}, {40, 44, 44}, 2, VLVK_OK, {0, VLVK_NV21, 0, 0, 0, 0, {y, c}, {40, 44}}},
-      {{y, c, c + 600}, {48, 20, 24}, 1, VLVK_OK, {0, VLVK_I420, 0, 0, 0, 0, {y, c, c + 600}, {48, 20, 24}}},
-      {{y, c, c + 1}, {40, 20, 20}, 1, VLVK_OK, {0, VLVK_I420, 0, 0, 0, 0, {y, c, c + 1}, {40, 20, 20}}},
+      {{y, c, c + 1}, {40, 44, 44}, 2, VLVK_OK, {kSize, VLVK_NV12, 78, 79, 40, 25, {y, c}, {40, 44}}},
+      {{y, c + 1, c}, {40, 44, 44}, 2, VLVK_OK, {kSize, VLVK_NV21, 78, 79, 40, 25, {y, c}, {40, 44}}},
+      {{y, c, c + 600}, {48, 20, 24}, 1, VLVK_OK, {kSize, VLVK_I420, 78, 79, 40, 25, {y, c, c + 600}, {48, 20, 24}}},
+      {{y, c, c + 1}, {40, 20, 20}, 1, VLVK_OK, {kSize, VLVK_I420, 78, 79, 40, 25, {y, c, c + 1}, {40, 20, 20}}},
       {{y, c, c + 2}, {40, 44, 44}, 2, VLVK_BAD_FORMAT, {}},
       {{y, c, c + 1}, {40, 44, 44}, 3, VLVK_BAD_FORMAT, {}},
       {{y, c, c + 1}, {40, 44, 44}, 0, VLVK_BAD_FORMAT, {}},
@@ -218,17 +213,11 @@ TEST(MakeupFrame, DescribesThreePlanes) {
       {{y, c, c + 600}, {40, 20, 19}, 1, VLVK_BAD_STRIDE, {}},
       {{y, nullptr, c}, {40, 40, 40}, 1, VLVK_NULL_POINTER, {}},
   };
-  const VlvkFrame given = {sizeof given, 77, 78, 79, 40, 25, {y, y, y, y}, {5, 6, 7, 8}};
-  for (const auto& k : cases) {
-    VlvkFrame expected = k.result == VLVK_OK ? k.frame : given;
-    expected.size = sizeof expected;
-    expected.matrix = 78;
-    expected.range = 79;
-    expected.width = 40;
-    expected.height = 25;
+  const VlvkFrame given = {kSize, 77, 78, 79, 40, 25, {y, y, y, y}, {5, 6, 7, 8}};
+  for (const auto& [planes, strides, step, result, described] : cases) {
     VlvkFrame frame = given;
-    EXPECT_EQ(vlvkFrameFromYuv420(&frame, k.planes, k.strides, k.step), k.result) << &k - cases;
-    EXPECT_EQ(std::memcmp(&frame, &expected, sizeof frame), 0) << &k - cases;
+    EXPECT_EQ(vlvkFrameFromYuv420(&frame, planes, strides, step), result) << step;
+    EXPECT_EQ(std::memcmp(&frame, result == VLVK_OK ? &described : &given, kSize), 0) << strides[0];
   }
   const auto& [planes, strides, step, result, none] = cases[0];
   VlvkFrame frame = given;
@@ -243,13 +232,9 @@ TEST(MakeupFrame, DescribesThreePlanes) {
 
 TEST(MakeupResult, HasWordsForAnyNumber) {
   std::set<std::string> texts;
-  for (int i = 2; i >= -12; --i) {
-    const std::string text = vlvkResultText(static_cast<VlvkResult>(i));
-    EXPECT_TRUE(!text.empty() && text.back() != '.');
-    EXPECT_EQ(text == "unknown result", i > VLVK_OK || i < VLVK_OTHER_VERSION) << i;
-    texts.insert(text);
-  }
-  EXPECT_EQ(texts.size(), 11U);
+  for (int i = VLVK_OK + 1; i >= VLVK_OTHER_VERSION - 1; --i)
+    texts.insert(vlvkResultText(static_cast<VlvkResult>(i)));
+  EXPECT_EQ(texts.size(), std::size_t{VLVK_OK - VLVK_OTHER_VERSION + 2}) << "one for all that are unknown";
 }
 
 // Every frame has the settings and the table of one moment; the memory of table and frames may be gone afterwards.

@@ -107,9 +107,9 @@ std::string Engine::check(const Picture& source, const Picture& target) const {
   if (wrong.empty()) return "";
   std::ostringstream text;
   text << wrong << "; " << source.frame.width << " x " << source.frame.height;
-  for (const VlvkFrame* f : {&source.frame, &target.frame}) {
-    text << (f == &source.frame ? ", format " : " to ") << f->format << " matrix " << f->matrix << " range " << f->range
-         << " strides " << f->stride[0] << ' ' << f->stride[1] << ' ' << f->stride[2];
+  for (const VlvkFrame& f : {source.frame, target.frame}) {
+    text << ", format " << f.format << " matrix " << f.matrix << " range " << f.range << " strides " << f.stride[0]
+         << ' ' << f.stride[1] << ' ' << f.stride[2];
   }
   text << (&source == &target ? ", in place" : "") << "; whitening " << settings.whitening << ", softening "
        << settings.softening << ", radius " << settings.radius << ", threads " << settings.threads
