@@ -7,7 +7,6 @@ endif()
 
 # The frames of the fuzzers, and the naive model that they are compared with.
 add_library(vlvk_fuzz_frames OBJECT
-  fuzz/check.h
   fuzz/frame_steps.cpp
   fuzz/frame_steps.h
   fuzz/input.h
@@ -23,7 +22,6 @@ add_library(vlvk_fuzz_frames OBJECT
   tests/naive/naive.h
   tests/support/guarded_buffer.cpp
   tests/support/guarded_buffer.h
-  tests/support/random_content.cpp
   tests/support/random_content.h
 )
 target_link_libraries(vlvk_fuzz_frames PUBLIC vlvk_objects)

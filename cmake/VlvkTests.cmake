@@ -72,13 +72,10 @@ endif()
 add_executable(vlvk_tests
   tests/naive/naive.cpp
   tests/naive/naive.h
-  tests/support/box_planes.cpp
   tests/support/box_planes.h
   tests/support/guarded_buffer.cpp
   tests/support/guarded_buffer.h
-  tests/support/plane.cpp
   tests/support/plane.h
-  tests/support/random_content.cpp
   tests/support/random_content.h
   tests/support/sanitizer_options.cpp
   tests/support/target_test.h
@@ -86,13 +83,10 @@ add_executable(vlvk_tests
   # Kernels and conversions.
   tests/kernels/band_smoothing_test.cpp
   tests/convert/conversions_test.cpp
+  tests/kernels/alt/box_statistics_test.cpp
   tests/kernels/alt/integral_mean_test.cpp
-  tests/kernels/alt/line_mean_test.cpp
-  tests/kernels/alt/mean_var_blend_test.cpp
   tests/rows/pinned_values_test.cpp
-  tests/kernels/alt/reference_filter_test.cpp
-  tests/kernels/skin_blend_test.cpp
-  tests/kernels/skin_tables_test.cpp
+  tests/kernels/skin_test.cpp
   tests/rows/targets_test.cpp
   tests/simd/vocabulary_test.cpp
 
@@ -142,8 +136,6 @@ if(VLVK_JNI_BINDINGS)
     tests/bindings/makeup_bitmap_test.cpp
     tests/bindings/makeup_entry_points_test.cpp
     tests/support/guarded_buffer.cpp
-    tests/support/plane.cpp
-    tests/support/random_content.cpp
     tests/support/sanitizer_options.cpp
   )
   target_include_directories(vlvk_bindings_tests SYSTEM PRIVATE
@@ -158,18 +150,14 @@ endif()
 if(TARGET vlvk-makeup)
   add_executable(vlvk_tool_tests
     resource/neutral_colors.h
-    tests/tools/commands/bench_test.cpp
     tests/tools/commands/photo_test.cpp
-    tests/tools/commands/sheet_test.cpp
     tests/tools/commands/table_test.cpp
     tests/tools/commands/video_test.cpp
     tests/tools/io/output_file_test.cpp
     tests/tools/options/command_line_test.cpp
     tests/tools/picture/picture_file_test.cpp
-    tests/tools/table/cube_file_test.cpp
-    tests/tools/table/table_io_test.cpp
-    tests/tools/video/progress_test.cpp
-    tests/tools/video/y4m_test.cpp
+    tests/tools/table/table_formats_test.cpp
+    tests/tools/video/video_text_test.cpp
     tests/tools/tool_support.cpp
     tests/tools/tool_support.h
   )
@@ -198,8 +186,6 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
     tests/support/failing_system.cpp
     tests/support/failing_system.h
     tests/support/guarded_buffer.cpp
-    tests/support/plane.cpp
-    tests/support/random_content.cpp
   )
   if(VLVK_JNI_BINDINGS)
     target_sources(vlvk_failure_tests PRIVATE tests/bindings/makeup_entry_points_failure_test.cpp)

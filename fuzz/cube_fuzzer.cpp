@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "fuzz/check.h"
+#include "fuzz/input.h"
 #include "tools/io/messages.h"
 #include "tools/table/color_cube.h"
 #include "tools/table/cube_file.h"
@@ -16,16 +16,6 @@ namespace {
 
 using vlvk::tool::Color;
 using vlvk::tool::ColorCube;
-using vlvk::tool::ColorNodes;
-
-std::size_t power(int size, int exponent) {
-  return exponent == 0 ? 1 : static_cast<std::size_t>(size) * power(size, exponent - 1);
-}
-
-void checkNodes(const ColorNodes& nodes, int axes) {
-  const std::size_t expected = nodes.size == 0 ? 0 : 3 * power(nodes.size, axes);
-  fuzz::check(nodes.size != 1 && nodes.values.size() == expected, "not as many rows as the size tells");
-}
 
 /// Whatever lies between nodes is no less than the least of them and no more than the greatest.
 void checkColor(const ColorCube& cube, const Color& input) {
@@ -36,20 +26,15 @@ void checkColor(const ColorCube& cube, const Color& input) {
     fuzz::check(value >= *least - slack && value <= *greatest + slack, "a colour that is not between its neighbours");
 }
 
-void checkCube(const ColorCube& cube) {
-  checkNodes(cube.curves, 1);
-  checkNodes(cube.nodes, 3);
-  fuzz::check(cube.curves.size + cube.nodes.size > 0, "a cube without anything");
-  for (const Color& input : {Color{0, 0, 0}, Color{1, 1, 1}, Color{0.3, 0.6, 0.1}, Color{-1e30, 0.5, 1e30}})
-    checkColor(cube, input);
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   vlvk::tool::isCubeText({data, size});
   try {
-    checkCube(vlvk::tool::parseCube({data, size}));
+    const ColorCube cube = vlvk::tool::parseCube({data, size});
+    // A corner, where a row too few would show as a read past the last one, and anything else.
+    for (const Color& input : {Color{0, 0, 0}, Color{1, 1, 1}, Color{0.3, 0.6, 0.1}, Color{-1e30, 0.5, 1e30}})
+      checkColor(cube, input);
   } catch (const vlvk::tool::Error& error) {
     const std::string_view text = error.what();
     fuzz::check(text.starts_with("line "), "an error without its line");

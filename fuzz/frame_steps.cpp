@@ -6,7 +6,6 @@
 #include <map>
 #include <string>
 
-#include "fuzz/check.h"
 #include "rows/row_loops.h"
 
 namespace fuzz {

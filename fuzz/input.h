@@ -1,14 +1,28 @@
-/// The bytes of one fuzzed input as numbers: each draw uses up some of them, and is 0 where none are left.
+/// What every fuzzer needs: the input as numbers, and an end when it has found something.
 #ifndef VLVK_FUZZ_INPUT_H
 #define VLVK_FUZZ_INPUT_H
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <initializer_list>
 #include <span>
+#include <string>
 
 namespace fuzz {
 
+/// Ends the process with a message, which the fuzzing engine takes as a finding.
+[[noreturn]] inline void fail(const std::string& what) {
+  std::fprintf(stderr, "%s\n", what.c_str());
+  std::abort();
+}
+
+inline void check(bool holds, const char* what) {
+  if (!holds) fail(what);
+}
+
+/// The bytes of one input as numbers: each draw uses up some of them, and is 0 where none are left.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size) : rest_(data, size) {}

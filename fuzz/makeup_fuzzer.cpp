@@ -7,7 +7,6 @@
 #include <map>
 #include <memory>
 
-#include "fuzz/check.h"
 #include "fuzz/frame_steps.h"
 #include "fuzz/input.h"
 #include "fuzz/pace.h"

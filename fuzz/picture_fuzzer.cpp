@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "fuzz/check.h"
+#include "fuzz/input.h"
 #include "tools/io/messages.h"
 #include "tools/picture/jpeg.h"
 #include "tools/picture/metadata.h"

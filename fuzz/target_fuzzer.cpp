@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <deque>
 
-#include "fuzz/check.h"
 #include "fuzz/frame_steps.h"
 #include "fuzz/pace.h"
 #include "rows/row_loops.h"

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "fuzz/check.h"
+#include "fuzz/input.h"
 #include "tools/io/messages.h"
 #include "tools/picture/frame_size.h"
 #include "tools/video/frame_stream.h"
@@ -24,26 +24,13 @@ using vlvk::tool::FrameSize;
 using vlvk::tool::RawFrames;
 using vlvk::tool::VideoFrame;
 
-/// An input as a file, which exists in memory only.
-class MemoryFile {
- public:
-  explicit MemoryFile(std::span<const std::uint8_t> bytes) : descriptor_(memfd_create("input", MFD_CLOEXEC)) {
-    fuzz::check(descriptor_ >= 0, "no file in memory");
-    for (std::size_t done = 0; done < bytes.size();) {
-      const ssize_t count = ::write(descriptor_, bytes.data() + done, bytes.size() - done);
-      fuzz::check(count > 0, "no room for a file in memory");
-      done += static_cast<std::size_t>(count);
-    }
-  }
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
-  ~MemoryFile() { ::close(descriptor_); }
-
-  std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
-
- private:
-  int descriptor_;
-};
+/// Puts an input into a file that exists in memory only, and returns its name.
+std::string fileOf(std::span<const std::uint8_t> bytes) {
+  static const int descriptor = memfd_create("input", MFD_CLOEXEC);
+  fuzz::check(ftruncate(descriptor, 0) == 0 && pwrite(descriptor, bytes.data(), bytes.size(), 0) == std::ssize(bytes),
+              "no file in memory");
+  return "/proc/self/fd/" + std::to_string(descriptor);
+}
 
 constexpr std::uint64_t kMaxFrame = 1U << 20;  // larger ones are slow and end early all the same
 
@@ -75,9 +62,9 @@ std::vector<std::uint8_t> readFrames(vlvk::tool::FrameReader* reader) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::optional<RawFrames> raw = rawFramesOf({data, size});
   const std::span<const std::uint8_t> stream = std::span(data, size).subspan(raw ? 1 : 0);
-  const MemoryFile file(stream);
+  const std::string file = fileOf(stream);
   try {
-    vlvk::tool::FrameReader reader(file.path(), raw);
+    vlvk::tool::FrameReader reader(file, raw);
     const auto [width, height] = reader.size();
     fuzz::check(width > 0 && height > 0, "frames without pixels");
     vlvk::tool::checkPictureSize(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height));
@@ -86,7 +73,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::check(bytes.size() <= stream.size() && std::equal(bytes.begin(), bytes.end(), stream.begin()),
                 "another stream than was read");
   } catch (const vlvk::tool::Error& error) {
-    fuzz::check(std::string(error.what()).starts_with(file.path() + ": "), "an error does not name its file");
+    fuzz::check(std::string(error.what()).starts_with(file + ": "), "an error does not name its file");
   }
   return 0;
 }

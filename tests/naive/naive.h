@@ -16,8 +16,6 @@ using Byte = std::uint8_t;
 enum class ChromaOrder { kVU, kUV };  // NV21, NV12
 enum class PixelOrder { kRGBA, kBGRA };
 
-// --- Boxes -------------------------------------------------------------------------------------------------------
-
 /// Sums of samples and of their squares modulo 2^32: one of each for every column of a row or every pixel of a plane.
 struct Statistics {
   std::vector<std::uint32_t> sums;
@@ -42,8 +40,6 @@ Statistics scanColumns(const Statistics& columns, long long first, long long las
 
 /// The boxes of pixels centred on columns 0 .. columns - 1 of rows 0 .. count - 1.
 Statistics boxStatistics(const Rows& rows, int columns, int count, int halfSize, ColumnWidth width);
-
-// --- Smoothing ---------------------------------------------------------------------------------------------------
 
 /// The estimate of 1 / x that the ARM processors' VRECPE gives, about 8 bits of it.
 float reciprocalEstimate(float x);
@@ -80,8 +76,6 @@ Byte referencePixel(std::uint32_t S, std::uint32_t Q, Byte x, int radius, int st
 /// groups of 8, exact division after them.
 Byte blendedStatistics(std::uint32_t third, std::uint32_t fourth, Byte x, int column, int width, int radius, int level);
 
-// --- Skin weights and blend --------------------------------------------------------------------------------------
-
 /// Length of the plateau of the skin curve, 0 .. 255.
 int skinPlateau(float a, float b);
 
@@ -96,8 +90,6 @@ int interleavedPosition48(int i);
 /// them. `curve` holds the 48 weights in plain order. All three luma planes share the stride.
 void blend(const Byte* unsmoothed, const Byte* smoothed, Byte* destination, int stride, const Byte* chroma,
            int chromaStride, int width, int height, const std::vector<Byte>& curve, int centre0, int centre1);
-
-// --- Conversions -------------------------------------------------------------------------------------------------
 
 struct Rgb {
   Byte r, g, b;

@@ -7,20 +7,16 @@
 
 namespace vocabulary {
 
-/// A vector in memory; `kInMemory` lanes reach the operation as a pointer. No member functions: the linker could keep
-/// the copy of a file with instructions that the processor lacks.
-template <class T, int kLanes, bool kInMemory = false>
+/// A vector in memory. No member functions: the linker could keep the copy of a file with instructions that the
+/// processor lacks.
+template <class T, int kLanes>
 struct Lanes {
   T lane[kLanes];
 };
-template <class T, int kLanes>
-using InMemory = Lanes<T, kLanes, true>;
 
 using Bytes8 = Lanes<std::uint8_t, 8>;
 using Bytes16 = Lanes<std::uint8_t, 16>;
-using Words = Lanes<std::uint16_t, 8>;
 using Dwords = Lanes<std::uint32_t, 8>;
-using Dwords16 = Lanes<std::uint32_t, 16>;
 using Floats = Lanes<float, 8>;
 
 template <class Out, class... In>
@@ -30,24 +26,14 @@ struct Operation {
 };
 
 /// X(name of the member, operation, type of the result, types of the arguments ...)
-#define VLVK_VOCABULARY_OPERATIONS(X)                                                                 \
-  X(addDifference, addDifference, Words, Words, Bytes8, Bytes8)                                       \
-  X(addSquareDifference, addSquareDifference, Dwords, Dwords, Bytes8, Bytes8)                         \
-  X(pairStepsOfWords, pairSteps, Dwords16, InMemory<std::uint16_t, 16>, InMemory<std::uint16_t, 16>)  \
-  X(pairStepsOfDwords, pairSteps, Dwords16, InMemory<std::uint32_t, 16>, InMemory<std::uint32_t, 16>) \
-  X(toFloat, toFloat, Floats, Dwords)                                                                 \
-  X(toFloatBelow2To31, toFloatBelow2To31, Floats, Dwords)                                             \
-  X(bytesToFloat, toFloat, Floats, Bytes8)                                                            \
-  X(toFloatEven, toFloatEven, Floats, Bytes16)                                                        \
-  X(toFloatOdd, toFloatOdd, Floats, Bytes16)                                                          \
-  X(addFloats, add, Floats, Floats, Floats)                                                           \
-  X(subFloats, sub, Floats, Floats, Floats)                                                           \
-  X(mulFloats, mul, Floats, Floats, Floats)                                                           \
-  X(addProduct, addProduct, Floats, Floats, Floats, Floats)                                           \
-  X(subProduct, subProduct, Floats, Floats, Floats, Floats)                                           \
-  X(reciprocalEstimate, reciprocalEstimate, Floats, Floats)                                           \
-  X(reciprocalEstimateOfNormal, reciprocalEstimateOfNormal, Floats, Floats)                           \
-  X(truncToLowBytes, truncToLowBytes, Bytes8, Floats)                                                 \
+#define VLVK_VOCABULARY_OPERATIONS(X)                                       \
+  X(toFloat, toFloat, Floats, Dwords)                                       \
+  X(toFloatBelow2To31, toFloatBelow2To31, Floats, Dwords)                   \
+  X(addProduct, addProduct, Floats, Floats, Floats, Floats)                 \
+  X(subProduct, subProduct, Floats, Floats, Floats, Floats)                 \
+  X(reciprocalEstimate, reciprocalEstimate, Floats, Floats)                 \
+  X(reciprocalEstimateOfNormal, reciprocalEstimateOfNormal, Floats, Floats) \
+  X(truncToLowBytes, truncToLowBytes, Bytes8, Floats)                       \
   X(truncPairsToLowBytes, truncToLowBytes, Bytes16, Floats, Floats)
 
 struct VocabularyOps {

@@ -64,13 +64,28 @@ struct BoxCase {
   int R() const { return (radius + 7) / 8 * 8; }
   int h() const { return R() - 1; }
 };
-std::ostream& operator<<(std::ostream& out, const BoxCase& c);
+inline std::ostream& operator<<(std::ostream& out, const BoxCase& c) {
+  return out << "content " << static_cast<int>(c.content) << ", " << c.width << " x " << c.height << ", stride "
+             << c.stride << ", radius " << c.radius << ", level " << c.level << ' ';
+}
 
 /// Anything but height and radius, which are 0; few are as wide as `widest`.
-BoxCase randomBoxCase(int leastWidth, int widest, Random& random);
+inline BoxCase randomBoxCase(int leastWidth, int widest, Random& random) {
+  BoxCase c{};
+  c.content = random.pick(kLumaContents);
+  c.width = leastWidth + random.between(0, random.between(0, 7) == 0 ? widest : random.pick({1, 16, 60}));
+  c.stride = c.width + random.pick({0, 0, 1, 5, 64});
+  c.level = random.pick(kLevels);
+  c.guard = random.pick({Guard::kBehind, Guard::kBefore});
+  c.shift = random.pick({0, 0, 1, 3});
+  return c;
+}
 
 /// The rows of a plane as a box sees them: row 0 is row `origin` of the plane.
-naive::Rows rowsOf(const Plane& plane, int origin = 0);
+inline naive::Rows rowsOf(const Plane& plane, int origin = 0) {
+  return {[&plane, origin](long long i) { return plane.row(origin + static_cast<int>(i)); }, -origin,
+          plane.height() - 1 - origin};
+}
 
 /// Some rows of a plane, and a copy of what their kernel may read: nothing above and below it exists.
 struct Band {
@@ -83,7 +98,17 @@ struct Band {
 
 /// A random band that reads `above` and `below` rows more; 0 where it ends with the plane. Without rows where the plane
 /// has no room for `leastRows`.
-Band cutBand(const Plane& plane, int above, int below, int leastRows, Guard guard, Random& random);
+inline Band cutBand(const Plane& plane, int above, int below, int leastRows, Guard guard, Random& random) {
+  const int last = plane.height() - below;
+  const bool room = last - leastRows >= above;
+  const int first = room && above > 0 ? random.between(above, last - leastRows) : above;
+  const int rows = !room ? 0 : below > 0 ? random.between(leastRows, last - first) : last - first;
+  Band band{first, rows, above, {plane.width(), room ? above + rows + below : 0, plane.stride(), guard}};
+  for (int y = 0; y < band.readable.height(); ++y)
+    std::copy_n(plane.row(first - above + y), plane.width(), band.readable.row(y));
+  band.readable.makeReadOnly();
+  return band;
+}
 
 /// The two arrays that a statistics kernel writes, ending with the last element that it may write.
 class StatisticsPlanes {
@@ -96,7 +121,15 @@ class StatisticsPlanes {
   std::uint32_t* squares() const { return reinterpret_cast<std::uint32_t*>(squares_.data()); }
 
   /// Whether rows `firstRow` and following of `expected` are here, and nothing between the rows was written.
-  testing::AssertionResult hold(const naive::Statistics& expected, int firstRow = 0) const;
+  testing::AssertionResult hold(const naive::Statistics& expected, int firstRow = 0) const {
+    const auto check = [firstRow](const Plane& actual, const std::vector<std::uint32_t>& values) {
+      const auto* bytes = reinterpret_cast<const std::uint8_t*>(values.data());
+      return holds(actual, [&](int x, int y) { return bytes[(firstRow + y) * actual.width() + x]; });
+    };
+    auto result = check(sums_, expected.sums) << "(sums) ";
+    if (result) result = check(squares_, expected.squares) << "(squares) ";
+    return result << "from row " << firstRow << ' ';
+  }
 
  private:
   Plane sums_, squares_;

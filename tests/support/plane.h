@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -21,8 +22,16 @@ class Plane {
   static constexpr std::uint8_t kCanary = 0xC5;
 
   /// @param width  bytes of a row, not pixels
-  Plane(int width, int height, int stride, Guard guard = Guard::kBehind);
-  Plane(int width, int height, int stride, Guard guard, Content content, Random& random);
+  Plane(int width, int height, int stride, Guard guard = Guard::kBehind)
+      : width_(width),
+        height_(height),
+        stride_(stride),
+        buffer_(width <= 0 || height <= 0 ? 0 : static_cast<std::size_t>(std::ptrdiff_t{height - 1} * stride + width),
+                guard, kCanary) {}
+  Plane(int width, int height, int stride, Guard guard, Content content, Random& random)
+      : Plane(width, height, stride, guard) {
+    fill(content, data(), width, height, stride, random);
+  }
 
   void makeReadOnly() { buffer_.makeReadOnly(); }
 
@@ -40,12 +49,24 @@ class Plane {
   GuardedBuffer buffer_;
 };
 
-/// Compares rows and padding; tells the geometry and the first byte that differs.
-testing::AssertionResult sameBytes(const Plane& actual, const std::vector<std::uint8_t>& expected);
+/// Compares memory; tells the first byte that differs.
+inline testing::AssertionResult sameBytes(const std::uint8_t* actual, const std::uint8_t* expected, std::size_t size,
+                                          int stride) {
+  std::size_t at = 0;
+  while (at < size && actual[at] == expected[at])
+    ++at;
+  if (at == size) return testing::AssertionSuccess();
+  const auto pitch = static_cast<std::size_t>(std::max(stride, 1));
+  return testing::AssertionFailure() << "row " << at / pitch << ", byte " << at % pitch << ": got " << +actual[at]
+                                     << ", expected " << +expected[at] << " (stride " << stride << ") ";
+}
 
-/// The same for memory that is no Plane.
-testing::AssertionResult sameBytes(const std::uint8_t* actual, const std::uint8_t* expected, std::size_t size,
-                                   int stride);
+/// Compares rows and padding.
+inline testing::AssertionResult sameBytes(const Plane& actual, const std::vector<std::uint8_t>& expected) {
+  auto result = sameBytes(actual.data(), expected.data(), expected.size(), actual.stride());
+  if (!result) result << "in a plane of " << actual.width() << " bytes x " << actual.height() << " rows ";
+  return result;
+}
 
 /// Compares every row with value(x, y); what lies between the rows must be untouched.
 template <class Value>

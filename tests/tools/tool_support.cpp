@@ -37,16 +37,6 @@ std::string textOf(std::FILE* file) {
 
 }  // namespace
 
-Arguments operator+(Arguments left, const Arguments& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
-
-Bytes operator+(Bytes left, const Bytes& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
-
 ProgramRun runProgram(const Arguments& arguments, const Surroundings& surroundings) {
   std::FILE* out = std::tmpfile();
   std::FILE* err = std::tmpfile();
@@ -108,31 +98,23 @@ Image readPng(const std::filesystem::path& path) {
   return image;
 }
 
-namespace {
-
-void writePixels(const std::filesystem::path& path, int width, int height, png_uint_32 format, const Bytes& pixels) {
+void writeRgba(const std::filesystem::path& path, const Image& image) {
   png_image png{};
   png.version = PNG_IMAGE_VERSION;
-  png.width = static_cast<png_uint_32>(width);
-  png.height = static_cast<png_uint_32>(height);
-  png.format = format;
-  if (png_image_write_to_file(&png, path.c_str(), 0, pixels.data(), 0, nullptr) == 0) {
+  png.width = static_cast<png_uint_32>(image.width);
+  png.height = static_cast<png_uint_32>(image.height);
+  png.format = PNG_FORMAT_RGBA;
+  if (png_image_write_to_file(&png, path.c_str(), 0, image.pixels.data(), 0, nullptr) == 0) {
     throw std::runtime_error(png.message);
   }
 }
 
-}  // namespace
-
 void writePng(const std::filesystem::path& path, int width, int height,
               const std::function<int(int x, int y, int channel)>& sample) {
-  Bytes pixels;
-  for (int i = 0; i < width * height * 3; ++i)
-    pixels.push_back(static_cast<std::uint8_t>(sample(i / 3 % width, i / 3 / width, i % 3)));
-  writePixels(path, width, height, PNG_FORMAT_RGB, pixels);
-}
-
-void writeRgba(const std::filesystem::path& path, const Image& image) {
-  writePixels(path, image.width, image.height, PNG_FORMAT_RGBA, image.pixels);
+  Image image{width, height, {}};
+  for (int i = 0; i < width * height * 4; ++i)
+    image.pixels.push_back(static_cast<std::uint8_t>(i % 4 == 3 ? 255 : sample(i / 4 % width, i / 4 / width, i % 4)));
+  writeRgba(path, image);
 }
 
 void ToolDirectory::SetUp() {

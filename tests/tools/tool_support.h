@@ -20,8 +20,11 @@ namespace vlvk::tool_test {
 using Bytes = std::vector<std::uint8_t>;
 using Arguments = std::vector<std::string>;
 
-Arguments operator+(Arguments left, const Arguments& right);
-Bytes operator+(Bytes left, const Bytes& right);
+template <class T>
+std::vector<T> operator+(std::vector<T> left, const std::vector<T>& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
 
 /// A run of the program.
 struct ProgramRun {
@@ -76,11 +79,10 @@ Bytes corpusPicture(const std::string& name);
 
 Image readPng(const std::filesystem::path& path);
 
-/// Writes RGB.
+void writeRgba(const std::filesystem::path& path, const Image& image);
+/// Without transparency.
 void writePng(const std::filesystem::path& path, int width, int height,
               const std::function<int(int x, int y, int channel)>& sample);
-
-void writeRgba(const std::filesystem::path& path, const Image& image);
 
 class ToolDirectory : public ::testing::Test {
  protected:

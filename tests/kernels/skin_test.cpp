@@ -1,5 +1,6 @@
-/// The skin-weighted blends against the naive one.
+/// The skin weight tables, their layouts and the frame lookup; the skin-weighted blends against the naive one.
 #include <vlvk/skin_blend.h>
+#include <vlvk/skin_tables.h>
 
 #include <gtest/gtest.h>
 
@@ -15,6 +16,88 @@
 namespace {
 
 using namespace testing_support;
+
+constexpr std::uint8_t kUnwritten = 0xEE;
+
+TEST(SkinTables, LiveTable) {
+  constexpr std::uint8_t kCurve[48] = {64, 64, 64, 64, 64, 64, 64, 64, 64, 64, 64, 64, 64, 63, 63, 61,
+                                       60, 58, 55, 52, 49, 46, 43, 39, 36, 33, 29, 26, 23, 20, 18, 15,
+                                       13, 11, 9,  8,  6,  5,  4,  3,  2,  2,  1,  1,  1,  0,  0,  0};
+  std::uint8_t table[48];
+  calcSkinProbilityInterleavingTable8x8x4_8x8x2(table, 1.5f, 64.0f);
+  for (int i = 0; i < 48; ++i)
+    EXPECT_EQ(table[i < 32 ? 4 * (i % 8) + i / 8 : 32 + 2 * (i % 8) + i / 8 - 4], kCurve[i]) << i;
+}
+
+// No plateau, no spread, the capped spread, plateaus that end in, at and past each part of the table, all of it
+// plateau.
+TEST(SkinTables, AllBuildersForAllKindsOfParameters) {
+  struct {
+    float a, b;
+  } constexpr kParameters[] = {{1.5f, 64.0f},   {0.0f, 64.0f},   {1.5f, 0.0f},    {0.0f, 0.0f},    {0.01f, 1.0f},
+                               {0.93f, 64.0f},  {1.0f, 143.9f},  {1.5f, 144.0f},  {1.5f, 1e4f},    {2.58f, 144.0f},
+                               {2.63f, 144.0f}, {2.67f, 150.0f}, {2.75f, 144.0f}, {3.4f, 144.0f},  {3.95f, 144.0f},
+                               {4.0f, 144.0f},  {5.0f, 64.0f},   {20.0f, 144.0f}, {100.0f, 64.0f}, {1e30f, 3.0f},
+                               {1.5f, 1e-3f},   {0.7f, 37.3f},   {2.0f, 90.0f},   {21.2f, 144.0f}};
+  for (const auto& [a, b] : kParameters) {
+    for (const Guard guard : {Guard::kBehind, Guard::kBefore}) {
+      /// Entry i of the table is entry curveAt(i) of the curve, or was not written where that is below 0.
+      const auto check = [&, a = a, b = b](auto* builder, int size, int entries, int step, auto curveAt) {
+        const GuardedBuffer table(static_cast<std::size_t>(size), guard, kUnwritten);
+        const std::vector<std::uint8_t> curve = naive::skinCurve(a, b, entries, step);
+        builder(table.data(), a, b);
+        for (int i = 0; i < size; ++i) {
+          const int at = curveAt(i);
+          ASSERT_EQ(table.data()[i], at < 0 ? kUnwritten : curve[static_cast<std::size_t>(at)])
+              << "a " << a << ", b " << b << ", " << entries << " entries, byte " << i;
+        }
+      };
+      // By four, then by two; entries of the plateau are written in the first part only.
+      const auto fourWay = [](int i) { return i / 32 * 32 + i % 4 * 8 + i % 32 / 4; };
+      const int n = naive::skinPlateau(a, b);
+      check(calcSkinProbilityInterleavingTable8x8x4_8x8x2, 48, 48, 1, [&](int i) {
+        const int at = i < 32 ? fourWay(i) : 32 + i % 2 * 8 + i % 16 / 2;
+        return i < 32 || at >= n ? at : -1;
+      });
+      check(calcSkinProbilityInterleavingTable8x8x4, 32, 32, 8, fourWay);
+      check(calcSkinProbilityInterleavingTable8x8x4x2, 64, 64, 4, fourWay);
+      check(calcSkinProbility256, 512, 256, 1, [](int i) { return i >= 256 ? i - 256 : 255 - i; });
+      ASSERT_FALSE(HasFatalFailure());
+    }
+  }
+}
+
+TEST(SkinTables, JointLookup) {
+  const GuardedBuffer table(65536, Guard::kBehind, kUnwritten);
+  MeanBuildSkinLookup(table.data());
+  const std::vector<std::uint8_t> curve = naive::skinCurve(1.5f, 64.0f, 256);
+  const auto weight = [&](int difference) {
+    return int{curve[static_cast<std::size_t>(difference >= 0 ? difference : -difference - 1)]};
+  };
+  for (int i = 0; i < 65536; ++i)
+    ASSERT_EQ(table.data()[i], weight(i / 256 - 155) * weight(i % 256 - 110) / 32) << i / 256 << ' ' << i % 256;
+}
+
+TEST(SkinTables, WeightOfEveryBlockOfAFrame) {
+  Random random(51);
+  const Plane table(256, 256, 256, Guard::kBehind, Content::kNoise, random);
+  for (int width = 0; width <= 19; ++width) {
+    for (int height = 0; height <= 6; ++height) {
+      for (const Guard guard : {Guard::kBehind, Guard::kBefore}) {
+        const int chromaWidth = (width + 1) & ~1;
+        // The luma plane is memory that cannot be read.
+        const Plane chroma(chromaWidth, (height + 1) / 2, chromaWidth, guard, Content::kNoise, random);
+        const Plane weights(width, height, width, guard);
+        MeanGetSkinWeight(chroma.data() - width * height, table.data(), weights.data(), width, height);
+        const auto weight = [&](int x, int y) {
+          const std::uint8_t* pair = chroma.row(y / 2) + (x & ~1);
+          return table.data()[256 * pair[0] + pair[1]];
+        };
+        ASSERT_TRUE(holds(weights, weight)) << width << " x " << height;
+      }
+    }
+  }
+}
 
 class SkinBlend : public TargetTest {
  protected:
