@@ -32,14 +32,14 @@ bool ColorStep::prepare(int whitening, const unsigned char* picture, bool pictur
   return true;
 }
 
-void ColorStep::apply(std::uint8_t* pixels, int columns) const {
+void ColorStep::apply(std::uint8_t* pixels, int columns, AlphaRule alpha) const {
   const RowLoops& loops = rowLoops();
   if (usesTable_) {
-    loops.lookUpColors[kKeepAlpha][order_](pixels, pixels, columns, table_.get());
+    loops.lookUpColors[alpha][order_](pixels, pixels, columns, table_.get());
   } else {
     const std::uint8_t* first = curves_[order_ == kRgba ? 0 : 2];
     const std::uint8_t* third = curves_[order_ == kRgba ? 2 : 0];
-    loops.applyCurves[kKeepAlpha](pixels, pixels, columns, {first, curves_[1], third});
+    loops.applyCurves[alpha](pixels, pixels, columns, {first, curves_[1], third});
   }
 }
 

@@ -23,10 +23,11 @@ class ColorStep {
   /// @return false, with nothing changed, when there is no memory
   bool prepare(int whitening, const unsigned char* picture, bool pictureChanged, PixelOrder order);
 
-  /// Changes a row of pixels where it stands; alpha stays.
+  /// Changes a row of pixels where it stands.
   ///
   /// @param columns  a multiple of 16
-  void apply(std::uint8_t* pixels, int columns) const;
+  /// @param alpha    kOpaque where the pixels are, which is faster
+  void apply(std::uint8_t* pixels, int columns, AlphaRule alpha) const;
 
  private:
   void buildCurves(int whitening);

@@ -40,7 +40,7 @@ struct FrameJob {
   bool hasMatrix;           ///< YUV to YUV of another colorimetry
   YuvMatrix matrix;
   PixelOrder pixelOrder;  ///< in which pixels are worked on
-  AlphaRule alpha;        ///< of pixels made of pixels
+  AlphaRule alpha;        ///< opaque unless both source and target have alpha
 
   bool copiesLuma;           ///< the source has no plane of luma in the form of the row loops
   const std::uint8_t* luma;  ///< unsmoothed: the source's plane, or lumaCopy

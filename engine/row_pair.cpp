@@ -83,8 +83,8 @@ void RowPair::blend(const std::uint8_t* pairs, MutableRows out) const {
 
 void RowPair::changeColors(MutableRows pixels) const {
   if (job_.colors == nullptr) return;
-  job_.colors->apply(pixels.first, columns());
-  if (count() == 2) job_.colors->apply(pixels.second, columns());
+  job_.colors->apply(pixels.first, columns(), job_.alpha);
+  if (count() == 2) job_.colors->apply(pixels.second, columns(), job_.alpha);
 }
 
 /// The last block of an odd width has one column of the frame: the one past it is smoothed by another box.

@@ -28,18 +28,20 @@ inline void lookUpColors(const std::uint8_t* source, std::uint8_t* destination, 
   }
 }
 
-/// See RowLoops::applyCurves.
+/// See RowLoops::applyCurves. A pixel is one load and one store, as a little-endian word: its first byte is the lowest.
 template <AlphaRule kAlpha>
 inline void applyCurves(const std::uint8_t* source, std::uint8_t* destination, int columns,
                         const ChannelCurves& curves) {
+  const std::uint8_t* first = curves.first;
+  const std::uint8_t* second = curves.second;
+  const std::uint8_t* third = curves.third;
   for (int i = 0; i < columns; ++i, source += 4, destination += 4) {
-    std::uint8_t pixel[4];
-    std::memcpy(pixel, source, 4);
-    pixel[0] = curves.first[pixel[0]];
-    pixel[1] = curves.second[pixel[1]];
-    pixel[2] = curves.third[pixel[2]];
-    if constexpr (kAlpha == kOpaque) pixel[3] = 255;
-    std::memcpy(destination, pixel, 4);
+    std::uint32_t pixel = 0;
+    std::memcpy(&pixel, source, sizeof pixel);
+    const std::uint32_t alpha = kAlpha == kOpaque ? 0xFF000000U : pixel & 0xFF000000U;
+    pixel = first[pixel & 0xFFU] | std::uint32_t{second[(pixel >> 8U) & 0xFFU]} << 8U |
+            std::uint32_t{third[(pixel >> 16U) & 0xFFU]} << 16U | alpha;
+    std::memcpy(destination, &pixel, sizeof pixel);
   }
 }
 
