@@ -1,6 +1,7 @@
 /// See frame_job.h: a band, from the smoothing of its luma to its row pairs.
 #include "engine/frame_job.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "engine/frame_rows.h"
@@ -25,9 +26,8 @@ std::uint8_t* savedRowsOf(const FrameJob& job, int band) {
   return job.savedRows + static_cast<std::ptrdiff_t>(job.plan.savedRowsBegin(band)) * job.plan.stride;
 }
 
-/// A row of luma for the smoothing, wide enough for the row loops.
-void copyLuma(const FrameJob& job, const BandScratch& scratch, int y) {
-  std::uint8_t* luma = job.lumaCopy + y * job.lumaStride;
+/// A row of the source's luma in the form of the row loops.
+void copyLuma(const FrameJob& job, const BandScratch& scratch, int y, std::uint8_t* luma) {
   if (job.source.format->isYuv()) {
     const std::uint8_t* row = readLuma(job.source, y, luma);
     if (row != luma) std::memcpy(luma, row, static_cast<std::size_t>(job.columns()));
@@ -37,13 +37,63 @@ void copyLuma(const FrameJob& job, const BandScratch& scratch, int y) {
   rowLoops().pixelsToLuma[kBt601Full][job.pixelOrder](pixels, luma, job.columns());
 }
 
-void smoothBand(const FrameJob& job, const BandScratch& scratch, int band) {
-  const int begin = beginOf(job, band);
-  const std::uint8_t* saved = job.plan.inPlace ? savedRowsOf(job, band) : nullptr;
-  smoothRows(columnSumsIn(scratch.columnSums, scratch.columnSquares, job.columns()),
-             rowsAround(job.plan, band, job.lumaRow(begin), saved), job.plan.reach, job.formula,
-             endOf(job, band) - begin, {job.lumaRow(begin), job.lumaStride}, {job.meanRow(begin), job.columns()});
-}
+/// A band on its way: its rows of luma are copied where they must be, smoothed and finished, each as late as it may.
+class BandRun {
+ public:
+  BandRun(const FrameJob& job, int band)
+      : job_(job), band_(band), scratch_(bandScratch(job, band)), begin_(beginOf(job, band)), end_(endOf(job, band)) {}
+
+  /// Rows y and y + 1 with all steps, nothing of which is smoothed.
+  void unsmoothed() const {
+    for (int y = begin_; y < end_; ++y) {
+      copyRow(y);
+      finishAt(y);
+    }
+  }
+
+  /// In place neighbours' boxes and its own reach rows that are finished: all are smoothed first.
+  void smoothedInPlace() const {
+    smooth([](std::ptrdiff_t) {});
+    for (int y = begin_; y < end_; ++y)
+      finishAt(y);
+  }
+
+  /// Otherwise a row pair is finished while it and what the box takes in lie in the cache.
+  void smoothed() const {
+    const int reach = job_.plan.reach;
+    for (int y = begin_; y < std::min(begin_ + reach, end_); ++y)
+      copyRow(y);
+    smooth([&](std::ptrdiff_t row) {
+      const int y = begin_ + static_cast<int>(row);
+      if (y + reach < end_) copyRow(y + reach);
+      finishAt(y);
+    });
+  }
+
+ private:
+  void copyRow(int y) const {
+    if (job_.copiesLuma) copyLuma(job_, scratch_, y, job_.lumaCopy + y * job_.lumaStride);
+  }
+
+  /// Bands begin at even rows.
+  void finishAt(int y) const {
+    if (y % 2 != 0 || y == end_ - 1) runRowPair(job_, scratch_, y & ~1);
+  }
+
+  template <class AfterRow>
+  void smooth(const AfterRow& afterRow) const {
+    const std::uint8_t* saved = job_.plan.inPlace ? savedRowsOf(job_, band_) : nullptr;
+    smoothRows(columnSumsIn(scratch_.columnSums, scratch_.columnSquares, job_.columns()),
+               rowsAround(job_.plan, band_, job_.lumaRow(begin_), saved), job_.plan.reach, job_.formula, end_ - begin_,
+               {job_.lumaRow(begin_), job_.lumaStride}, {job_.meanRow(begin_), job_.columns()}, afterRow);
+  }
+
+  const FrameJob& job_;
+  int band_;
+  BandScratch scratch_;
+  int begin_;
+  int end_;
+};
 
 }  // namespace
 
@@ -71,18 +121,24 @@ BandScratch bandScratch(const FrameJob& job, int band) {
 }
 
 void prepareBand(const FrameJob& job, int band) {
-  if (job.plan.inPlace) saveNeighbourRows(job.plan, job.luma, band, savedRowsOf(job, band));
-  if (!job.copiesLuma) return;
+  if (!job.copiesLuma) {
+    saveNeighbourRows(job.plan, job.luma, band, savedRowsOf(job, band));
+    return;
+  }
   const BandScratch scratch = bandScratch(job, band);
-  for (int y = beginOf(job, band); y < endOf(job, band); ++y)
-    copyLuma(job, scratch, y);
+  saveNeighbourRows(job.plan, band, savedRowsOf(job, band),
+                    [&](int y, std::uint8_t* to) { copyLuma(job, scratch, y, to); });
 }
 
 void runBand(const FrameJob& job, int band) {
-  const BandScratch scratch = bandScratch(job, band);
-  if (job.smooths && beginOf(job, band) < endOf(job, band)) smoothBand(job, scratch, band);
-  for (int y = beginOf(job, band); y < endOf(job, band); y += 2)
-    runRowPair(job, scratch, y);
+  const BandRun run(job, band);
+  if (!job.smooths) {
+    run.unsmoothed();
+  } else if (job.inPlace && !job.copiesLuma) {
+    run.smoothedInPlace();
+  } else {
+    run.smoothed();
+  }
 }
 
 }  // namespace vlvk

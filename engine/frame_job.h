@@ -31,7 +31,7 @@ struct FrameJob {
   FrameView source;
   FrameView target;
   bool inPlace;
-  FramePlan plan;  ///< in columns of the row loops; in place only where luma is smoothed out of the caller's rows
+  FramePlan plan;  ///< in columns of the row loops; in place where bands cannot read each other's luma
 
   bool smooths;
   PixelFormula formula;
@@ -62,8 +62,7 @@ inline constexpr int kScratchBytesPerColumn = 2 + 4 + 2 + 3 + 8 + 8;
 /// The part of a frame's scratch that belongs to a band.
 BandScratch bandScratch(const FrameJob& job, int band);
 
-/// Before any row is written: copies what bands need of rows that others write, and luma that does not lie in the
-/// source in the form of the row loops.
+/// Before any row is written, where the plan is in place: saves what a band needs of rows that others write, or copy.
 void prepareBand(const FrameJob& job, int band);
 
 /// Takes a band through all steps, after prepareBand of all bands.

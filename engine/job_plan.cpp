@@ -60,7 +60,7 @@ FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSet
               .stride = static_cast<int>(job.lumaStride),
               .reach = reach,
               .bands = bandsFor(settings, source.height),
-              .inPlace = job.smooths && job.inPlace && !job.copiesLuma};
+              .inPlace = job.smooths && (job.inPlace || job.copiesLuma)};
   job.formula = formulaFor(reach, level, source.colors);
   // Skin of pixels is measured in chroma of limited range, as row_pair.cpp makes it of them.
   job.skin = isYuv ? &skin.of(source.colors, source.format->chromaOrder) : &skin.of(kBt601Limited, kUThenV);

@@ -88,9 +88,9 @@ VlvkResult VlvkMakeup::process(const FrameView& source, const FrameView& target)
     if (!colors.prepare(now.whitening, picture.get(), tablesOutdated, job.pixelOrder)) return VLVK_NO_MEMORY;
     tablesOutdated = false;
   }
-  if (job.copiesLuma) {
+  if (job.plan.inPlace && job.copiesLuma) {
     eachBand(job, vlvk::prepareBand);
-  } else if (job.plan.inPlace) {  // some rows: not worth a thread
+  } else if (job.plan.inPlace) {  // mere copies: not worth a thread
     for (int band = 0; band < job.plan.bands; ++band)
       vlvk::prepareBand(job, band);
   }

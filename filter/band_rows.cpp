@@ -1,22 +1,14 @@
 /// See band_rows.h.
 #include "filter/band_rows.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace vlvk {
 
 void saveNeighbourRows(const FramePlan& plan, const std::uint8_t* luma, int band, std::uint8_t* savedRows) {
-  const std::int64_t count = plan.contextRows();
-  const auto copyRows = [&](std::int64_t first) {
-    for (std::int64_t y = first; y < first + count; ++y, savedRows += plan.stride) {
-      const std::int64_t row = std::clamp<std::int64_t>(y, 0, plan.height - 1);
-      std::memcpy(savedRows, luma + static_cast<std::ptrdiff_t>(row) * plan.stride,
-                  static_cast<std::size_t>(plan.width));
-    }
-  };
-  if (band != 0) copyRows(plan.bandBegin(band) - count);
-  if (band != plan.bands - 1) copyRows(plan.bandEnd(band) - 1);
+  saveNeighbourRows(plan, band, savedRows, [&](int y, std::uint8_t* to) {
+    std::memcpy(to, luma + static_cast<std::ptrdiff_t>(y) * plan.stride, static_cast<std::size_t>(plan.width));
+  });
 }
 
 BoxRows rowsAround(const FramePlan& plan, int band, const std::uint8_t* luma, const std::uint8_t* savedRows) {

@@ -26,7 +26,7 @@ struct FramePlan {
   int stride;    ///< of the luma plane, bytes
   int reach;     ///< rounded radius; 0: no smoothing
   int bands;     ///< 1 or more
-  bool inPlace;  ///< the result goes back into the frame
+  bool inPlace;  ///< bands overwrite their rows, or have only these: neighbours read saved ones
 
   /// Groups of 8 columns, a last partial one included.
   std::int64_t groups() const { return (width + std::int64_t{7}) / 8; }

@@ -1,17 +1,15 @@
 /// See smooth_plane.h.
 #include "kernels/smooth_plane.h"
 
-#include "rows/row_loops.h"
-
 namespace vlvk {
+
+RowLoops::SmoothRow smoothRowFor(int halfSize, const PixelFormula& formula) {
+  return sumsFitFastForm(halfSize, formula) ? rowLoops().smoothRow : rowLoops().smoothRowAnySums;
+}
 
 void smoothRows(const NarrowColumnSums& columns, const BoxRows& rows, int reach, const PixelFormula& formula,
                 int rowCount, PlaneRows<const std::uint8_t> source, PlaneRows<std::uint8_t> destination) {
-  const int halfSize = reach - 1;
-  const auto smoothRow = sumsFitFastForm(halfSize, formula) ? rowLoops().smoothRow : rowLoops().smoothRowAnySums;
-  slideBox(columns, rows, halfSize, rowCount, [&](std::ptrdiff_t y) {
-    smoothRow(columns.sums, columns.squares, columns.columns, source.row(y), destination.row(y), halfSize, formula);
-  });
+  smoothRows(columns, rows, reach, formula, rowCount, source, destination, [](std::ptrdiff_t) {});
 }
 
 NarrowColumnSums columnSumsIn(unsigned char* sums, unsigned char* squares, int columns) {

@@ -9,6 +9,7 @@
 #include "kernels/box_rows.h"
 #include "kernels/sliding_box.h"
 #include "rows/pixel_formula.h"
+#include "rows/row_loops.h"
 
 namespace vlvk {
 
@@ -21,6 +22,9 @@ struct PlaneRows {
   Byte* row(std::ptrdiff_t y) const { return first + y * stride; }
 };
 
+/// The row loop for boxes of this size and this formula.
+RowLoops::SmoothRow smoothRowFor(int halfSize, const PixelFormula& formula);
+
 /// Smooths rows 0 .. rowCount - 1; `columns` bytes of each are written.
 ///
 /// @param columns      work rows
@@ -29,6 +33,20 @@ struct PlaneRows {
 /// @param formula      for this reach
 /// @param source       unsmoothed rows
 /// @param destination  smoothed rows
+/// @param afterRow     called with the number of each row when it is smoothed; row y + R of the box is read after that
+template <class AfterRow>
+void smoothRows(const NarrowColumnSums& columns, const BoxRows& rows, int reach, const PixelFormula& formula,
+                int rowCount, PlaneRows<const std::uint8_t> source, PlaneRows<std::uint8_t> destination,
+                const AfterRow& afterRow) {
+  const int halfSize = reach - 1;
+  const RowLoops::SmoothRow smoothRow = smoothRowFor(halfSize, formula);
+  slideBox(columns, rows, halfSize, rowCount, [&](std::ptrdiff_t y) {
+    smoothRow(columns.sums, columns.squares, columns.columns, source.row(y), destination.row(y), halfSize, formula);
+    afterRow(y);
+  });
+}
+
+/// The same with nothing after a row.
 void smoothRows(const NarrowColumnSums& columns, const BoxRows& rows, int reach, const PixelFormula& formula,
                 int rowCount, PlaneRows<const std::uint8_t> source, PlaneRows<std::uint8_t> destination);
 
