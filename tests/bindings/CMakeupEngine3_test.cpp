@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <new>
 
@@ -32,7 +33,12 @@ TEST(EngineObject, FieldsAndVirtualSlotsStandInOrder) {
     EXPECT_EQ(filter->loader, engine);
     EXPECT_EQ(std::vector(words + 1, words + 4), fresh);
     unsigned char dst[1] = {};
-    EXPECT_EQ((callSlot<int, const char*, unsigned char*>(engine, 0, "a.vlk", dst)), -1);  // no loader yet
+    for (const bool missesEnv : {true, false}) {
+      words[2] = missesEnv ? nullptr : java.env();
+      words[3] = missesEnv ? java.loader() : nullptr;
+      EXPECT_EQ((callSlot<int, const char*, unsigned char*>(engine, 0, "a.vlk", dst)), -1);
+    }
+    EXPECT_EQ(java.takeCalls(), Calls{});
     EXPECT_EQ((callSlot<int, JNIEnv*, jobject>(engine, 3, java.env(), java.loader())), 1);
     EXPECT_EQ(words[2], java.env());
     EXPECT_NE(words[3], nullptr);
@@ -49,17 +55,35 @@ TEST(EngineObject, FieldsAndVirtualSlotsStandInOrder) {
   }
 }
 
-TEST(EngineObject, WithoutEnvOrLoaderNothingIsCalled) {
-  FakeJava java;
-  for (const bool missesEnv : {true, false}) {
-    CMakeupEngine3 engine;
-    const std::unique_ptr<CFastEdgePreserved> filter(engine.filter);
-    engine.jniEnv = missesEnv ? nullptr : java.env();
-    engine.loaderRef = missesEnv ? java.loader() : nullptr;
-    unsigned char dst[1] = {};
-    EXPECT_EQ(engine.getResFromName("a.vlk", dst), -1);
+using Ranges = std::vector<std::pair<char*, std::size_t>>;
+
+/// Takes a range of addresses whole, or what is free of its halves.
+void take(char* begin, std::size_t size, std::size_t page, Ranges* taken) {
+  constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED_NOREPLACE;
+  if (mmap(begin, size, PROT_NONE, kFlags, -1, 0) == begin) {
+    taken->emplace_back(begin, size);
+  } else if (size > page) {
+    const std::size_t half = size / page / 2 * page;
+    take(begin, half, page, taken);
+    take(begin + half, size - half, page, taken);
   }
+}
+
+TEST(Handle, TheOnlyFreePageIsFound) {
+  if (!kHandleIsNarrow) GTEST_SKIP() << "any address will do";
+  FakeJava java;
+  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  Ranges taken;
+  take(reinterpret_cast<char*>(page), (std::size_t{1} << 31) - page, page, &taken);
+  EXPECT_EQ(makeup_Init(java.env(), nullptr, java.loader()), 0);
   EXPECT_EQ(java.takeCalls(), Calls{});
+  for (char* free : {taken.front().first, taken.back().first + taken.back().second - page}) {
+    munmap(free, page);
+    const Engine engine(java);
+    EXPECT_EQ(engine.handle, reinterpret_cast<jlong>(free));
+  }
+  for (const auto& [begin, size] : taken)
+    munmap(begin, size);
 }
 
 TEST(EngineObject, DestructionLeavesAFilterThatWorks) {

@@ -12,7 +12,6 @@ namespace {
 using testing_support::Plane;
 
 constexpr std::int32_t kRgba8888 = 1;
-
 struct Bitmap {
   AndroidBitmapInfo info{16, 8, 64, kRgba8888, 0};
   bool hasPixels = true;
@@ -42,18 +41,6 @@ void expectAnswer(const Engine& engine, Bitmap bitmap, const Plane& pixels) {
   EXPECT_EQ(bitmap.calls, bitmap.expectedCalls);
 }
 
-// The bitmap as an NV21 frame, an odd last column and row of luma being those next to them.
-Bytes frameOf(const Plane& pixels, int width, int height) {
-  Bytes frame = skinFrame(width, height, 11);
-  unsigned char* luma = frame.data();
-  VKRGBAToNV21_NeonCall(pixels.data(), pixels.stride(), luma, width, luma + width * height, width, width, height);
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x)
-      luma[y * width + x] = luma[std::min(y, (height & ~1) - 1) * width + std::min(x, (width & ~1) - 1)];
-  }
-  return frame;
-}
-
 TEST(BitmapTest, BecomesWhatTheFilterMakesOfItsFrame) {
   FakeJava java;
   java.file = kPictureFile;
@@ -67,7 +54,11 @@ TEST(BitmapTest, BecomesWhatTheFilterMakesOfItsFrame) {
       Bytes expected = pixels.bytes();
       const bool isConverted = width > 1 && height > 1;
       if (isConverted) {
-        Bytes frame = frameOf(pixels, width, height);
+        Bytes frame = skinFrame(width, height, 11);
+        unsigned char* luma = frame.data();
+        VKRGBAToNV21_NeonCall(pixels.data(), pixels.stride(), luma, width, luma + width * height, width, width, height);
+        for (int i = 0; i < width * height; ++i)  // an odd last column and row are those next to them
+          luma[i] = luma[std::min(i / width, (height & ~1) - 1) * width + std::min(i % width, (width & ~1) - 1)];
         processDirectly(frame, width, height, expected.data(), pixels.stride());
       }
       const std::uint32_t sizes[] = {std::uint32_t(width), std::uint32_t(height), std::uint32_t(pixels.stride())};
