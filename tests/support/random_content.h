@@ -38,6 +38,7 @@ enum class Content {
   kGradient,      ///< a slope in both directions
   kEdges,         ///< areas of 0 and 255 with random borders
   kCheckerboard,  ///< 0 and 255 by turns: the largest variance
+  kSparks,        ///< 255 here and there in 0: samples far from a mean with little variance
   kSkinPairs,     ///< byte pairs around the skin centre 155, 110, at all distances that matter
 };
 
@@ -68,6 +69,8 @@ inline void fill(Content content, std::uint8_t* data, int width, int height, int
         return (x < edgeX) != (y < edgeY) ? 255 : 0;
       case Content::kCheckerboard:
         return (x + y) % 2 == 0 ? 255 : 0;
+      case Content::kSparks:
+        return random.between(0, 149) == 0 ? 255 : 0;
       case Content::kSkinPairs:
         return (x % 2 == 0 ? 155 : 110) + random.between(-70, 70);
       default:
