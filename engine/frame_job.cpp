@@ -37,6 +37,15 @@ void copyLuma(const FrameJob& job, const BandScratch& scratch, int y, std::uint8
   rowLoops().pixelsToLuma[kBt601Full][job.pixelOrder](pixels, luma, job.columns());
 }
 
+/// Asks for a row of pixels that is wanted soon: out of memory they take longer than what is done to them.
+void prefetchPixels(const FrameJob& job, int y) {
+  constexpr int kCacheLine = 64;
+  const std::uint8_t* row = job.source.row(0, y);
+  const int bytes = job.source.format->pixelBytes * job.source.width;
+  for (int i = 0; i < bytes; i += kCacheLine)
+    __builtin_prefetch(row + i, 0, 2);
+}
+
 /// A band on its way: its rows of luma are copied where they must be, smoothed and finished, each as late as it may.
 class BandRun {
  public:
@@ -66,6 +75,7 @@ class BandRun {
     smooth([&](std::ptrdiff_t row) {
       const int y = begin_ + static_cast<int>(row);
       if (y + reach < end_) copyRow(y + reach);
+      if (y + reach + 1 < end_ && !job_.source.format->isYuv()) prefetchPixels(job_, y + reach + 1);
       finishAt(y);
     });
   }
