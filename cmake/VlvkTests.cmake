@@ -85,9 +85,8 @@ add_executable(vlvk_tests
   tests/convert/conversions_test.cpp
   tests/kernels/alt/box_statistics_test.cpp
   tests/kernels/alt/integral_mean_test.cpp
-  tests/rows/pinned_values_test.cpp
   tests/kernels/skin_test.cpp
-  tests/rows/targets_test.cpp
+  tests/rows/row_loops_test.cpp
   tests/simd/vocabulary_test.cpp
 
   # Small things.
@@ -99,11 +98,9 @@ add_executable(vlvk_tests
   # Filter.
   tests/filter/CFastEdgePreserved_test.cpp
   tests/filter/band_worker_test.cpp
-  tests/filter/color_adjust_test.cpp
   tests/filter/frame_pipeline_test.cpp
 
   # The handle.
-  tests/engine/colorimetry_test.cpp
   tests/engine/makeup_contract_test.cpp
   tests/engine/makeup_model.cpp
   tests/engine/makeup_model.h
@@ -117,7 +114,6 @@ add_executable(vlvk_tests
   tests/frames/frame_rig.cpp
   tests/frames/frame_rig.h
   tests/frames/frame_test.cpp
-  tests/frames/golden_frames_test.cpp
 )
 target_link_libraries(vlvk_tests PRIVATE vlvk_objects ${VLVK_VOCABULARY_OBJECTS} GTest::gtest GTest::gtest_main)
 vlvk_set_test_flags(vlvk_tests)
@@ -131,7 +127,6 @@ if(VLVK_JNI_BINDINGS)
     tests/bindings/engine.h
     tests/bindings/fake_jni.h
     tests/bindings/java_resource_test.cpp
-    tests/bindings/jni_library_test.cpp
     tests/bindings/makeup_bitmap_test.cpp
     tests/bindings/makeup_entry_points_test.cpp
     tests/support/guarded_buffer.cpp

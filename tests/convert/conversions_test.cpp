@@ -8,7 +8,6 @@
 #include <vlvk/yuv_to_rgb.h>
 #include "tests/naive/naive.h"
 #include "tests/support/plane.h"
-#include "tests/support/random_content.h"
 #include "tests/support/target_test.h"
 
 namespace {

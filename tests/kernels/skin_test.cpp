@@ -8,9 +8,7 @@
 #include <vector>
 
 #include "tests/naive/naive.h"
-#include "tests/support/guarded_buffer.h"
 #include "tests/support/plane.h"
-#include "tests/support/random_content.h"
 #include "tests/support/target_test.h"
 
 namespace {

@@ -4,34 +4,26 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <vector>
 
 namespace vlvk {
 namespace {
 
-using Header = std::array<unsigned char, kResourceHeaderSize>;
-
-TEST(ResourceFile, SizeIsTheProductOfTwoFactors) {
-  const Header picture{'V', 'L', 'K', 0xFF, 0x00, 0x08, 0, 0, 0x00, 0x02, 0, 0};
-  EXPECT_EQ(resourcePayloadSize(picture.data()), 2048 * 512);
-  const Header allBytes{0, 0, 0, 0, 0x01, 0x02, 0x03, 0x04, 1, 0, 0, 0};
-  EXPECT_EQ(resourcePayloadSize(allBytes.data()), 0x04030201);
-}
-
-TEST(ResourceFile, HighBytesCountAsNegativeAmounts) {
-  const Header one{0, 0, 0, 0, 0xFF, 0x08, 0, 0, 1, 0, 0, 0};
-  EXPECT_EQ(resourcePayloadSize(one.data()), 8 * 256 - 1);
-  const Header carried{0, 0, 0, 0, 0x00, 0x80, 0x01, 0, 2, 0, 0, 0};
-  EXPECT_EQ(resourcePayloadSize(carried.data()), 2 * (65536 - 128 * 256));
-  const Header bothNegative{0, 0, 0, 0, 0x80, 0, 0, 0, 0xFE, 0, 0, 0};
-  EXPECT_EQ(resourcePayloadSize(bothNegative.data()), 128 * 2);
-  // -128 * 2^24 = -2^31; times 0x80 = -128 it is 2^38, which wraps to 0; times 1 it stays.
-  const Header smallest{0, 0, 0, 0, 0, 0, 0, 0x80, 1, 0, 0, 0};
-  EXPECT_EQ(resourcePayloadSize(smallest.data()), INT32_MIN);
-  const Header wrapped{0, 0, 0, 0, 0, 0, 0, 0x80, 0x80, 0, 0, 0};
-  EXPECT_EQ(resourcePayloadSize(wrapped.data()), 0);
+TEST(ResourceFile, SizeIsTheProductOfTwoFactorsWhoseHighBytesAreNegative) {
+  struct {
+    unsigned char header[kResourceHeaderSize];
+    std::int32_t size;
+  } constexpr kCases[] = {{{'V', 'L', 'K', 0xFF, 0x00, 0x08, 0, 0, 0x00, 0x02, 0, 0}, 2048 * 512},
+                          {{0, 0, 0, 0, 0x01, 0x02, 0x03, 0x04, 1, 0, 0, 0}, 0x04030201},
+                          {{0, 0, 0, 0, 0xFF, 0x08, 0, 0, 1, 0, 0, 0}, 8 * 256 - 1},
+                          {{0, 0, 0, 0, 0x00, 0x80, 0x01, 0, 2, 0, 0, 0}, 2 * (65536 - 128 * 256)},
+                          {{0, 0, 0, 0, 0x80, 0, 0, 0, 0xFE, 0, 0, 0}, 128 * 2},
+                          // -128 * 2^24 = -2^31; times 1 it stays; times 0x80 = -128 it is 2^38, which wraps to 0.
+                          {{0, 0, 0, 0, 0, 0, 0, 0x80, 1, 0, 0, 0}, INT32_MIN},
+                          {{0, 0, 0, 0, 0, 0, 0, 0x80, 0x80, 0, 0, 0}, 0}};
+  for (const auto& c : kCases)
+    EXPECT_EQ(resourcePayloadSize(c.header), c.size);
 }
 
 TEST(ResourceFile, LimitsOfAPayload) {

@@ -11,9 +11,7 @@
 #include <vector>
 
 #include "tests/naive/naive.h"
-#include "tests/support/guarded_buffer.h"
 #include "tests/support/plane.h"
-#include "tests/support/random_content.h"
 
 namespace testing_support {
 

@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstdint>
 #include <numeric>
-#include <utility>
 #include <vector>
 
 #include "tests/naive/naive.h"

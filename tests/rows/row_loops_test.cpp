@@ -1,7 +1,13 @@
-/// Numbers worked out by hand, so that library and oracle cannot be wrong in the same way, and the formula's constants.
+/// The choice among the compiled sets of row loops, the formula's constants, and numbers worked out by hand, so that
+/// library and oracle cannot be wrong in the same way.
+#include "rows/row_loops.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <iterator>
+#include <set>
+#include <string>
 
 #include "rows/pixel_formula.h"
 #include "simd/reciprocal_estimate.h"
@@ -93,6 +99,38 @@ TEST(PinnedValues, PixelToYuv) {
     EXPECT_TRUE(p.y == c.y && p.u == c.u && p.v == c.v)
         << c.R << ' ' << c.G << ' ' << c.B << ": " << int{p.y} << ' ' << int{p.u} << ' ' << int{p.v};
   }
+}
+
+TEST(Targets, EachSetIsCodeOfItsOwnAndCanBeForced) {
+  int count = 0;
+  const vlvk::RowLoops* const* sets = vlvk::availableRowLoops(count);
+  ASSERT_GE(count, 1);
+  std::set<std::string> names;
+  std::set<vlvk::RowLoops::SmoothRow> smoothRows;
+  std::set<vlvk::RowLoops::YuvToPixels> conversions;
+  for (int i = 0; i < count; ++i) {
+    names.insert(sets[i]->name);
+    smoothRows.insert({sets[i]->smoothRow, sets[i]->smoothRowAnySums});
+    for (const auto& ofColors : sets[i]->yuvToPixels) {
+      for (const auto& ofChroma : ofColors)
+        conversions.insert(std::begin(ofChroma), std::end(ofChroma));
+    }
+    EXPECT_TRUE(vlvk::forceRowLoops(sets[i]->name));
+    EXPECT_EQ(&vlvk::rowLoops(), sets[i]);
+    EXPECT_FALSE(vlvk::forceRowLoops("no such target"));
+    EXPECT_EQ(&vlvk::rowLoops(), sets[i]) << "a refused choice must change nothing";
+  }
+  const auto number = static_cast<std::size_t>(count);
+  EXPECT_EQ(names.size(), number);
+  EXPECT_EQ(smoothRows.size(), 2 * number);
+  EXPECT_EQ(conversions.size(), 16 * number);
+  EXPECT_TRUE(names.contains("scalar"));
+#if defined(__x86_64__) || defined(__aarch64__) || defined(__arm__)
+  EXPECT_GE(count, 2) << "this processor has vector instructions";
+#endif
+
+  EXPECT_TRUE(vlvk::forceRowLoops(nullptr));
+  EXPECT_EQ(&vlvk::rowLoops(), sets[0]);
 }
 
 }  // namespace
