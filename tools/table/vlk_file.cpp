@@ -80,14 +80,14 @@ VlkTable parseVlk(std::span<const std::uint8_t> file) {
   if (file.size() < kResourceHeaderSize) {
     throw Error("not a colour table, the file has " + std::to_string(file.size()) + " bytes and a header 12");
   }
-  VlkTable table{
-      .header = headerOf(file), .fileSize = file.size(), .picture = std::vector<std::uint8_t>(kColorPictureSize)};
+  VlkTable table{.header = headerOf(file), .fileSize = file.size(), .picture = {}};
   const std::int32_t size = resourcePayloadSize(file.data());
   const std::string fault = whatIsWrong(size, file.size() - kResourceHeaderSize);
   if (!fault.empty()) {
     throw Error("not a whole colour table, the header " + hex(table.header, 0) + " states " + std::to_string(size) +
                 " bytes (" + factorsOf(table.header) + "), " + fault);
   }
+  table.picture.resize(kColorPictureSize);
   scrambleResource(file.data() + kResourceHeaderSize, size, table.picture.data());
   return table;
 }
