@@ -131,7 +131,6 @@ if(VLVK_JNI_BINDINGS)
     tests/bindings/engine.h
     tests/bindings/fake_jni.h
     tests/bindings/java_resource_test.cpp
-    tests/bindings/jni_library_test.cpp
     tests/bindings/makeup_bitmap_test.cpp
     tests/bindings/makeup_entry_points_test.cpp
     tests/support/guarded_buffer.cpp

@@ -1,8 +1,7 @@
-/// The native methods: handles, settings, frames in place and as pixels.
+/// What a virtual machine calls: loading, and native methods with handles, settings, frames in place and as pixels.
 #include <vlvk/makeup_entry_points.h>
 
-#include <gtest/gtest.h>
-
+#include <vlvk/jni_library.h>
 #include "tests/bindings/engine.h"
 #include "tests/support/plane.h"
 
@@ -10,6 +9,31 @@ namespace bindings_tests {
 namespace {
 
 using testing_support::sameBytes;
+
+// Taken before any test can load the library.
+JNIEnv* const envBeforeLoad = JNU_GetEnv();
+
+const Calls kLoadCalls{"GetEnv 65542", "FindClass com/velmira/VKMakeup/Engine",
+                       "RegisterNatives com/velmira/VKMakeup/Engine 5"};
+
+TEST(Library, LoadingKeepsTheVirtualMachineAndEnvIsWhatItStores) {
+  EXPECT_EQ(envBeforeLoad, nullptr);
+  for (int calls = 3; calls >= 0; --calls) {  // up to the one that fails; 0: none does
+    FakeJava java;
+    java.results[kLoadCalls[static_cast<std::size_t>(calls == 0 ? 2 : calls - 1)]] = calls == 0 ? 7 : JNI_ERR;
+    EXPECT_EQ(JNI_OnLoad(java.vm(), nullptr), calls == 0 ? 0x10006 : -1);
+    EXPECT_EQ(java.takeCalls(), firstOf(kLoadCalls, calls == 0 ? 3 : calls));
+    JNI_OnUnload(java.vm(), nullptr);
+    for (const jint result : {JNI_OK, JNI_EDETACHED}) {
+      for (const bool stores : {true, false}) {
+        java.results[kLoadCalls[0]] = result;
+        java.storesEnv = stores;
+        EXPECT_EQ(JNU_GetEnv(), stores ? java.env() : nullptr) << result;
+      }
+    }
+    EXPECT_EQ(java.takeCalls(), Calls(4, kLoadCalls[0]));
+  }
+}
 
 TEST(Handle, OnlyItsLowHalfCounts) {
   FakeJava java;
