@@ -9,6 +9,7 @@
 #include <initializer_list>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace fuzz {
 
@@ -20,6 +21,11 @@ namespace fuzz {
 
 inline void check(bool holds, const char* what) {
   if (!holds) fail(what);
+}
+
+inline void checkPlainLine(std::string_view text) {
+  for (const char c : text)
+    check(c >= 0x20 && c <= 0x7E, "an error is not one plain line");
 }
 
 /// The bytes of one input as numbers: each draw uses up some of them, and is 0 where none are left.

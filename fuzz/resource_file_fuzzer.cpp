@@ -1,5 +1,4 @@
 /// Resource files, those that the program reads as colour tables, and the scrambling at any size.
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -59,8 +58,7 @@ void checkTable(const Bytes& file) {
   } catch (const vlvk::tool::Error& error) {
     const std::string text = error.what();
     fuzz::check(text.starts_with("not a "), "an error without its reason");
-    fuzz::check(std::none_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c > 0x7E; }),
-                "an error is not one plain line");
+    fuzz::checkPlainLine(text);
   }
   if (hasHeader) fuzz::check(vlvk::resourcePayloadSize(file.data()) == stated, "another size than the header states");
 }

@@ -1,7 +1,6 @@
 /// The engine object as hosts that hold a pointer to it see it.
 #include <vlvk/CMakeupEngine3.h>
 
-#include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <unistd.h>
 

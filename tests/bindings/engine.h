@@ -53,8 +53,7 @@ inline Bytes skinFrame(int width, int height, std::uint32_t seed) {
 /// A resource file with these factors and a payload, scrambled.
 inline Bytes resourceFile(const std::array<std::uint8_t, 8>& factors, const Bytes& payload) {
   Bytes file(12 + payload.size(), 'x');
-  for (std::size_t i = 0; i < factors.size(); ++i)
-    file[4 + i] = factors[i];
+  std::copy(factors.begin(), factors.end(), file.begin() + 4);
   for (std::size_t i = 0; i < payload.size(); ++i)
     file[12 + i] = payload[std::min(i ^ 1, payload.size() - 1)] ^ 0x5A;
   return file;

@@ -1,6 +1,4 @@
 /// The way of a resource through a Java stream: every call, and what each failure leaves out.
-#include <gtest/gtest.h>
-
 #include "tests/bindings/engine.h"
 #include "tests/support/plane.h"
 

@@ -1,6 +1,4 @@
 /// makeup_ProcessBitmap3 with bitmaps of this file's making. The library finds its AndroidBitmap functions here.
-#include <gtest/gtest.h>
-
 #include <vlvk/rgb_to_yuv.h>
 #include "bindings/android_bitmap.h"
 #include "tests/bindings/engine.h"

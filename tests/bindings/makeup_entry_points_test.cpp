@@ -1,10 +1,7 @@
-/// What a virtual machine calls when it loads the library, and the native methods that it finds there: handles,
-/// settings, frames in place and as pixels.
-#include <vlvk/jni_library.h>
+/// What a virtual machine calls: loading, and native methods with handles, settings, frames in place and as pixels.
 #include <vlvk/makeup_entry_points.h>
 
-#include <gtest/gtest.h>
-
+#include <vlvk/jni_library.h>
 #include "tests/bindings/engine.h"
 #include "tests/support/plane.h"
 

@@ -27,12 +27,9 @@ namespace {
 }
 
 std::string textOf(std::FILE* file) {
-  std::string text;
-  std::rewind(file);
-  for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file))
-    text += static_cast<char>(c);
+  const Bytes bytes = readBytes("/proc/self/fd/" + std::to_string(fileno(file)));  // from its start
   std::fclose(file);
-  return text;
+  return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace

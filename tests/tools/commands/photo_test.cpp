@@ -1,10 +1,8 @@
 /// `vlvk-makeup photo` and `sheet`, run as processes.
-#include <gtest/gtest.h>
 #include <zlib.h>
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 #include "tests/tools/tool_support.h"
 
@@ -77,10 +75,7 @@ TEST_F(Photo, UnusableInputIsRefused) {
     expectRefused({"photo", path("good.png"), path("out.png"), "--table", table}, "vlvk-makeup: " + table + ": ");
   for (const std::string out : {"out.gif", "out", "none/out.png"})
     expectRefused({"photo", path("good.png"), path(out)}, path(out) + ": ");
-}
-
-// 32768 x 8192 pixels are 1 GiB, and the largest chunk 2 GiB.
-TEST_F(Photo, ClaimsCostNoMemory) {
+  // Claims cost no memory: 32768 x 8192 pixels are 1 GiB, and the largest chunk 2 GiB.
   const std::string header("\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\x80\0\0\0\x20\0\x08\x06\0\0\0\x83\xD7\x70\x11", 33);
   for (const std::string chunk : {"IDAT", "tEXt", "zTXt", "iTXt", "sPLT", "pCAL", "iCCP", "eXIf", "abCd"}) {
     writeBytes(path("in.png"), bytesOf(header + "\x7F\xFF\xFF\xFF" + chunk));

@@ -1,5 +1,4 @@
 /// `vlvk-makeup table`, run as a process.
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <algorithm>

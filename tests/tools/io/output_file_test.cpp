@@ -1,11 +1,9 @@
 /// Files that are written whole or not at all.
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
 
 #include "tests/tools/tool_support.h"
 #include "tools/io/output_file.h"

@@ -1,6 +1,5 @@
 /// What the command line is read as, what is refused, and where help and results go.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <variant>
@@ -103,15 +102,18 @@ TEST_F(Program, HelpGoesToStandardOutputAndRefusalsNameTheInput) {
 
 TEST_F(Program, LostOutputIsAFailure) {
   expectDone({"table", "neutral", path("look.vlk")});
+  writeBytes(path("in"), bytesOf("YUV4MPEG2 W1 H1\nFRAME\nyuv"));
   int pipe[2] = {};
   ASSERT_EQ(::pipe(pipe), 0);
   close(pipe[0]);  // without a reader
   const int full = open("/dev/full", O_WRONLY);
   for (const int out : {pipe[1], full}) {
+    const std::string reason = std::string("cannot be written: ") + (out == full ? "No space left" : "Broken pipe");
     for (const Arguments& arguments :
          {Arguments{"--help"}, {"--version"}, {"table", "check", path("look.vlk")}, {"bench", "--size", "8x8"}}) {
-      expectRefused(arguments, out == full ? "No space left" : "Broken pipe", {.out = out});
+      expectRefused(arguments, reason, {.out = out});
     }
+    expectRefused({"video", path("in"), "-"}, "standard output: " + reason, {.out = out});
     close(out);
   }
 }
