@@ -128,7 +128,6 @@ int Frame::run(Filter& filter, Refusal refusal) const {
   Byte* const picture = refusal == Refusal::kNoPicture ? nullptr : planes[0].row(0);
   Byte* const chroma = refusal == Refusal::kNoChroma ? nullptr : planes[1].row(0);
   Byte* const pixels = shape.kind.delivery == Delivery::kToPixels ? planes[2].row(0) : nullptr;
-  const int threads = filter.threadCount;
   const auto call = [&] {
     if (isBgra) {
       return filter.processBGRAVideo(picture, width, height, strides[0], isOverwritten ? picture : pixels,
@@ -141,6 +140,7 @@ int Frame::run(Filter& filter, Refusal refusal) const {
                                        shape.rgbOrder);
   };
   if (refusal != Refusal::kNoThreads) return call();
+  const int threads = filter.threadCount;  // not before: hosts may write it while frames run
   filter.threadCount = 1 - threads;
   const int result = call();
   filter.threadCount = threads;

@@ -55,7 +55,7 @@ class FramesOfTarget : public testing_support::TargetTest {};
 TEST_P(FramesOfTarget, MatchTheModelInAnySequence) {
   for (int threads = 1; threads <= 8; ++threads) {
     Random random(static_cast<std::uint32_t>(threads));
-    checkSequence(threads, 100, random);
+    checkSequence(threads, 40, random);
   }
 }
 
