@@ -82,7 +82,7 @@ class BandRun {
 
  private:
   void copyRow(int y) const {
-    if (job_.copiesLuma) copyLuma(job_, scratch_, y, job_.lumaCopy + y * job_.lumaStride);
+    if (job_.copiesLuma) copyLuma(job_, scratch_, y, job_.copiedRow(scratch_, y));
   }
 
   /// Bands begin at even rows.
@@ -93,9 +93,14 @@ class BandRun {
   template <class AfterRow>
   void smooth(const AfterRow& afterRow) const {
     const std::uint8_t* saved = job_.plan.inPlace ? savedRowsOf(job_, band_) : nullptr;
-    smoothRows(columnSumsIn(scratch_.columnSums, scratch_.columnSquares, job_.columns()),
-               rowsAround(job_.plan, band_, job_.lumaRow(begin_), saved), job_.plan.reach, job_.formula, end_ - begin_,
-               {job_.lumaRow(begin_), job_.lumaStride}, {job_.meanRow(begin_), job_.columns()}, afterRow);
+    BoxRows rows = rowsAround(job_.plan, band_, job_.lumaRow(scratch_, begin_), saved);
+    rows.ringRows = job_.ringRows;
+    const auto rowsAt = [&](std::ptrdiff_t row) {
+      const int y = begin_ + static_cast<int>(row);
+      return SmoothedRow{job_.lumaRow(scratch_, y), job_.meanRow(scratch_, y)};
+    };
+    smoothRows(columnSumsIn(scratch_.columnSums, scratch_.columnSquares, job_.columns()), rows, job_.plan.reach,
+               job_.formula, end_ - begin_, rowsAt, afterRow);
   }
 
   const FrameJob& job_;
@@ -109,13 +114,14 @@ class BandRun {
 
 BandScratch bandScratch(const FrameJob& job, int band) {
   const std::ptrdiff_t columns = job.columns();
-  std::uint8_t* next = job.scratch + band * columns * kScratchBytesPerColumn;
+  std::uint8_t* next = job.scratch + band * columns * scratchBytesPerColumn(job);
   const auto take = [&](std::ptrdiff_t bytesPerColumn) {
     std::uint8_t* part = next;
     next += bytesPerColumn * columns;
     return part;
   };
   BandScratch scratch{};
+  scratch.begin = beginOf(job, band);
   scratch.columnSquares = take(4);  // first: the band's memory is aligned for them
   scratch.columnSums = take(2);
   for (auto*& row : scratch.luma)
@@ -127,12 +133,15 @@ BandScratch bandScratch(const FrameJob& job, int band) {
     row = take(4);
   for (auto*& row : scratch.pixels)
     row = take(4);
+  for (auto*& row : scratch.mean)
+    row = take(1);
+  scratch.lumaRing = take(job.ringRows);
   return scratch;
 }
 
 void prepareBand(const FrameJob& job, int band) {
   if (!job.copiesLuma) {
-    saveNeighbourRows(job.plan, job.luma, band, savedRowsOf(job, band));
+    saveNeighbourRows(job.plan, job.source.plane[0], band, savedRowsOf(job, band));
     return;
   }
   const BandScratch scratch = bandScratch(job, band);
@@ -144,7 +153,7 @@ void runBand(const FrameJob& job, int band) {
   const BandRun run(job, band);
   if (!job.smooths) {
     run.unsmoothed();
-  } else if (job.inPlace && !job.copiesLuma) {
+  } else if (job.smoothsFirst) {
     run.smoothedInPlace();
   } else {
     run.smoothed();

@@ -16,6 +16,7 @@ namespace vlvk {
 
 /// Room of a band, in its own part of the handle's memory.
 struct BandScratch {
+  int begin;                    ///< first row of the band
   std::uint8_t* columnSums;     ///< 2 bytes a column
   std::uint8_t* columnSquares;  ///< 4 bytes a column
   std::uint8_t* luma[2];        ///< rows of luma to be written
@@ -24,6 +25,8 @@ struct BandScratch {
   std::uint8_t* newPairs;       ///< chroma to be written
   std::uint8_t* sourcePixels[2];
   std::uint8_t* pixels[2];
+  std::uint8_t* mean[2];   ///< smoothed luma of a row pair, where it is finished as soon as it is smoothed
+  std::uint8_t* lumaRing;  ///< copied luma, FrameJob::ringRows rows
 };
 
 /// A frame with all that was decided about it before its bands start. Read only from then on.
@@ -42,22 +45,31 @@ struct FrameJob {
   PixelOrder pixelOrder;  ///< in which pixels are worked on
   AlphaRule alpha;        ///< opaque unless both source and target have alpha
 
-  bool copiesLuma;           ///< the source has no plane of luma in the form of the row loops
-  const std::uint8_t* luma;  ///< unsmoothed: the source's plane, or lumaCopy
-  std::ptrdiff_t lumaStride;
-  std::uint8_t* lumaCopy;
-  std::uint8_t* mean;       ///< smoothed luma, plan.width bytes a row
+  bool copiesLuma;          ///< the source has no plane of luma in the form of the row loops
+  int ringRows;             ///< of copied luma that a band keeps: those in the box and the next
+  bool smoothsFirst;        ///< a whole band, before its rows are overwritten
+  std::uint8_t* mean;       ///< smoothed luma of all bands, plan.width bytes a row, where bands are smoothed first
   std::uint8_t* savedRows;  ///< see saveNeighbourRows
   std::uint8_t* scratch;    ///< of all bands
 
   int columns() const { return plan.width; }
-  const std::uint8_t* lumaRow(int y) const { return luma + y * lumaStride; }
-  std::uint8_t* meanRow(int y) const { return mean + y * static_cast<std::ptrdiff_t>(plan.width); }
+  /// A row of unsmoothed luma, and where its smoothed self goes.
+  const std::uint8_t* lumaRow(const BandScratch& band, int y) const {
+    return copiesLuma ? copiedRow(band, y) : source.row(0, y);
+  }
+  std::uint8_t* copiedRow(const BandScratch& band, int y) const {
+    return band.lumaRing + (y - band.begin) % ringRows * static_cast<std::ptrdiff_t>(plan.width);
+  }
+  std::uint8_t* meanRow(const BandScratch& band, int y) const {
+    return smoothsFirst ? mean + y * static_cast<std::ptrdiff_t>(plan.width) : band.mean[y % 2];
+  }
   bool hasPixels() const { return !source.format->isYuv() || !target.format->isYuv() || colors != nullptr; }
 };
 
 /// Bytes of a band's scratch for each column.
-inline constexpr int kScratchBytesPerColumn = 2 + 4 + 2 + 3 + 8 + 8;
+inline int scratchBytesPerColumn(const FrameJob& job) {
+  return 2 + 4 + 2 + 3 + 8 + 8 + 2 + job.ringRows;
+}
 
 /// The part of a frame's scratch that belongs to a band.
 BandScratch bandScratch(const FrameJob& job, int band);

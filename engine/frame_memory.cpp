@@ -23,17 +23,11 @@ bool GrowingBuffer::reserve(CheckedSize needed) {
 
 bool FrameMemory::prepare(FrameJob& job) {
   const FramePlan& plan = job.plan;
-  const CheckedSize planeBytes = CheckedSize(plan.width) * plan.height;
+  const CheckedSize meanBytes = job.smoothsFirst ? CheckedSize(plan.width) * plan.height : CheckedSize(0);
   const CheckedSize savedBytes =
       plan.inPlace ? CheckedSize(plan.contextRows()) * 2 * plan.stride * (plan.bands - 1) : CheckedSize(0);
-  const bool ready = luma_.reserve(job.copiesLuma ? planeBytes : CheckedSize(0)) &&
-                     mean_.reserve(job.smooths ? planeBytes : CheckedSize(0)) && savedRows_.reserve(savedBytes) &&
-                     scratch_.reserve(CheckedSize(plan.width) * kScratchBytesPerColumn * plan.bands);
-  if (!ready) return false;
-  if (job.copiesLuma) {
-    job.lumaCopy = luma_.data();
-    job.luma = job.lumaCopy;
-  }
+  const CheckedSize scratchBytes = CheckedSize(plan.width) * scratchBytesPerColumn(job) * plan.bands;
+  if (!mean_.reserve(meanBytes) || !savedRows_.reserve(savedBytes) || !scratch_.reserve(scratchBytes)) return false;
   job.mean = mean_.data();
   job.savedRows = savedRows_.data();
   job.scratch = scratch_.data();

@@ -37,7 +37,6 @@ class FrameMemory {
   bool prepare(FrameJob& job);
 
  private:
-  GrowingBuffer luma_;
   GrowingBuffer mean_;
   GrowingBuffer savedRows_;
   GrowingBuffer scratch_;

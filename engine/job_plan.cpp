@@ -53,14 +53,15 @@ FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSet
   const int columns = paddedColumns(source.width);
   job.smooths = level > 0 && reach > 0;
   job.copiesLuma = isYuv ? source.width != columns || wastesSavedRows(job, columns) : job.smooths;
-  job.luma = source.plane[0];
-  job.lumaStride = job.copiesLuma ? columns : source.stride[0];
   job.plan = {.width = columns,
               .height = source.height,
-              .stride = static_cast<int>(job.lumaStride),
+              .stride = job.copiesLuma ? columns : static_cast<int>(source.stride[0]),
               .reach = reach,
               .bands = bandsFor(settings, source.height),
               .inPlace = job.smooths && (job.inPlace || job.copiesLuma)};
+  job.smoothsFirst = job.smooths && job.inPlace && !job.copiesLuma;
+  // Rows y - reach + 1 .. y + reach are in use at a time; without smoothing a row pair.
+  job.ringRows = !job.copiesLuma ? 0 : job.smooths ? 2 * reach : 2;
   job.formula = formulaFor(reach, level, source.colors);
   // Skin of pixels is measured in chroma of limited range, as row_pair.cpp makes it of them.
   job.skin = isYuv ? &skin.of(source.colors, source.format->chromaOrder) : &skin.of(kBt601Limited, kUThenV);

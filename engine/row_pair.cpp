@@ -41,8 +41,8 @@ class RowPair {
   int count() const { return y_[0] == y_[1] ? 1 : 2; }
   int chromaRow() const { return y_[0] / 2; }
 
-  ConstRows lumaRows() const { return {job_.lumaRow(y_[0]), job_.lumaRow(y_[1])}; }
-  MutableRows meanRows() const { return {job_.meanRow(y_[0]), job_.meanRow(y_[1])}; }
+  ConstRows lumaRows() const { return {job_.lumaRow(scratch_, y_[0]), job_.lumaRow(scratch_, y_[1])}; }
+  MutableRows meanRows() const { return {job_.meanRow(scratch_, y_[0]), job_.meanRow(scratch_, y_[1])}; }
   MutableRows lumaRowsToWrite() const {
     std::uint8_t* first = lumaToWrite(job_.target, y_[0], scratch_.luma[0]);
     return {first, count() == 1 ? first : lumaToWrite(job_.target, y_[1], scratch_.luma[1])};

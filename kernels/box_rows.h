@@ -22,6 +22,7 @@ struct BoxRows {
   std::ptrdiff_t stride;              ///< bytes between rows, saved rows included
   std::int64_t firstRow = -kNoLimit;  ///< rows of the plane that may be read
   std::int64_t lastRow = kNoLimit;
+  std::int64_t ringRows = 0;  ///< not 0: plane holds so many rows from row 0 on, row i at i modulo this
   const std::uint8_t* above = nullptr;
   std::int64_t aboveRows = 0;  ///< the last of them is row -1
   const std::uint8_t* below = nullptr;
@@ -31,7 +32,8 @@ struct BoxRows {
   const std::uint8_t* row(std::int64_t i) const {
     if (above != nullptr && i < 0) return at(above, std::max<std::int64_t>(i + aboveRows, 0));
     if (below != nullptr && i >= belowFrom) return at(below, std::min(i - belowFrom, belowRows - 1));
-    return at(plane, std::clamp(i, firstRow, lastRow));
+    const std::int64_t clamped = std::clamp(i, firstRow, lastRow);
+    return at(plane, ringRows != 0 ? clamped % ringRows : clamped);
   }
 
   /// First index past i, at most `end`, that may stand for another row than i does.

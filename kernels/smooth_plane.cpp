@@ -9,7 +9,8 @@ RowLoops::SmoothRow smoothRowFor(int halfSize, const PixelFormula& formula) {
 
 void smoothRows(const NarrowColumnSums& columns, const BoxRows& rows, int reach, const PixelFormula& formula,
                 int rowCount, PlaneRows<const std::uint8_t> source, PlaneRows<std::uint8_t> destination) {
-  smoothRows(columns, rows, reach, formula, rowCount, source, destination, [](std::ptrdiff_t) {});
+  const auto rowsAt = [&](std::ptrdiff_t y) { return SmoothedRow{source.row(y), destination.row(y)}; };
+  smoothRows(columns, rows, reach, formula, rowCount, rowsAt, [](std::ptrdiff_t) {});
 }
 
 NarrowColumnSums columnSumsIn(unsigned char* sums, unsigned char* squares, int columns) {

@@ -22,6 +22,12 @@ struct PlaneRows {
   Byte* row(std::ptrdiff_t y) const { return first + y * stride; }
 };
 
+/// A row before and after.
+struct SmoothedRow {
+  const std::uint8_t* source;
+  std::uint8_t* destination;
+};
+
 /// The row loop for boxes of this size and this formula.
 RowLoops::SmoothRow smoothRowFor(int halfSize, const PixelFormula& formula);
 
@@ -31,22 +37,21 @@ RowLoops::SmoothRow smoothRowFor(int halfSize, const PixelFormula& formula);
 /// @param rows         source of the box
 /// @param reach        R, a positive multiple of 8: the box of row y covers rows y - R + 1 .. y + R - 1
 /// @param formula      for this reach
-/// @param source       unsmoothed rows
-/// @param destination  smoothed rows
+/// @param rowsAt       called with the number of a row: where it is, unsmoothed, and where it goes
 /// @param afterRow     called with the number of each row when it is smoothed; row y + R of the box is read after that
-template <class AfterRow>
+template <class RowsAt, class AfterRow>
 void smoothRows(const NarrowColumnSums& columns, const BoxRows& rows, int reach, const PixelFormula& formula,
-                int rowCount, PlaneRows<const std::uint8_t> source, PlaneRows<std::uint8_t> destination,
-                const AfterRow& afterRow) {
+                int rowCount, const RowsAt& rowsAt, const AfterRow& afterRow) {
   const int halfSize = reach - 1;
   const RowLoops::SmoothRow smoothRow = smoothRowFor(halfSize, formula);
   slideBox(columns, rows, halfSize, rowCount, [&](std::ptrdiff_t y) {
-    smoothRow(columns.sums, columns.squares, columns.columns, source.row(y), destination.row(y), halfSize, formula);
+    const SmoothedRow row = rowsAt(y);
+    smoothRow(columns.sums, columns.squares, columns.columns, row.source, row.destination, halfSize, formula);
     afterRow(y);
   });
 }
 
-/// The same with nothing after a row.
+/// The same for rows of two planes, with nothing after a row.
 void smoothRows(const NarrowColumnSums& columns, const BoxRows& rows, int reach, const PixelFormula& formula,
                 int rowCount, PlaneRows<const std::uint8_t> source, PlaneRows<std::uint8_t> destination);
 
