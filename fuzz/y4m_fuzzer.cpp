@@ -20,7 +20,6 @@
 namespace {
 
 using vlvk::tool::ChromaLayout;
-using vlvk::tool::FrameSize;
 using vlvk::tool::RawFrames;
 using vlvk::tool::VideoFrame;
 
