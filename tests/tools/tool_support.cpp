@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -22,6 +23,8 @@ namespace {
   for (const std::string& word : arguments)
     words.push_back(const_cast<char*>(word.c_str()));  // NOLINT
   words.push_back(nullptr);
+  for (const int signal : {SIGHUP, SIGINT})  // which nohup and shells may have ignored, and the program would, too
+    std::signal(signal, SIG_DFL);
   execv(VLVK_TOOL_PROGRAM, words.data());
   _exit(126);
 }
