@@ -52,7 +52,7 @@ class BandRun {
   BandRun(const FrameJob& job, int band)
       : job_(job), band_(band), scratch_(bandScratch(job, band)), begin_(beginOf(job, band)), end_(endOf(job, band)) {}
 
-  /// Rows y and y + 1 with all steps, nothing of which is smoothed.
+  /// All steps but the smoothing.
   void unsmoothed() const {
     for (int y = begin_; y < end_; ++y) {
       copyRow(y);
@@ -60,14 +60,14 @@ class BandRun {
     }
   }
 
-  /// In place neighbours' boxes and its own reach rows that are finished: all are smoothed first.
+  /// The whole band is smoothed first: its boxes reach up to rows that would be overwritten already.
   void smoothedInPlace() const {
     smooth([](std::ptrdiff_t) {});
     for (int y = begin_; y < end_; ++y)
       finishAt(y);
   }
 
-  /// Otherwise a row pair is finished while it and what the box takes in lie in the cache.
+  /// A row pair is finished as soon as it is smoothed, while it lies in the cache.
   void smoothed() const {
     const int reach = job_.plan.reach;
     for (int y = begin_; y < std::min(begin_ + reach, end_); ++y)

@@ -45,7 +45,7 @@ struct FrameJob {
   PixelOrder pixelOrder;  ///< in which pixels are worked on
   AlphaRule alpha;        ///< opaque unless both source and target have alpha
 
-  bool copiesLuma;          ///< the source has no plane of luma in the form of the row loops
+  bool copiesLuma;          ///< the source's luma is none, not wide enough for the row loops, or too far apart
   int ringRows;             ///< of copied luma that a band keeps: those in the box and the next
   bool smoothsFirst;        ///< a whole band, before its rows are overwritten
   std::uint8_t* mean;       ///< smoothed luma of all bands, plan.width bytes a row, where bands are smoothed first
@@ -74,10 +74,11 @@ inline int scratchBytesPerColumn(const FrameJob& job) {
 /// The part of a frame's scratch that belongs to a band.
 BandScratch bandScratch(const FrameJob& job, int band);
 
-/// Before any row is written, where the plan is in place: saves what a band needs of rows that others write, or copy.
+/// Saves the luma rows around a band, which other bands overwrite or copy for themselves. For jobs whose plan is in
+/// place, with every band before any of them runs.
 void prepareBand(const FrameJob& job, int band);
 
-/// Takes a band through all steps, after prepareBand of all bands.
+/// Takes a band through all steps.
 void runBand(const FrameJob& job, int band);
 
 }  // namespace vlvk
