@@ -1,5 +1,5 @@
-/// The C handle against CFastEdgePreserved, and its formats against each other: ratios of frames that alternate, so
-/// that a machine whose speed drifts slows both.
+/// The C handle against CFastEdgePreserved, its formats against each other and its options against frames without:
+/// ratios of frames that alternate, so that a machine whose speed drifts slows both.
 ///
 /// `ratio` is the median over the rounds of the time of the first by the time of the second, `ratio_cpu` the same of
 /// processor time. Times are those of the first.
@@ -82,6 +82,27 @@ struct Contender {
 struct Setup {
   int threads = 1;
   int whitening = 50;
+  VlvkContrast contrast = VLVK_CONTRAST_ABSOLUTE;
+  VlvkWhiten whitenArea = VLVK_WHITEN_ALL;
+  int evenTone = 0;
+  bool hasMask = false;
+};
+
+/// A face in the middle, as a detector gives it: one value for each 8 x 8 pixels or so.
+struct FaceMask {
+  static constexpr int kWidth = 160;
+  static constexpr int kHeight = 90;
+
+  FaceMask() {
+    for (int i = 0; i < kWidth * kHeight; ++i) {
+      const int x = i % kWidth - kWidth / 2;
+      const int y = i / kWidth - kHeight / 2;
+      bytes[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(std::clamp(255 * 2 - (x * x + y * y) / 3, 0, 255));
+    }
+  }
+
+  std::vector<std::uint8_t> bytes = std::vector<std::uint8_t>(std::size_t{kWidth} * kHeight);
+  VlvkMask mask = {sizeof mask, kWidth, kHeight, kWidth, bytes.data()};
 };
 
 Contender handle(const Setup& setup, std::shared_ptr<Picture> source, std::shared_ptr<Picture> target) {
@@ -90,12 +111,18 @@ Contender handle(const Setup& setup, std::shared_ptr<Picture> source, std::share
   settings.threads = setup.threads;
   settings.whitening = setup.whitening;
   settings.radius = 20;
-  settings.contrast = VLVK_CONTRAST_ABSOLUTE;
+  settings.contrast = setup.contrast;
+  settings.whitenArea = setup.whitenArea;
+  settings.evenTone = setup.evenTone;
   VlvkMakeup* made = nullptr;
   vlvkMakeupCreate(&made, &settings);
   const std::shared_ptr<VlvkMakeup> makeup(made, vlvkMakeupDestroy);
   const bool inPlace = source == target;
-  return {[=] { return vlvkMakeupProcess(makeup.get(), &source->frame(), &target->frame(), nullptr) == VLVK_OK; },
+  const std::shared_ptr<FaceMask> face = setup.hasMask ? std::make_shared<FaceMask>() : nullptr;
+  return {[=] {
+            const VlvkMask* mask = face != nullptr ? &face->mask : nullptr;
+            return vlvkMakeupProcess(makeup.get(), &source->frame(), &target->frame(), mask) == VLVK_OK;
+          },
           [=] {
             if (inPlace) source->restore();
           }};
@@ -201,6 +228,21 @@ void addHandleBenchmarks(const std::vector<Size>& sizes) {
         "bt601_full_by_limited", size, [=] { return inPlace(size, s, VLVK_NV12, VLVK_BT601, VLVK_FULL); }, nv12);
     compare(
         "bt709_by_bt601", size, [=] { return inPlace(size, s, VLVK_NV12, VLVK_BT709); }, nv12);
+    // Each option against the same frame without it.
+    for (const bool ofPixels : {false, true}) {
+      const auto frames = [=](const Setup& setup) {
+        return
+            [=] { return ofPixels ? elsewhere(size, setup, VLVK_RGBA, VLVK_RGBA) : inPlace(size, setup, VLVK_NV12); };
+      };
+      const std::string format = ofPixels ? "_rgba" : "_nv12";
+      const Setup luma = {.whitening = 0};
+      compare("relative_by_absolute" + format, size, frames({.contrast = VLVK_CONTRAST_RELATIVE}), frames(s));
+      compare("relative_by_absolute_luma" + format, size, frames({.whitening = 0, .contrast = VLVK_CONTRAST_RELATIVE}),
+              frames(luma));
+      compare("whiten_skin_by_all" + format, size, frames({.whitenArea = VLVK_WHITEN_SKIN}), frames(s));
+      compare("mask_by_none" + format, size, frames({.hasMask = true}), frames(s));
+      compare("even_tone_by_none" + format, size, frames({.evenTone = 1000}), frames(s));
+    }
   }
 }
 

@@ -68,13 +68,13 @@ const Loop kLoops[] = {
      [](const auto& l, Rows& r) { l.slideColumnSums(r.sums.data(), r.squares.data(), r.row(0), r.row(1), r.columns); }},
     {"smoothRow", 1,
      [](const auto& l, Rows& r) {
-       l.smoothRow(r.sums.data(), r.squares.data(), r.columns, r.row(0), r.out.data(), kHalfSize,
-                   vlvk::makePixelFormula(kHalfSize, kLevel));
+       l.smoothRow[vlvk::kAbsoluteContrast](r.sums.data(), r.squares.data(), r.columns, r.row(0), r.out.data(),
+                                            kHalfSize, vlvk::makePixelFormula(kHalfSize, kLevel));
      }},
     {"smoothRowAnySums", 1,
      [](const auto& l, Rows& r) {
-       l.smoothRowAnySums(r.sums.data(), r.squares.data(), r.columns, r.row(0), r.out.data(), kHalfSize,
-                          vlvk::makePixelFormula(kHalfSize, kLevel));
+       l.smoothRowAnySums[vlvk::kAbsoluteContrast](r.sums.data(), r.squares.data(), r.columns, r.row(0), r.out.data(),
+                                                   kHalfSize, vlvk::makePixelFormula(kHalfSize, kLevel));
      }},
     {"boxSumsRow", 1,
      [](const auto& l, Rows& r) {

@@ -54,12 +54,19 @@ set(VLVK_LIBRARY_SOURCES
   engine/job_plan.cpp
   engine/job_plan.h
   engine/makeup.cpp
+  engine/mask_rows.cpp
+  engine/mask_rows.h
+  engine/pair_blend.cpp
+  engine/pair_blend.h
+  engine/plane_extent.h
   engine/row_pair.cpp
   engine/row_pair.h
   engine/settings.cpp
   engine/settings.h
   engine/skin_weights.cpp
   engine/skin_weights.h
+  engine/tone_step.cpp
+  engine/tone_step.h
   engine/versioned.h
   filter/CFastEdgePreserved.cpp
   filter/band_rows.cpp
@@ -109,6 +116,8 @@ set(VLVK_LIBRARY_SOURCES
   rows/smooth_rows.h
   rows/statistics_rows.h
   rows/target_sets.h
+  rows/tone_formula.h
+  rows/tone_rows.h
   rows/yuv_matrix.cpp
   rows/yuv_matrix.h
   rows/yuv_to_rgb_rows.h

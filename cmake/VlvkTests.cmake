@@ -144,6 +144,7 @@ endif()
 if(TARGET vlvk-makeup)
   add_executable(vlvk_tool_tests
     resource/neutral_colors.h
+    tests/engine/look_test.cpp
     tests/tools/commands/photo_test.cpp
     tests/tools/commands/table_test.cpp
     tests/tools/commands/video_test.cpp

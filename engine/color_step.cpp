@@ -1,46 +1,68 @@
 /// See color_step.h.
 #include "engine/color_step.h"
 
+#include <iterator>
+#include <numeric>
+
 #include "rows/row_loops.h"
 
 namespace vlvk {
 
 void ColorStep::buildCurves(int whitening) {
   if (whitening_ == whitening) return;
-  if (whitening > 0) {
-    buildToneCurves(whitening, curves_[0], curves_[1], curves_[2]);
-  } else {  // unlike the curves of no whitening, which take some green away
-    for (int i = 0; i < kToneCurveSize; ++i)
-      curves_[0][i] = curves_[1][i] = curves_[2][i] = static_cast<unsigned char>(i);
-  }
+  buildToneCurves(whitening, curves_[0], curves_[1], curves_[2]);
   whitening_ = whitening;
 }
 
-bool ColorStep::prepare(int whitening, const unsigned char* picture, bool pictureChanged, PixelOrder order) {
+/// Without whitening the table is the picture alone: the curves of no whitening would take some green away.
+void ColorStep::buildTable(const unsigned char* picture, int whitening) {
+  unsigned char unchanged[kToneCurveSize];
+  std::iota(std::begin(unchanged), std::end(unchanged), static_cast<unsigned char>(0));
+  const ToneCurves curves =
+      whitening > 0 ? ToneCurves{curves_[0], curves_[1], curves_[2]} : ToneCurves{unchanged, unchanged, unchanged};
+  buildColorTable(picture, curves, order_ == kRgba, table_.get());
+}
+
+bool ColorStep::prepare(int whitening, const unsigned char* picture, bool pictureChanged, bool byWeight,
+                        PixelOrder order) {
   if (picture != nullptr && table_ == nullptr) {
     table_ = Memory(static_cast<unsigned char*>(std::malloc(kColorTableSize)));
     if (table_ == nullptr) return false;
   }
   const bool sameOrder = order_ == order;
-  buildCurves(whitening);
   order_ = order;
   usesTable_ = picture != nullptr;
-  if (usesTable_ && (pictureChanged || !sameOrder || tableWhitening_ != whitening)) {
-    buildColorTable(picture, {curves_[0], curves_[1], curves_[2]}, order == kRgba, table_.get());
-    tableWhitening_ = whitening;
+  usesCurves_ = whitening > 0 && (byWeight || !usesTable_);
+  if (whitening > 0) buildCurves(whitening);
+  const int inTable = usesCurves_ ? 0 : whitening;
+  if (usesTable_ && (pictureChanged || !sameOrder || tableWhitening_ != inTable)) {
+    buildTable(picture, inTable);
+    tableWhitening_ = inTable;
   }
   return true;
 }
 
+void ColorStep::applyCurves(const std::uint8_t* pixels, std::uint8_t* changed, int columns, AlphaRule alpha) const {
+  const std::uint8_t* first = curves_[order_ == kRgba ? 0 : 2];
+  const std::uint8_t* third = curves_[order_ == kRgba ? 2 : 0];
+  rowLoops().applyCurves[alpha](pixels, changed, columns, {first, curves_[1], third});
+}
+
+void ColorStep::applyTable(std::uint8_t* pixels, int columns, AlphaRule alpha) const {
+  if (usesTable_) rowLoops().lookUpColors[alpha][order_](pixels, pixels, columns, table_.get());
+}
+
 void ColorStep::apply(std::uint8_t* pixels, int columns, AlphaRule alpha) const {
-  const RowLoops& loops = rowLoops();
-  if (usesTable_) {
-    loops.lookUpColors[alpha][order_](pixels, pixels, columns, table_.get());
-  } else {
-    const std::uint8_t* first = curves_[order_ == kRgba ? 0 : 2];
-    const std::uint8_t* third = curves_[order_ == kRgba ? 2 : 0];
-    loops.applyCurves[alpha](pixels, pixels, columns, {first, curves_[1], third});
-  }
+  applyTable(pixels, columns, alpha);
+  if (usesCurves_) applyCurves(pixels, pixels, columns, alpha);
+}
+
+void ColorStep::applyByWeight(std::uint8_t* pixels, int columns, AlphaRule alpha, const std::uint8_t* weights,
+                              std::uint8_t* scratch) const {
+  applyTable(pixels, columns, alpha);
+  if (!usesCurves_) return;
+  applyCurves(pixels, scratch, columns, alpha);
+  rowLoops().blendByWeights(pixels, scratch, pixels, weights, 4 * columns);
 }
 
 }  // namespace vlvk

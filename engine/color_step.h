@@ -20,8 +20,9 @@ class ColorStep {
   ///
   /// @param picture         kColorPictureSize bytes, or null for tone curves alone; read
   /// @param pictureChanged  `picture` holds another picture than at the call before
+  /// @param byWeight        whitening goes by weight: the curves are not in the table then, but come after it
   /// @return false, with nothing changed, when there is no memory
-  bool prepare(int whitening, const unsigned char* picture, bool pictureChanged, PixelOrder order);
+  bool prepare(int whitening, const unsigned char* picture, bool pictureChanged, bool byWeight, PixelOrder order);
 
   /// Changes a row of pixels where it stands.
   ///
@@ -29,15 +30,29 @@ class ColorStep {
   /// @param alpha    kOpaque where the pixels are, which is faster
   void apply(std::uint8_t* pixels, int columns, AlphaRule alpha) const;
 
+  /// Whether the colours go through a picture.
+  bool usesTable() const { return usesTable_; }
+
+  /// The same with whitening by weight.
+  ///
+  /// @param weights  one for each channel of each pixel, 0 .. 64
+  /// @param scratch  room for a row of pixels
+  void applyByWeight(std::uint8_t* pixels, int columns, AlphaRule alpha, const std::uint8_t* weights,
+                     std::uint8_t* scratch) const;
+
  private:
   void buildCurves(int whitening);
+  void buildTable(const unsigned char* picture, int whitening);
+  void applyCurves(const std::uint8_t* pixels, std::uint8_t* changed, int columns, AlphaRule alpha) const;
+  void applyTable(std::uint8_t* pixels, int columns, AlphaRule alpha) const;
 
   unsigned char curves_[3][kToneCurveSize] = {};  // red, green, blue
   int whitening_ = -1;                            // of the curves
   Memory table_;
-  int tableWhitening_ = -1;  // of the table; below 0: not built
+  int tableWhitening_ = -1;  // in the table; below 0: not built
   PixelOrder order_ = kRgba;
   bool usesTable_ = false;
+  bool usesCurves_ = false;
 };
 
 }  // namespace vlvk

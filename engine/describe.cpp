@@ -73,7 +73,7 @@ const char* vlvkResultText(VlvkResult result) {
     case VLVK_OVERLAP:
       return "planes share memory";
     case VLVK_BAD_SETTING:
-      return "a setting is out of its range, or not in this version";
+      return "a setting is out of its range";
     case VLVK_BAD_TABLE:
       return "no whole colour table";
     case VLVK_NO_MEMORY:

@@ -6,6 +6,7 @@
 
 #include "engine/frame_rows.h"
 #include "engine/row_pair.h"
+#include "engine/tone_step.h"
 #include "filter/band_rows.h"
 #include "kernels/smooth_plane.h"
 #include "rows/row_loops.h"
@@ -35,6 +36,17 @@ void copyLuma(const FrameJob& job, const BandScratch& scratch, int y, std::uint8
   }
   const std::uint8_t* pixels = readPixels(job.source, y, job.pixelOrder, scratch.sourcePixels[0]);
   rowLoops().pixelsToLuma[kBt601Full][job.pixelOrder](pixels, luma, job.columns());
+}
+
+/// Saves the luma rows around a band.
+void saveLuma(const FrameJob& job, int band) {
+  if (!job.copiesLuma) {
+    saveNeighbourRows(job.plan, job.source.plane[0], band, savedRowsOf(job, band));
+    return;
+  }
+  const BandScratch scratch = bandScratch(job, band);
+  saveNeighbourRows(job.plan, band, savedRowsOf(job, band),
+                    [&](int y, std::uint8_t* to) { copyLuma(job, scratch, y, to); });
 }
 
 /// Asks for a row of pixels that is wanted soon: out of memory they take longer than what is done to them.
@@ -123,16 +135,24 @@ BandScratch bandScratch(const FrameJob& job, int band) {
   BandScratch scratch{};
   scratch.begin = beginOf(job, band);
   scratch.columnSquares = take(4);  // first: the band's memory is aligned for them
+  scratch.toneSums = job.evens ? take(kToneSumBytesPerColumn) : nullptr;
   scratch.columnSums = take(2);
   for (auto*& row : scratch.luma)
     row = take(1);
   scratch.pairs = take(1);
   scratch.skinPairs = take(1);
   scratch.newPairs = take(1);
+  scratch.evenedPairs = take(1);
+  scratch.skinWeights = take(1);
+  for (auto*& row : scratch.weights)
+    row = take(1);
+  scratch.maskRow = take(1);
   for (auto*& row : scratch.sourcePixels)
     row = take(4);
   for (auto*& row : scratch.pixels)
     row = take(4);
+  scratch.whitenedPixels = take(4);
+  scratch.channelWeights = take(4);
   for (auto*& row : scratch.mean)
     row = take(1);
   scratch.lumaRing = take(job.ringRows);
@@ -140,16 +160,12 @@ BandScratch bandScratch(const FrameJob& job, int band) {
 }
 
 void prepareBand(const FrameJob& job, int band) {
-  if (!job.copiesLuma) {
-    saveNeighbourRows(job.plan, job.source.plane[0], band, savedRowsOf(job, band));
-    return;
-  }
-  const BandScratch scratch = bandScratch(job, band);
-  saveNeighbourRows(job.plan, band, savedRowsOf(job, band),
-                    [&](int y, std::uint8_t* to) { copyLuma(job, scratch, y, to); });
+  if (job.plan.inPlace) saveLuma(job, band);
+  if (job.evens) copyToneRows(job, band);
 }
 
 void runBand(const FrameJob& job, int band) {
+  if (job.evens) evenTone(job, band);
   const BandRun run(job, band);
   if (!job.smooths) {
     run.unsmoothed();

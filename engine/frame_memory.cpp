@@ -3,6 +3,8 @@
 
 #include <cstdlib>
 
+#include "engine/tone_step.h"
+
 namespace vlvk {
 
 GrowingBuffer::~GrowingBuffer() {
@@ -27,9 +29,16 @@ bool FrameMemory::prepare(FrameJob& job) {
   const CheckedSize savedBytes =
       plan.inPlace ? CheckedSize(plan.contextRows()) * 2 * plan.stride * (plan.bands - 1) : CheckedSize(0);
   const CheckedSize scratchBytes = CheckedSize(plan.width) * scratchBytesPerColumn(job) * plan.bands;
-  if (!mean_.reserve(meanBytes) || !savedRows_.reserve(savedBytes) || !scratch_.reserve(scratchBytes)) return false;
+  const CheckedSize toneBytes = job.evens ? CheckedSize(toneRowBytes(job)) * job.chromaRows() : CheckedSize(0);
+  const CheckedSize evenedBytes = job.evens ? CheckedSize(plan.width) * job.chromaRows() : CheckedSize(0);
+  if (!mean_.reserve(meanBytes) || !savedRows_.reserve(savedBytes) || !scratch_.reserve(scratchBytes) ||
+      !toneRows_.reserve(toneBytes) || !toneMeans_.reserve(evenedBytes)) {
+    return false;
+  }
   job.mean = mean_.data();
   job.savedRows = savedRows_.data();
+  job.toneRows = toneRows_.data();
+  job.toneMeans = toneMeans_.data();
   job.scratch = scratch_.data();
   return true;
 }

@@ -39,6 +39,8 @@ class FrameMemory {
  private:
   GrowingBuffer mean_;
   GrowingBuffer savedRows_;
+  GrowingBuffer toneRows_;
+  GrowingBuffer toneMeans_;
   GrowingBuffer scratch_;
 };
 

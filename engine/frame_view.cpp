@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "engine/plane_extent.h"
 #include "engine/versioned.h"
 
 namespace vlvk {
@@ -14,19 +15,10 @@ namespace {
 constexpr int kMaxSide = 65535;
 constexpr std::int32_t kOtherBt601 = 5;  // H.273 has two numbers for the same matrix
 
-/// The bytes from the first to the last one of a plane.
-struct Extent {
-  std::uintptr_t begin;
-  std::uintptr_t end;
-
-  bool overlaps(const Extent& other) const { return begin < other.end && other.begin < end; }
-};
-
-Extent extentOf(const FrameView& frame, int plane) {
-  const auto begin = reinterpret_cast<std::uintptr_t>(frame.plane[plane]);
-  const auto lastRow = static_cast<std::uintptr_t>(frame.format->rows(plane, frame.height) - 1);
-  return {begin, begin + lastRow * static_cast<std::uintptr_t>(frame.stride[plane]) +
-                     static_cast<std::uintptr_t>(frame.format->rowBytes(plane, frame.width))};
+PlaneExtent extentOfPlane(const FrameView& frame, int plane) {
+  const FrameFormat& format = *frame.format;
+  return extentOf(frame.plane[plane], planeBytes(frame.stride[plane], format.rowBytes(plane, frame.width),
+                                                 format.rows(plane, frame.height)));
 }
 
 bool readColorimetry(const VlvkFrame& frame, Colorimetry& colors) {
@@ -52,10 +44,8 @@ VlvkResult checkPlane(const VlvkFrame& frame, const FrameFormat& format, int pla
     reason.say("plane %d: stride %d, a row has %d bytes", plane, frame.stride[plane], static_cast<int>(rowBytes));
     return VLVK_BAD_STRIDE;
   }
-  // A plane that runs past the end of the address space is none.
-  const std::int64_t bytes = std::int64_t{frame.stride[plane]} * (format.rows(plane, frame.height) - 1) + rowBytes;
-  if (bytes > PTRDIFF_MAX ||
-      static_cast<std::uintptr_t>(bytes) > UINTPTR_MAX - reinterpret_cast<std::uintptr_t>(frame.plane[plane])) {
+  const std::int64_t bytes = planeBytes(frame.stride[plane], rowBytes, format.rows(plane, frame.height));
+  if (!fitsMemory(frame.plane[plane], bytes)) {
     reason.say("plane %d: %lld bytes do not fit the memory from its address on", plane, static_cast<long long>(bytes));
     return VLVK_BAD_SIZE;
   }
@@ -121,16 +111,23 @@ bool isInPlace(const FrameView& source, const FrameView& target) {
   return true;
 }
 
+bool overlapsPlanes(const FrameView& frame, const PlaneExtent& extent) {
+  for (int plane = 0; plane < frame.format->planes; ++plane) {
+    if (extent.overlaps(extentOfPlane(frame, plane))) return true;
+  }
+  return false;
+}
+
 VlvkResult checkPair(const FrameView& source, const FrameView& target) {
   if (source.width != target.width || source.height != target.height) return VLVK_BAD_SIZE;
   const bool inPlace = isInPlace(source, target);
   for (int t = 0; t < target.format->planes; ++t) {
-    const Extent extent = extentOf(target, t);
+    const PlaneExtent extent = extentOfPlane(target, t);
     for (int other = 0; other < t; ++other) {
-      if (extent.overlaps(extentOf(target, other))) return VLVK_OVERLAP;
+      if (extent.overlaps(extentOfPlane(target, other))) return VLVK_OVERLAP;
     }
     for (int s = 0; s < source.format->planes && !inPlace; ++s) {
-      if (extent.overlaps(extentOf(source, s))) return VLVK_OVERLAP;
+      if (extent.overlaps(extentOfPlane(source, s))) return VLVK_OVERLAP;
     }
   }
   return VLVK_OK;

@@ -7,6 +7,7 @@
 
 #include <vlvk/makeup.h>
 #include "engine/frame_format.h"
+#include "engine/plane_extent.h"
 #include "rows/colorimetry.h"
 
 namespace vlvk {
@@ -51,6 +52,9 @@ VlvkResult checkFrame(const VlvkFrame* given, FrameView& view, Reason& reason);
 /// Checks how target and source stand to each other: same size, and planes that share memory only where the target is
 /// the source.
 VlvkResult checkPair(const FrameView& source, const FrameView& target);
+
+/// Whether a plane of the frame shares memory with a plane of something else.
+bool overlapsPlanes(const FrameView& frame, const PlaneExtent& extent);
 
 /// Whether the target is the source: the same planes with the same strides, format, matrix and range.
 bool isInPlace(const FrameView& source, const FrameView& target);

@@ -11,19 +11,42 @@ namespace vlvk {
 
 namespace {
 
-/// The level of the pixel formula for a softening of 0 .. 1000.
-int softenLevel(const VlvkSettings& settings) {
-  return 600 * settings.softening / 1000;
+/// The end of the settings of softening and evening.
+constexpr int kFullSetting = 1000;
+
+/// The level of the pixel formula for a softening.
+int formulaLevel(std::int32_t softening) {
+  return 600 * softening / kFullSetting;
 }
 
-/// Full range has 255 levels of luma for 219 of limited range. Contrast means the same in both when the constants,
-/// which are compared with a variance, grow by the square of that.
-PixelFormula formulaFor(int reach, int level, Colorimetry colors) {
-  PixelFormula formula = makePixelFormula(reach - 1, level);
-  const float levels = static_cast<float>(lumaLevels(colors)) / static_cast<float>(lumaLevels(kBt601Limited));
-  formula.bias *= levels * levels;
-  formula.strength *= levels * levels;
-  return formula;
+PixelFormula formulaFor(int reach, int level, std::int32_t contrast, Colorimetry colors) {
+  const bool fullRange = isFullRange(colors);
+  const PixelFormula formula = makePixelFormula(reach - 1, level);
+  const PixelFormula ranged = fullRange ? ofFullRange(formula) : formula;
+  return contrast == VLVK_CONTRAST_RELATIVE ? withRelativeContrast(ranged, fullRange) : ranged;
+}
+
+/// Chroma of full range has 255 levels for 224 of limited range.
+ToneFormula toneFormulaFor(int reach, int evenTone, std::int32_t contrast, Colorimetry colors) {
+  const float levels = static_cast<float>(chromaLevels(colors)) / static_cast<float>(chromaLevels(kBt601Limited));
+  PixelFormula luma = formulaFor(reach, formulaLevel(kFullSetting), contrast, colors);
+  luma.strength *= kToneStrength;
+  luma.strengthOfBias *= kToneStrength;
+  return {luma, static_cast<float>(evenTone) / kFullSetting, kFarthestTone * (levels * levels) / luma.bias};
+}
+
+/// The radius of the settings in whole groups of 8 columns.
+///
+/// Automatic: faces fill about the same part of the frames of a camera, and what disturbs in them grows alike.
+int reachFor(std::int32_t radius, const FrameView& frame) {
+  if (radius != VLVK_RADIUS_AUTO) return roundUpTo8(radius);
+  constexpr int kShare = 30;
+  constexpr int kLargestOfFastForm = 64;
+  constexpr int kLargestShorterSide = 2160;
+  constexpr int kLargest = 128;
+  const int shorter = std::min(frame.width, frame.height);
+  if (shorter > kLargestShorterSide) return kLargest;
+  return std::clamp(roundUpTo8(shorter / kShare), 8, kLargestOfFastForm);
 }
 
 /// Rows that are saved lie as far apart as the frame's: with wide gaps a copy of its luma takes less memory.
@@ -37,19 +60,12 @@ int bandsFor(const VlvkSettings& settings, int height) {
   return std::min({wanted, kMostBands, (height + 7) / 8});
 }
 
-}  // namespace
-
-FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSettings& settings, KeptSkinWeights& skin,
-                 const ColorStep* colors) {
-  FrameJob job{};
-  job.source = source;
-  job.target = target;
-  job.inPlace = isInPlace(source, target);
-  job.colors = colors;
-
+/// Luma, its smoothing and the cut into bands.
+void planLuma(FrameJob& job, const VlvkSettings& settings) {
+  const FrameView& source = job.source;
   const bool isYuv = source.format->isYuv();
-  const int level = softenLevel(settings);
-  const int reach = roundUpTo8(settings.radius);
+  const int level = formulaLevel(settings.softening);
+  const int reach = reachFor(settings.radius, source);
   const int columns = paddedColumns(source.width);
   job.smooths = level > 0 && reach > 0;
   job.copiesLuma = isYuv ? source.width != columns || wastesSavedRows(job, columns) : job.smooths;
@@ -62,10 +78,35 @@ FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSet
   job.smoothsFirst = job.smooths && job.inPlace && !job.copiesLuma;
   // Rows y - reach + 1 .. y + reach are in use at a time; without smoothing a row pair.
   job.ringRows = !job.copiesLuma ? 0 : job.smooths ? 2 * reach : 2;
-  job.formula = formulaFor(reach, level, source.colors);
-  // Skin of pixels is measured in chroma of limited range, as row_pair.cpp makes it of them.
-  job.skin = isYuv ? &skin.of(source.colors, source.format->chromaOrder) : &skin.of(kBt601Limited, kUThenV);
+  job.formula = formulaFor(reach, level, settings.contrast, source.colors);
+}
 
+/// Skin and its tone. Of pixels both are measured in YUV of limited range, as row_pair.cpp and tone_step.cpp make it of
+/// them.
+void planSkin(FrameJob& job, const VlvkSettings& settings, KeptSkinWeights& skin) {
+  const bool isYuv = job.source.format->isYuv();
+  const Colorimetry measured = isYuv ? job.source.colors : kBt601Limited;
+  job.skin = &skin.of(measured, isYuv ? job.source.format->chromaOrder : kUThenV);
+  job.whitensSkin = settings.whitenArea == VLVK_WHITEN_SKIN && settings.whitening > 0;
+  job.evens = settings.evenTone > 0 && job.plan.reach > 0;
+  job.toneReach = job.plan.reach / 2;
+  if (job.evens) job.toneFormula = toneFormulaFor(job.toneReach, settings.evenTone, settings.contrast, measured);
+}
+
+}  // namespace
+
+FrameJob planJob(const FrameView& source, const FrameView& target, const MaskView& mask, const VlvkSettings& settings,
+                 KeptSkinWeights& skin, const ColorStep* colors) {
+  FrameJob job{};
+  job.source = source;
+  job.target = target;
+  job.inPlace = isInPlace(source, target);
+  job.mask = mask;
+  job.colors = colors;
+  planLuma(job, settings);
+  planSkin(job, settings, skin);
+
+  const bool isYuv = source.format->isYuv();
   const bool toYuv = target.format->isYuv();
   job.hasMatrix = isYuv && toYuv && source.colors != target.colors;
   job.matrix = makeYuvMatrix(source.colors, source.format->chromaOrder, target.colors, target.format->chromaOrder);
@@ -75,7 +116,7 @@ FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSet
 }
 
 bool leavesFrame(const FrameJob& job) {
-  if (!job.inPlace || job.smooths || job.colors != nullptr) return false;
+  if (!job.inPlace || job.smooths || job.evens || job.colors != nullptr) return false;
   return job.source.format->pixelBytes != 4 || job.alpha == kKeepAlpha;  // X becomes 255
 }
 

@@ -11,8 +11,8 @@ namespace vlvk {
 ///
 /// @param skin    lives as long as the job
 /// @param colors  the change of colours, null for none
-FrameJob planJob(const FrameView& source, const FrameView& target, const VlvkSettings& settings, KeptSkinWeights& skin,
-                 const ColorStep* colors);
+FrameJob planJob(const FrameView& source, const FrameView& target, const MaskView& mask, const VlvkSettings& settings,
+                 KeptSkinWeights& skin, const ColorStep* colors);
 
 /// Whether the result of a frame in place is the frame as it is.
 bool leavesFrame(const FrameJob& job);

@@ -74,25 +74,28 @@ struct VlvkMakeup {
     return settings;
   }
 
-  VlvkResult process(const FrameView& source, const FrameView& target);
+  VlvkResult process(const FrameView& source, const FrameView& target, const vlvk::MaskView& mask);
 };
 
-VlvkResult VlvkMakeup::process(const FrameView& source, const FrameView& target) {
+VlvkResult VlvkMakeup::process(const FrameView& source, const FrameView& target, const vlvk::MaskView& mask) {
   const vlvk::MutexLock lock(frames);
   const VlvkSettings now = takeChanges();
   const bool changesColors = vlvk::ColorStep::isNeeded(now.whitening, picture.get());
-  FrameJob job = vlvk::planJob(source, target, now, skin, changesColors ? &colors : nullptr);
+  FrameJob job = vlvk::planJob(source, target, mask, now, skin, changesColors ? &colors : nullptr);
   if (vlvk::leavesFrame(job)) return VLVK_OK;
   if (!memory.prepare(job)) return VLVK_NO_MEMORY;
   if (changesColors) {
-    if (!colors.prepare(now.whitening, picture.get(), tablesOutdated, job.pixelOrder)) return VLVK_NO_MEMORY;
+    if (!colors.prepare(now.whitening, picture.get(), tablesOutdated, job.whitensSkin, job.pixelOrder))
+      return VLVK_NO_MEMORY;
     tablesOutdated = false;
   }
-  if (job.plan.inPlace && job.copiesLuma) {
-    eachBand(job, vlvk::prepareBand);
-  } else if (job.plan.inPlace) {  // mere copies: not worth a thread
-    for (int band = 0; band < job.plan.bands; ++band)
-      vlvk::prepareBand(job, band);
+  if (vlvk::needsPreparing(job)) {
+    if (job.copiesLuma || job.evens) {
+      eachBand(job, vlvk::prepareBand);
+    } else {  // mere copies: not worth a thread
+      for (int band = 0; band < job.plan.bands; ++band)
+        vlvk::prepareBand(job, band);
+    }
   }
   eachBand(job, vlvk::runBand);
   return VLVK_OK;
@@ -156,6 +159,7 @@ VlvkResult vlvkMakeupProcess(VlvkMakeup* makeup, const VlvkFrame* source, const 
   VlvkResult result = vlvk::checkFrame(source, from, noReason);
   if (result == VLVK_OK) result = vlvk::checkFrame(target, to, noReason);
   if (result == VLVK_OK) result = vlvk::checkPair(from, to);
-  if (result == VLVK_OK && mask != nullptr) result = VLVK_BAD_SETTING;
-  return result == VLVK_OK ? makeup->process(from, to) : result;
+  vlvk::MaskView limits{};
+  if (result == VLVK_OK) result = vlvk::checkMask(mask, to, limits);
+  return result == VLVK_OK ? makeup->process(from, to, limits) : result;
 }

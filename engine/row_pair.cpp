@@ -1,10 +1,13 @@
 /// See row_pair.h.
 ///
-///     YUV     luma, smoothed luma, chroma -> blend ->  - the same colorimetry: written as it is
-///                                                      - another one: through a matrix
-///                                                      - pixels -> colours -> written, or back to YUV
-///     pixels  luma, smoothed luma, chroma of the pixels -> blend -> what luma gained is added to the pixels
-///                                                                -> colours -> written, or to YUV
+///     YUV     luma, chroma, both as smoothed -> blend ->  - the same colorimetry: written as it is
+///                                                         - another one: through a matrix
+///                                                         - pixels -> colours -> written, or back to YUV;
+///                                                           whitening of skin alone then goes by weight
+///     pixels  their luma and chroma, as smoothed -> blend -> what both gained is added to the pixels
+///                                                         -> colours -> written, or to YUV
+///
+/// The blend goes by the weight of skin, which a mask may limit.
 #include "engine/row_pair.h"
 
 #include <algorithm>
@@ -12,29 +15,31 @@
 #include <cstring>
 
 #include "engine/frame_rows.h"
+#include "engine/pair_blend.h"
 #include "rows/row_loops.h"
 
 namespace vlvk {
 
 namespace {
 
-/// Two rows; the same one twice at the odd end of a frame.
-template <class Byte>
-struct Rows {
-  Byte* first;
-  Byte* second;
+/// Luma of a row pair with its chroma.
+struct YuvRows {
+  ConstRows luma;
+  const std::uint8_t* pairs;
 };
-using ConstRows = Rows<const std::uint8_t>;
-using MutableRows = Rows<std::uint8_t>;
 
 /// The row pair in work.
 class RowPair {
  public:
   RowPair(const FrameJob& job, const BandScratch& scratch, int y)
-      : job_(job), scratch_(scratch), loops_(rowLoops()), y_{y, std::min(y + 1, job.source.height - 1)} {}
+      : job_(job),
+        scratch_(scratch),
+        loops_(rowLoops()),
+        y_{y, std::min(y + 1, job.source.height - 1)},
+        blend_(job, scratch, y_[0], y_[1]) {}
 
-  void runYuv() const;
-  void runPixels() const;
+  void runYuv();
+  void runPixels();
 
  private:
   int columns() const { return job_.columns(); }
@@ -53,38 +58,39 @@ class RowPair {
     return {first, count() == 1 ? first : pixelsToWrite(job_.target, y_[1], scratch_.pixels[1])};
   }
 
-  /// Luma mixed with its smoothed self, into `out`.
-  void blend(const std::uint8_t* pairs, MutableRows out) const;
   void changeColors(MutableRows pixels) const;
   void repeatLastPixel(MutableRows pixels) const;
-  void yuvToPixels(ConstRows luma, const std::uint8_t* pairs) const;
-  void yuvToYuv(ConstRows luma, const std::uint8_t* pairs) const;
+  const std::uint8_t* inTargetOrder(const std::uint8_t* pairs, std::uint8_t* scratch) const;
+  YuvRows asTarget(const YuvRows& rows, MutableRows lumaScratch, std::uint8_t* pairsScratch) const;
+  void toPixels(const YuvRows& rows, MutableRows pixels) const;
+  void toYuv(MutableRows pixels, MutableRows luma, std::uint8_t* pairs) const;
+  void yuvToYuv(const YuvRows& rows) const;
+  void yuvByPixels(const YuvRows& rows) const;
+  void whitenSkin(const YuvRows& rows) const;
+  void shiftPixels(ConstRows source, MutableRows pixels);
+  void writeMeansAsYuv(MutableRows pixels) const;
   void writeLumaRows(ConstRows luma) const;
-  void writePairs(const std::uint8_t* pairs) const;
   void writePixelRows(ConstRows pixels) const;
 
   const FrameJob& job_;
   const BandScratch& scratch_;
   const RowLoops& loops_;
   int y_[2];
+  PairBlend blend_;
 };
-
-void RowPair::blend(const std::uint8_t* pairs, MutableRows out) const {
-  const SkinWeights& skin = *job_.skin;
-  if (skin.isTurned) {
-    loops_.convertChroma(pairs, scratch_.skinPairs, columns(), skin.turn);
-    pairs = scratch_.skinPairs;
-  }
-  const ConstRows luma = lumaRows();
-  const MutableRows mean = meanRows();
-  loops_.blendRowPair(luma.first, luma.second, mean.first, mean.second, out.first, out.second, pairs, columns(),
-                      skin.weights, skin.centre);
-}
 
 void RowPair::changeColors(MutableRows pixels) const {
   if (job_.colors == nullptr) return;
-  job_.colors->apply(pixels.first, columns(), job_.alpha);
-  if (count() == 2) job_.colors->apply(pixels.second, columns(), job_.alpha);
+  const auto change = [&](std::uint8_t* row, const std::uint8_t* weights) {
+    if (job_.whitensSkin) {
+      loops_.repeatForChannels(weights, scratch_.channelWeights, columns());
+      job_.colors->applyByWeight(row, columns(), job_.alpha, scratch_.channelWeights, scratch_.whitenedPixels);
+    } else {
+      job_.colors->apply(row, columns(), job_.alpha);
+    }
+  };
+  change(pixels.first, blend_.weights().first);
+  if (count() == 2) change(pixels.second, blend_.weights().second);
 }
 
 /// The last block of an odd width has one column of the frame: the one past it is smoothed by another box.
@@ -105,97 +111,130 @@ void RowPair::writePixelRows(ConstRows pixels) const {
   if (count() == 2) writePixels(job_.target, y_[1], pixels.second);
 }
 
-/// Chroma of the source, in the order of the source, as chroma of the target.
-void RowPair::writePairs(const std::uint8_t* pairs) const {
-  if (job_.source.format->chromaOrder == job_.target.format->chromaOrder) {
-    writeChroma(job_.target, chromaRow(), pairs);
-    return;
-  }
+/// Chroma in the order of the target.
+const std::uint8_t* RowPair::inTargetOrder(const std::uint8_t* pairs, std::uint8_t* scratch) const {
+  if (job_.source.format->chromaOrder == job_.target.format->chromaOrder) return pairs;
   for (int i = 0; i < columns(); i += 2) {
-    scratch_.newPairs[i] = pairs[i + 1];
-    scratch_.newPairs[i + 1] = pairs[i];
+    scratch[i] = pairs[i + 1];
+    scratch[i + 1] = pairs[i];
   }
-  writeChroma(job_.target, chromaRow(), scratch_.newPairs);
+  return scratch;
 }
 
-/// Without a change of colours.
-void RowPair::yuvToYuv(ConstRows luma, const std::uint8_t* pairs) const {
-  if (job_.hasMatrix) {
-    const MutableRows out = lumaRowsToWrite();
-    loops_.convertLuma(luma.first, pairs, out.first, columns(), job_.matrix);
-    if (count() == 2) loops_.convertLuma(luma.second, pairs, out.second, columns(), job_.matrix);
-    writeLumaRows({out.first, out.second});
-    std::uint8_t* newPairs = chromaToWrite(job_.target, chromaRow(), scratch_.newPairs);
-    loops_.convertChroma(pairs, newPairs, columns(), job_.matrix);
-    writeChroma(job_.target, chromaRow(), newPairs);
-    return;
-  }
-  writeLumaRows(luma);
-  if (!job_.inPlace) writePairs(pairs);
+/// Rows of the source as rows of the target, without a change of colours.
+YuvRows RowPair::asTarget(const YuvRows& rows, MutableRows lumaScratch, std::uint8_t* pairsScratch) const {
+  if (!job_.hasMatrix) return {rows.luma, inTargetOrder(rows.pairs, pairsScratch)};
+  loops_.convertLuma(rows.luma.first, rows.pairs, lumaScratch.first, columns(), job_.matrix);
+  if (count() == 2) loops_.convertLuma(rows.luma.second, rows.pairs, lumaScratch.second, columns(), job_.matrix);
+  loops_.convertChroma(rows.pairs, pairsScratch, columns(), job_.matrix);
+  return {{lumaScratch.first, lumaScratch.second}, pairsScratch};
 }
 
-/// By way of pixels.
-void RowPair::yuvToPixels(ConstRows luma, const std::uint8_t* pairs) const {
+void RowPair::yuvToYuv(const YuvRows& rows) const {
+  const YuvRows out = asTarget(rows, lumaRowsToWrite(), chromaToWrite(job_.target, chromaRow(), scratch_.newPairs));
+  writeLumaRows(out.luma);
+  if (job_.hasMatrix || !job_.inPlace || job_.evens) writeChroma(job_.target, chromaRow(), out.pairs);
+}
+
+void RowPair::toPixels(const YuvRows& rows, MutableRows pixels) const {
+  const auto convert = loops_.yuvToPixels[job_.source.colors][job_.source.format->chromaOrder][job_.pixelOrder];
+  convert(rows.luma.first, rows.luma.second, rows.pairs, pixels.first, pixels.second, columns());
+}
+
+void RowPair::toYuv(MutableRows pixels, MutableRows luma, std::uint8_t* pairs) const {
+  const auto convert = loops_.pixelsToYuv[job_.target.colors][job_.target.format->chromaOrder][job_.pixelOrder];
+  convert(pixels.first, pixels.second, luma.first, luma.second, pairs, columns());
+}
+
+void RowPair::yuvByPixels(const YuvRows& rows) const {
   const MutableRows pixels = pixelRowsToWrite();
-  const ChromaOrder order = job_.source.format->chromaOrder;
-  loops_.yuvToPixels[job_.source.colors][order][job_.pixelOrder](luma.first, luma.second, pairs, pixels.first,
-                                                                 pixels.second, columns());
+  toPixels(rows, pixels);
   changeColors(pixels);
   if (!job_.target.format->isYuv()) {
     writePixelRows({pixels.first, pixels.second});
     return;
   }
-  const FrameFormat& format = *job_.target.format;
-  const MutableRows out = lumaRowsToWrite();
-  std::uint8_t* newPairs = chromaToWrite(job_.target, chromaRow(), scratch_.newPairs);
-  loops_.pixelsToYuv[job_.target.colors][format.chromaOrder][job_.pixelOrder](pixels.first, pixels.second, out.first,
-                                                                              out.second, newPairs, columns());
-  writeLumaRows({out.first, out.second});
-  writeChroma(job_.target, chromaRow(), newPairs);
+  const MutableRows luma = lumaRowsToWrite();
+  std::uint8_t* pairs = chromaToWrite(job_.target, chromaRow(), scratch_.newPairs);
+  toYuv(pixels, luma, pairs);
+  writeLumaRows({luma.first, luma.second});
+  writeChroma(job_.target, chromaRow(), pairs);
 }
 
-void RowPair::runYuv() const {
-  const bool needsPairs = job_.smooths || job_.hasPixels() || !job_.inPlace;
+/// Whitens everything by way of pixels and mixes that in: what is no skin keeps its bytes, which a way through pixels
+/// would not leave as they are.
+void RowPair::whitenSkin(const YuvRows& rows) const {
+  toPixels(rows, {scratch_.pixels[0], scratch_.pixels[count() - 1]});
+  for (int i = 0; i < count(); ++i)
+    job_.colors->apply(scratch_.pixels[i], columns(), job_.alpha);
+  const std::ptrdiff_t row = columns();
+  std::uint8_t* first = scratch_.whitenedPixels;  // no pixels here, but room for three rows
+  const MutableRows whitened{first, count() == 1 ? first : first + row};
+  std::uint8_t* whitenedPairs = first + 2 * row;
+  toYuv({scratch_.pixels[0], scratch_.pixels[count() - 1]}, whitened, whitenedPairs);
+
+  const ConstRows weights = blend_.weights();
+  const MutableRows luma = lumaRowsToWrite();
+  std::uint8_t* pairs = chromaToWrite(job_.target, chromaRow(), scratch_.newPairs);
+  const YuvRows before = asTarget(rows, luma, scratch_.skinPairs);
+  loops_.blendByWeights(before.luma.first, whitened.first, luma.first, weights.first, columns());
+  if (count() == 2) {
+    loops_.blendByWeights(before.luma.second, whitened.second, luma.second, weights.second, columns());
+  }
+  loops_.mixPairs(before.pairs, whitenedPairs, weights.first, weights.second, pairs, columns());
+  writeLumaRows({luma.first, luma.second});
+  writeChroma(job_.target, chromaRow(), pairs);
+}
+
+void RowPair::runYuv() {
+  const bool needsPairs = blend_.isNeeded() || job_.hasPixels() || !job_.inPlace;
   const std::uint8_t* pairs = needsPairs ? readChroma(job_.source, chromaRow(), scratch_.pairs) : nullptr;
   ConstRows luma = lumaRows();
+  if (blend_.isNeeded()) blend_.findSkin(pairs);
   if (job_.smooths) {
     const bool isLast = !job_.hasPixels() && !job_.hasMatrix;
     const MutableRows out = isLast ? lumaRowsToWrite() : meanRows();
-    blend(pairs, out);
+    blend_.luma(lumaRows(), meanRows(), out);
     luma = {out.first, out.second};
   }
-  if (job_.hasPixels()) {
-    yuvToPixels(luma, pairs);
+  const YuvRows rows{luma, blend_.chroma(pairs)};
+  if (!job_.hasPixels()) {
+    yuvToYuv(rows);
+  } else if (job_.whitensSkin && job_.target.format->isYuv() && !job_.colors->usesTable()) {
+    whitenSkin(rows);
   } else {
-    yuvToYuv(luma, pairs);
+    yuvByPixels(rows);
   }
 }
 
-void RowPair::runPixels() const {
-  const auto read = [&](int i) { return readPixels(job_.source, y_[i], job_.pixelOrder, scratch_.sourcePixels[i]); };
-  const std::uint8_t* first = read(0);
-  const ConstRows source{first, count() == 1 ? first : read(1)};
+/// Pixels with what their luma and chroma gain.
+void RowPair::shiftPixels(ConstRows source, MutableRows pixels) {
   // Without smoothing luma gains nothing: any row will do, against itself.
   ConstRows luma{scratch_.luma[0], scratch_.luma[0]};
   ConstRows newLuma = luma;
-  if (job_.smooths) {
+  if (blend_.isNeeded()) {
     loops_.pixelsToChroma[kBt601Limited][kUThenV][job_.pixelOrder](source.first, source.second, scratch_.pairs,
                                                                    columns());
+    blend_.findSkin(scratch_.pairs);
+  }
+  if (job_.smooths) {
     luma = lumaRows();
     const MutableRows out = meanRows();
-    blend(scratch_.pairs, out);
+    blend_.luma(luma, out, out);
     newLuma = {out.first, out.second};
   }
-  const MutableRows pixels = pixelRowsToWrite();
-  loops_.shiftPixels[job_.alpha](source.first, luma.first, newLuma.first, pixels.first, columns());
-  if (count() == 2) {
-    loops_.shiftPixels[job_.alpha](source.second, luma.second, newLuma.second, pixels.second, columns());
-  }
-  changeColors(pixels);
-  if (!job_.target.format->isYuv()) {
-    writePixelRows({pixels.first, pixels.second});
-    return;
-  }
+  const auto shift = loops_.shiftPixels[job_.alpha];
+  shift(source.first, luma.first, newLuma.first, pixels.first, columns());
+  if (count() == 2) shift(source.second, luma.second, newLuma.second, pixels.second, columns());
+  if (!job_.evens) return;
+  const std::uint8_t* newPairs = blend_.chroma(scratch_.pairs);
+  const auto shiftChroma = loops_.shiftChroma[job_.pixelOrder];
+  shiftChroma(scratch_.pairs, newPairs, pixels.first, columns());
+  if (count() == 2) shiftChroma(scratch_.pairs, newPairs, pixels.second, columns());
+}
+
+/// Pixels with colours of their own in full resolution: chroma of the mean of each block.
+void RowPair::writeMeansAsYuv(MutableRows pixels) const {
   const FrameFormat& format = *job_.target.format;
   const auto toLuma = loops_.pixelsToLuma[job_.target.colors][job_.pixelOrder];
   const MutableRows out = lumaRowsToWrite();
@@ -209,10 +248,23 @@ void RowPair::runPixels() const {
   writeChroma(job_.target, chromaRow(), newPairs);
 }
 
+void RowPair::runPixels() {
+  const auto read = [&](int i) { return readPixels(job_.source, y_[i], job_.pixelOrder, scratch_.sourcePixels[i]); };
+  const std::uint8_t* first = read(0);
+  const MutableRows pixels = pixelRowsToWrite();
+  shiftPixels({first, count() == 1 ? first : read(1)}, pixels);
+  changeColors(pixels);
+  if (job_.target.format->isYuv()) {
+    writeMeansAsYuv(pixels);
+  } else {
+    writePixelRows({pixels.first, pixels.second});
+  }
+}
+
 }  // namespace
 
 void runRowPair(const FrameJob& job, const BandScratch& scratch, int y) {
-  const RowPair pair(job, scratch, y);
+  RowPair pair(job, scratch, y);
   if (job.source.format->isYuv()) {
     pair.runYuv();
   } else {

@@ -20,10 +20,10 @@ struct Limits {
 constexpr Limits kLimits[] = {
     {&VlvkSettings::whitening, 0, 100},
     {&VlvkSettings::softening, 0, 1000},
-    {&VlvkSettings::radius, 0, 128},
-    {&VlvkSettings::contrast, VLVK_CONTRAST_ABSOLUTE, VLVK_CONTRAST_ABSOLUTE},
-    {&VlvkSettings::whitenArea, VLVK_WHITEN_ALL, VLVK_WHITEN_ALL},
-    {&VlvkSettings::evenTone, 0, 0},
+    {&VlvkSettings::radius, VLVK_RADIUS_AUTO, 128},
+    {&VlvkSettings::contrast, VLVK_CONTRAST_RELATIVE, VLVK_CONTRAST_ABSOLUTE},
+    {&VlvkSettings::whitenArea, VLVK_WHITEN_ALL, VLVK_WHITEN_SKIN},
+    {&VlvkSettings::evenTone, 0, 1000},
     {&VlvkSettings::threads, 0, kMostBands},
 };
 
@@ -34,8 +34,8 @@ VlvkSettings defaultSettings() {
   settings.size = sizeof settings;
   settings.whitening = 50;
   settings.softening = 1000;
-  settings.radius = 20;
-  settings.contrast = VLVK_CONTRAST_ABSOLUTE;
+  settings.radius = VLVK_RADIUS_AUTO;
+  settings.contrast = VLVK_CONTRAST_RELATIVE;
   return settings;
 }
 

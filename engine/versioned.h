@@ -15,6 +15,7 @@ namespace vlvk {
 /// Sizes of version 1, up to the last member that structures had then. They stay when members are added.
 inline constexpr std::size_t kFirstFrameSize = offsetof(VlvkFrame, stride) + sizeof(VlvkFrame::stride);
 inline constexpr std::size_t kFirstSettingsSize = offsetof(VlvkSettings, threads) + sizeof(VlvkSettings::threads);
+inline constexpr std::size_t kFirstMaskSize = offsetof(VlvkMask, plane) + sizeof(VlvkMask::plane);
 
 /// More than any structure will have: a larger size is that of something else.
 inline constexpr std::size_t kLargestStructure = 4096;

@@ -1,11 +1,12 @@
-/// Any frames through handles, of any formats, colorimetries, strides and settings, on any target: every byte must be
-/// the one of the naive model. Handles are kept from input to input, small frames with small changes of settings for
-/// most.
+/// Any frames through handles, of any formats, colorimetries, strides, masks and settings, on any target: every byte
+/// must be the one of the naive model. Handles are kept from input to input, small frames with small changes of
+/// settings for most.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 
 #include "fuzz/frame_steps.h"
 #include "fuzz/input.h"
@@ -44,6 +45,12 @@ struct Step {
     if (input.byte() % 4 != 0) settings.softening = 1000;
     for (const auto& plane : source.planes)
       fuzz::fillWithInput(input, plane);
+    const int kind = input.byte();
+    settings.contrast = kind & 1;
+    settings.whitenArea = kind / 2 & 1;
+    if ((kind & 4) != 0) settings.evenTone = input.between(1, 1000);
+    if ((kind & 56) == 8) settings.radius = VLVK_RADIUS_AUTO;
+    if ((kind & 192) == 64) mask.emplace(input.between(1, 70), input.between(1, 50), random);
   }
 
   int from, to;
@@ -51,6 +58,7 @@ struct Step {
   makeup_rig::Random random;
   Picture source, target;
   VlvkSettings settings;
+  std::optional<makeup_rig::Mask> mask;
 };
 
 }  // namespace
@@ -71,6 +79,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Engine& engine = isSlow ? own : keptEngine(target * 4 + hasTable * (2 + isBgr), hasTable);
     if (!isSlow && hasTable) step.settings.whitening = engine.settings.whitening;
     engine.put(step.settings);
+    engine.mask = step.mask ? &step.mask->mask : nullptr;
     const std::string wrong = engine.check(step.source, step.inPlace ? step.source : step.target);
     if (!wrong.empty()) fuzz::fail(vlvk::rowLoops().name + (": " + wrong));
   }

@@ -112,6 +112,7 @@ void MeanLineEx_Neon(unsigned short* columnSums, unsigned int* columnSquares, co
 void MeanLine_Neon(const unsigned short* columnSums, const unsigned int* columnSquares, int width,
                    const unsigned char* source, unsigned char* destination, int halfSize, int level) {
   // The sums are the caller's own and need not stem from samples.
-  vlvk::rowLoops().smoothRowAnySums(columnSums, columnSquares, vlvk::wholeGroups(width), source, destination, halfSize,
-                                    vlvk::makePixelFormula(halfSize, level));
+  const auto smoothRow = vlvk::rowLoops().smoothRowAnySums[vlvk::kAbsoluteContrast];
+  smoothRow(columnSums, columnSquares, vlvk::wholeGroups(width), source, destination, halfSize,
+            vlvk::makePixelFormula(halfSize, level));
 }

@@ -4,7 +4,8 @@
 namespace vlvk {
 
 RowLoops::SmoothRow smoothRowFor(int halfSize, const PixelFormula& formula) {
-  return sumsFitFastForm(halfSize, formula) ? rowLoops().smoothRow : rowLoops().smoothRowAnySums;
+  const RowLoops& loops = rowLoops();
+  return sumsFitFastForm(halfSize, formula) ? loops.smoothRow[formula.rule] : loops.smoothRowAnySums[formula.rule];
 }
 
 void smoothRows(const NarrowColumnSums& columns, const BoxRows& rows, int reach, const PixelFormula& formula,

@@ -14,9 +14,10 @@
 #include "rows/pixel_rows.h"
 // Builds on the scan.
 #include "rows/smooth_rows.h"
-// Builds on the scan and the formula.
+// Build on the scan and the formula.
 #include "rows/statistics_rows.h"
 #include "rows/target_sets.h"
+#include "rows/tone_rows.h"
 
 #define VLVK_STRING_OF(x) #x
 #define VLVK_NAME_OF(x) VLVK_STRING_OF(x)
@@ -35,8 +36,9 @@ const RowLoops kRowLoops = {
     .name = VLVK_NAME_OF(VLVK_TARGET),
     .addRow = addRow,
     .slideColumnSums = slideColumnSums,
-    .smoothRow = smoothRow,
-    .smoothRowAnySums = smoothRowAnySums,
+    .smoothRow = {smoothRow<kAbsoluteContrast>, smoothRow<kRelativeLimited>, smoothRow<kRelativeFull>},
+    .smoothRowAnySums = {smoothRowAnySums<kAbsoluteContrast>, smoothRowAnySums<kRelativeLimited>,
+                         smoothRowAnySums<kRelativeFull>},
     .boxSumsRow = boxSumsRow,
     .boxSumsRowWide = boxSumsRowWide,
     .integralBoxSums = integralBoxSums,
@@ -44,6 +46,10 @@ const RowLoops kRowLoops = {
     .integralSmooth8 = integralSmooth8,
     .blendStatistics = blendStatistics,
     .blendRowPair = blendRowPair,
+    .skinWeights = skinWeights,
+    .maskWeights = maskWeights,
+    .blendByWeights = blendByWeights,
+    .repeatForChannels = repeatForChannels,
     .lookUpColors = {VLVK_EACH_PIXELS(lookUpColors, kKeepAlpha), VLVK_EACH_PIXELS(lookUpColors, kOpaque)},
     .applyCurves = {applyCurves<kKeepAlpha>, applyCurves<kOpaque>},
     .yuvToPixels = VLVK_EACH_COLORS(VLVK_EACH_CHROMA, yuvToPixels),
@@ -58,6 +64,10 @@ const RowLoops kRowLoops = {
     .separate = separate,
     .convertLuma = convertLuma,
     .convertChroma = convertChroma,
+    .averageBlocks = averageBlocks,
+    .evenChroma = {evenChroma<kAbsoluteContrast>, evenChroma<kRelativeLimited>, evenChroma<kRelativeFull>},
+    .mixPairs = mixPairs,
+    .shiftChroma = {shiftChroma<kRgba>, shiftChroma<kBgra>},
 };
 
 }  // namespace vlvk::VLVK_TARGET

@@ -13,6 +13,7 @@
 #include "rows/colorimetry.h"
 #include "rows/pixel_formula.h"
 #include "rows/pixel_orders.h"
+#include "rows/tone_formula.h"
 #include "rows/yuv_matrix.h"
 
 namespace vlvk {
@@ -25,6 +26,15 @@ struct IntegralRows {
   const std::uint32_t* bottom;
   const std::uint64_t* bottomSquares;
   std::ptrdiff_t side;
+};
+
+/// A row of luma and both chroma planes at the resolution of chroma, one after the other, with the sums of the boxes
+/// around their samples.
+struct ToneRow {
+  const std::uint8_t* samples;
+  const std::uint32_t* sums;
+  const std::uint32_t* squares;
+  int count;  ///< samples of each of the three, a multiple of 8
 };
 
 /// One compiled set of row loops. Rows need no alignment beyond that of their element type, and nothing outside the
@@ -56,8 +66,8 @@ struct RowLoops {
   /// Scans the column sums into box sums and smooths one row with them. `columns` is a multiple of 8.
   /// The first is the fast form: it needs column sums of samples, and sizes and strengths for which sumsFitFastForm
   /// holds. The second takes any.
-  SmoothRow smoothRow;
-  SmoothRow smoothRowAnySums;
+  SmoothRow smoothRow[kContrastRules];
+  SmoothRow smoothRowAnySums[kContrastRules];
 
   /// Scan column sums into box sums centred on their column, modulo 2^32. `columns` is a multiple of 8 in the first
   /// form, 1 or more in the second.
@@ -84,6 +94,17 @@ struct RowLoops {
                        const std::uint8_t* smoothed1, std::uint8_t* out0, std::uint8_t* out1,
                        const std::uint8_t* chroma, int columns, const std::uint8_t* weights,
                        const std::uint8_t* centre);
+
+  /// The skin weight of each pixel of a row, 0 .. 64, of the chroma that it shares; `columns` is a multiple of 16.
+  void (*skinWeights)(const std::uint8_t* chroma, std::uint8_t* pixelWeights, int columns, const std::uint8_t* weights,
+                      const std::uint8_t* centre);
+  /// Weights times a mask of 0 .. 255, 255 being 1. Rows do not overlap.
+  void (*maskWeights)(const std::uint8_t* weights, const std::uint8_t* mask, std::uint8_t* masked, int columns);
+  /// blendRowPair for `count` samples with a weight of 0 .. 64 for each. `out` may be one of the others.
+  void (*blendByWeights)(const std::uint8_t* unsmoothed, const std::uint8_t* smoothed, std::uint8_t* out,
+                         const std::uint8_t* weights, int count);
+  /// Each weight four times, for the channels of pixels.
+  void (*repeatForChannels)(const std::uint8_t* weights, std::uint8_t* repeated, int columns);
 
   /// Replaces colours by the table's entries for them; `columns` is a multiple of 16. Source and destination may be the
   /// same row. The table has 4 bytes for each colour of 6 bits a channel, at red + 64 * (green + 64 * blue), the fourth
@@ -125,6 +146,18 @@ struct RowLoops {
   void (*convertLuma)(const std::uint8_t* luma, const std::uint8_t* pairs, std::uint8_t* destination, int columns,
                       const YuvMatrix& matrix);
   void (*convertChroma)(const std::uint8_t* pairs, std::uint8_t* destination, int columns, const YuvMatrix& matrix);
+
+  /// Means of `count` blocks of 2 x 2 luma samples, rounded.
+  void (*averageBlocks)(const std::uint8_t* luma0, const std::uint8_t* luma1, std::uint8_t* means, int count);
+  /// Evens a row of chroma as tone_formula.h says.
+  void (*evenChroma[kContrastRules])(const ToneRow& row, std::uint8_t* pairs, const ToneFormula& formula);
+  /// Mixes changed pairs with what they were, by the mean weight of the 4 pixels of each, rounded; an even number of
+  /// columns. `mixed` may be `pairs`.
+  void (*mixPairs)(const std::uint8_t* pairs, const std::uint8_t* changed, const std::uint8_t* weights0,
+                   const std::uint8_t* weights1, std::uint8_t* mixed, int columns);
+  /// Changes pixels as much as their chroma of BT.601, limited range, U then V, has changed; an even number of columns.
+  void (*shiftChroma[kPixelOrders])(const std::uint8_t* pairs, const std::uint8_t* newPairs, std::uint8_t* pixels,
+                                    int columns);
 };
 
 /// The row loops in use: the fastest set that this processor runs, chosen once.

@@ -38,15 +38,19 @@ struct FormulaLanes {
   F32x8 inverseArea;
   F32x8 bias;
   F32x8 strength;
+  F32x8 dimScale;
+  F32x8 dimOffset;
+  F32x8 strengthOfBias;
 };
 
 inline FormulaLanes formulaLanes(const PixelFormula& formula) {
-  return {splat8(formula.inverseArea), splat8(formula.bias), splat8(formula.strength)};
+  return {splat8(formula.inverseArea), splat8(formula.bias),      splat8(formula.strength),
+          splat8(formula.dimScale),    splat8(formula.dimOffset), splat8(formula.strengthOfBias)};
 }
 
 /// What is known of a denominator before it is computed.
 enum Denominator {
-  kNormalRange,  ///< 0, or a normal number far below 2^126: samples, sums and strengths are integers
+  kNormalRange,  ///< 0, or a normal number far below 2^126: bias is 1 or more, or all are integers
   kAny           ///< anything: made of a caller's own constants
 };
 
@@ -61,11 +65,34 @@ inline Quotient pulledToMean(F32x8 samples, F32x8 mean, F32x8 biasedVariance, F3
   return {addProduct(mul(samples, biasedVariance), mean, strength), add(biasedVariance, strength)};
 }
 
+/// What bias and strength count where the mean and its square are these.
+struct LitConstants {
+  F32x8 bias;
+  F32x8 strength;
+};
+
+template <ContrastRule kRule>
+inline LitConstants litConstants(F32x8 mean, F32x8 meanSquare, const FormulaLanes& k) {
+  if constexpr (kRule == kAbsoluteContrast) {
+    return {k.bias, k.strength};
+  } else if constexpr (kRule == kRelativeLimited) {
+    const F32x8 bias = min(max(mul(meanSquare, k.dimScale), k.dimOffset), k.bias);
+    return {bias, mul(bias, k.strengthOfBias)};
+  } else {
+    const F32x8 root = addProduct(k.dimOffset, mean, k.dimScale);
+    const F32x8 bias = min(mul(root, root), k.bias);
+    return {bias, mul(bias, k.strengthOfBias)};
+  }
+}
+
 /// The pixel formula as far as its quotient, see PixelFormula.
+template <ContrastRule kRule>
 inline Quotient smoothed(F32x8 samples, F32x8 sums, F32x8 squares, const FormulaLanes& k) {
   const F32x8 mean = mul(sums, k.inverseArea);
-  const F32x8 variance = subProduct(mul(squares, k.inverseArea), mean, mean);
-  return pulledToMean(samples, mean, add(variance, k.bias), k.strength);
+  const F32x8 meanSquare = mul(mean, mean);
+  const F32x8 variance = sub(mul(squares, k.inverseArea), meanSquare);
+  const LitConstants lit = litConstants<kRule>(mean, meanSquare, k);
+  return pulledToMean(samples, mean, add(variance, lit.bias), lit.strength);
 }
 
 template <Denominator kDenominator = kNormalRange>
@@ -77,12 +104,13 @@ inline F32x8 divided(const Quotient& quotient) {
   }
 }
 
-template <Denominator kDenominator = kNormalRange>
+template <ContrastRule kRule = kAbsoluteContrast, Denominator kDenominator = kNormalRange>
 inline U8x8 smoothedPixels(U8x8 samples, F32x8 sums, F32x8 squares, const FormulaLanes& k) {
-  return truncToLowBytes(divided<kDenominator>(smoothed(toFloat(samples), sums, squares, k)));
+  return truncToLowBytes(divided<kDenominator>(smoothed<kRule>(toFloat(samples), sums, squares, k)));
 }
 
 /// See RowLoops::smoothRowAnySums.
+template <ContrastRule kRule>
 inline void smoothRowAnySums(const std::uint16_t* sums, const std::uint32_t* squares, int columns,
                              const std::uint8_t* source, std::uint8_t* destination, int halfSize,
                              const PixelFormula& formula) {
@@ -90,7 +118,7 @@ inline void smoothRowAnySums(const std::uint16_t* sums, const std::uint32_t* squ
   scanBoxSums<kOneToTheRight>(
       sums, squares, columns, columns - 1,
       halfSize, [&](std::ptrdiff_t j, U32x8 boxSums, U32x8 boxSquares) __attribute__((always_inline)) {
-        store(destination + j, smoothedPixels(loadU8x8(source + j), toFloat(boxSums), toFloat(boxSquares), k));
+        store(destination + j, smoothedPixels<kRule>(loadU8x8(source + j), toFloat(boxSums), toFloat(boxSquares), k));
       });
 }
 
@@ -101,12 +129,13 @@ struct QuotientRun {
 };
 
 /// Smooths a run of columns, a multiple of 16.
+template <ContrastRule kRule>
 inline void smoothRun(const BoxRun& run, const std::uint8_t* source, std::uint8_t* destination, int columns,
                       const FormulaLanes& k) {
   QuotientRun quotients;
   const auto quotientOf = [&](F32x8 samples, int i) __attribute__((always_inline)) {
     const Quotient quotient =
-        smoothed(samples, toFloatBelow2To31(load8(run.sums + i)), toFloatBelow2To31(load8(run.squares + i)), k);
+        smoothed<kRule>(samples, toFloatBelow2To31(load8(run.sums + i)), toFloatBelow2To31(load8(run.squares + i)), k);
     store(quotients.numerators + i, quotient.numerator);
     store(quotients.denominators + i, quotient.denominator);
   };
@@ -123,18 +152,19 @@ inline void smoothRun(const BoxRun& run, const std::uint8_t* source, std::uint8_
 }
 
 /// See RowLoops::smoothRow.
+template <ContrastRule kRule>
 inline void smoothRow(const std::uint16_t* sums, const std::uint32_t* squares, int columns, const std::uint8_t* source,
                       std::uint8_t* destination, int halfSize, const PixelFormula& formula) {
   const FormulaLanes k = formulaLanes(formula);
   scanBoxSums<kOneToTheRight>(
       sums, squares, columns, columns - 1, halfSize,
       [&](std::ptrdiff_t j, U32x8 boxSums, U32x8 boxSquares) __attribute__((always_inline)) {
-        store(destination + j,
-              smoothedPixels(loadU8x8(source + j), toFloatBelow2To31(boxSums), toFloatBelow2To31(boxSquares), k));
+        store(destination + j, smoothedPixels<kRule>(loadU8x8(source + j), toFloatBelow2To31(boxSums),
+                                                     toFloatBelow2To31(boxSquares), k));
       },
       [&](auto& scan, std::ptrdiff_t first) __attribute__((always_inline)) {
         const auto useRun = [&](std::ptrdiff_t j, int count, const BoxRun& run) {
-          smoothRun(run, source + j, destination + j, count, k);
+          smoothRun<kRule>(run, source + j, destination + j, count, k);
         };
         return kSplitRowsIntoRuns ? scan.runs(first, useRun) : first;
       });

@@ -74,8 +74,8 @@ inline void integralBoxSums(const IntegralRows& rows, int columns, std::uint32_t
 template <Denominator kDenominator>
 inline void smoothFromCorners(const IntegralRows& rows, std::ptrdiff_t x, const std::uint8_t* source,
                               std::uint8_t* destination, const FormulaLanes& k) {
-  store(destination + x, smoothedPixels<kDenominator>(loadU8x8(source + x), toFloat(cornerSums(rows, x)),
-                                                      toFloat(cornerSquares(rows, x)), k));
+  store(destination + x, smoothedPixels<kAbsoluteContrast, kDenominator>(
+                             loadU8x8(source + x), toFloat(cornerSums(rows, x)), toFloat(cornerSquares(rows, x)), k));
 }
 
 /// See RowLoops::integralSmooth.
@@ -88,7 +88,11 @@ inline void integralSmooth(const IntegralRows& rows, int columns, const std::uin
 /// See RowLoops::integralSmooth8.
 inline void integralSmooth8(const IntegralRows& rows, const std::uint8_t* source, std::uint8_t* destination,
                             float inverseArea, const float* biases, const float* strengths) {
-  smoothFromCorners<kAny>(rows, 0, source, destination, {splat8(inverseArea), load8(biases), load8(strengths)});
+  FormulaLanes k{};
+  k.inverseArea = splat8(inverseArea);
+  k.bias = load8(biases);
+  k.strength = load8(strengths);
+  smoothFromCorners<kAny>(rows, 0, source, destination, k);
 }
 
 /// See RowLoops::blendStatistics. The first four of 8 columns take the arrays in exchanged roles, and the bias is added

@@ -143,6 +143,12 @@ VLVK_INLINE F32x8 sub(F32x8 a, F32x8 b) {
 VLVK_INLINE F32x8 mul(F32x8 a, F32x8 b) {
   return {_mm256_mul_ps(a.v, b.v)};
 }
+VLVK_INLINE F32x8 min(F32x8 a, F32x8 b) {
+  return {_mm256_min_ps(a.v, b.v)};
+}
+VLVK_INLINE F32x8 max(F32x8 a, F32x8 b) {
+  return {_mm256_max_ps(a.v, b.v)};
+}
 VLVK_INLINE F32x8 addProduct(F32x8 sum, F32x8 a, F32x8 b) {
   return add(sum, mul(a, b));
 }

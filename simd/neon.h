@@ -193,6 +193,12 @@ VLVK_INLINE F32x8 sub(F32x8 a, F32x8 b) {
 VLVK_INLINE F32x8 mul(F32x8 a, F32x8 b) {
   return {vmulq_f32(a.low, b.low), vmulq_f32(a.high, b.high)};
 }
+VLVK_INLINE F32x8 min(F32x8 a, F32x8 b) {
+  return {vminq_f32(a.low, b.low), vminq_f32(a.high, b.high)};
+}
+VLVK_INLINE F32x8 max(F32x8 a, F32x8 b) {
+  return {vmaxq_f32(a.low, b.low), vmaxq_f32(a.high, b.high)};
+}
 /// The multiply-accumulate instructions of ARMv7 round the product; AArch64 takes two instructions.
 VLVK_INLINE F32x8 addProduct(F32x8 sum, F32x8 a, F32x8 b) {
   return {vmlaq_f32(sum.low, a.low, b.low), vmlaq_f32(sum.high, a.high, b.high)};

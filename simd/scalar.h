@@ -200,6 +200,13 @@ inline F32x8 sub(F32x8 a, F32x8 b) {
 inline F32x8 mul(F32x8 a, F32x8 b) {
   return forLanes<F32x8>([&](int i) { return a.lane[i] * b.lane[i]; });
 }
+/// The smaller and the larger of numbers.
+inline F32x8 min(F32x8 a, F32x8 b) {
+  return forLanes<F32x8>([&](int i) { return a.lane[i] < b.lane[i] ? a.lane[i] : b.lane[i]; });
+}
+inline F32x8 max(F32x8 a, F32x8 b) {
+  return forLanes<F32x8>([&](int i) { return a.lane[i] > b.lane[i] ? a.lane[i] : b.lane[i]; });
+}
 /// sum + a * b and sum - a * b; the product is rounded, then the result.
 inline F32x8 addProduct(F32x8 sum, F32x8 a, F32x8 b) {
   return add(sum, mul(a, b));

@@ -134,6 +134,12 @@ VLVK_INLINE F32x8 sub(F32x8 a, F32x8 b) {
 VLVK_INLINE F32x8 mul(F32x8 a, F32x8 b) {
   return {_mm_mul_ps(a.low, b.low), _mm_mul_ps(a.high, b.high)};
 }
+VLVK_INLINE F32x8 min(F32x8 a, F32x8 b) {
+  return {_mm_min_ps(a.low, b.low), _mm_min_ps(a.high, b.high)};
+}
+VLVK_INLINE F32x8 max(F32x8 a, F32x8 b) {
+  return {_mm_max_ps(a.low, b.low), _mm_max_ps(a.high, b.high)};
+}
 VLVK_INLINE F32x8 addProduct(F32x8 sum, F32x8 a, F32x8 b) {
   return add(sum, mul(a, b));
 }

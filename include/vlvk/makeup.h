@@ -21,9 +21,6 @@
 /// means what was done before they existed; so programs and libraries of different minor versions fit together both
 /// ways: a library takes a larger structure whose unknown members are 0. Values are never renumbered. `vlvkVersion()`
 /// in vlvk/version.h tells which library runs.
-///
-/// **Ahead of their time.** VLVK_CONTRAST_RELATIVE, VLVK_RADIUS_AUTO, VLVK_WHITEN_SKIN, `evenTone` above 0 and masks
-/// are declared; this version refuses them with VLVK_BAD_SETTING.
 #ifndef VLVK_MAKEUP_H
 #define VLVK_MAKEUP_H
 
@@ -47,7 +44,7 @@ typedef enum VlvkResult {
   VLVK_OVERLAP = -5,       ///< planes of the target share memory with the source (not being in place: the same planes
                            ///< with another format, stride, matrix or range are not), each other or the mask;
                            ///< compared from the first to the last byte of each plane
-  VLVK_BAD_SETTING = -6,   ///< out of its range, or not in this version
+  VLVK_BAD_SETTING = -6,   ///< out of its range
   VLVK_BAD_TABLE = -7,     ///< no whole colour table
   VLVK_NO_MEMORY = -8,
   VLVK_OTHER_VERSION = -9  ///< `size` is below that of version 1 or above 4096, or members that this library does not
@@ -125,8 +122,9 @@ typedef struct VlvkSettings {
   uint32_t size;       ///< sizeof(VlvkSettings)
   int32_t whitening;   ///< percent, 0 (colours stay) to 100; default 50
   int32_t softening;   ///< smoothing of skin, 0 (none) to 1000 (full); default 1000
-  int32_t radius;      ///< its reach in pixels of the frame, 0 (none) to 128, rounded up to a multiple of 8; default 20
-  int32_t contrast;    ///< a VlvkContrast; default VLVK_CONTRAST_ABSOLUTE
+  int32_t radius;      ///< its reach in pixels of the frame, 0 (no softening or evening) to 128, rounded up to a
+                       ///< multiple of 8, or VLVK_RADIUS_AUTO, the default
+  int32_t contrast;    ///< a VlvkContrast; default VLVK_CONTRAST_RELATIVE
   int32_t whitenArea;  ///< a VlvkWhiten; default VLVK_WHITEN_ALL
   int32_t evenTone;    ///< evening of skin colour (red spots), 0 (none, the default) to 1000
   int32_t threads;     ///< bands worked on at once, 1 to 64; 0, the default: as many as processors, at most 8. The
@@ -190,8 +188,9 @@ typedef struct VlvkMask {
 /// @param source  only read
 /// @param target  where the result goes: in place with the source's planes, strides, format, matrix and range, or
 ///                elsewhere in any of them; of the same size. May be `source` itself
-/// @param mask    null: everywhere; this version takes no other and returns VLVK_BAD_SETTING
-/// @return VLVK_OK, or why the frame was refused; see vlvkFrameCheck for words
+/// @param mask    null: everywhere
+/// @return VLVK_OK, or why the frame was refused; see vlvkFrameCheck for words. A mask is refused with
+///         VLVK_OTHER_VERSION, VLVK_BAD_SIZE, VLVK_BAD_STRIDE, VLVK_NULL_POINTER or VLVK_OVERLAP
 VLVK_API VlvkResult vlvkMakeupProcess(VlvkMakeup* makeup, const VlvkFrame* source, const VlvkFrame* target,
                                       const VlvkMask* mask);
 

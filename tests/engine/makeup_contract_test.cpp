@@ -77,8 +77,44 @@ TEST_F(MakeupContract, RefusesFramesWithWords) {
   EXPECT_EQ(process(nullptr, &good), VLVK_NULL_POINTER);
   EXPECT_EQ(process(&good, nullptr), VLVK_NULL_POINTER);
   EXPECT_EQ(vlvkMakeupProcess(nullptr, &good, &good, nullptr), VLVK_NULL_POINTER);
-  const VlvkMask mask = {sizeof mask, 1, 1, 1, source.planes[0].row(0)};
-  EXPECT_EQ(process(&good, &good, &mask), VLVK_BAD_SETTING);
+}
+
+TEST_F(MakeupContract, RefusesMasks) {
+  constexpr uint32_t kKnown = sizeof(VlvkMask);
+  constexpr int kPlane = 128 * 34;
+  Bytes memory(std::size_t{3} * kPlane);  // 8 bytes, luma, something between, chroma
+  Byte* const luma = &memory[8];
+  Byte* const chroma = luma + kPlane + 200;
+  const VlvkFrame to = {sizeof to, VLVK_NV12, VLVK_BT601, VLVK_LIMITED, 128, 34, {luma, chroma}, {128, 128}};
+  const Bytes other(std::size_t{9} * 40);
+  struct {
+    VlvkMask known;
+    Byte tail[8] = {0, 0, 0, 1};  // of a later version
+  } mask;
+  const std::tuple<VlvkResult, VlvkMask> cases[] = {
+      {VLVK_OK, {kKnown, 40, 9, 40, other.data()}},
+      {VLVK_OK, {kKnown + 3, 1, 1, 1, other.data()}},
+      {VLVK_OTHER_VERSION, {kKnown + 4, 1, 1, 1, other.data()}},
+      {VLVK_OTHER_VERSION, {kKnown - 1, 1, 1, 1, other.data()}},
+      {VLVK_BAD_SIZE, {kKnown, 0, 9, 40, other.data()}},
+      {VLVK_BAD_SIZE, {kKnown, 40, -1, 40, other.data()}},
+      {VLVK_BAD_SIZE, {kKnown, 40, 200, 40, reinterpret_cast<Byte*>(UINTPTR_MAX - 4000)}},
+      {VLVK_BAD_STRIDE, {kKnown, 40, 9, 39, other.data()}},
+      {VLVK_NULL_POINTER, {kKnown, 40, 9, 40, nullptr}},
+      {VLVK_OK, {kKnown, 8, 1, 8, luma - 8}},
+      {VLVK_OVERLAP, {kKnown, 8, 1, 8, luma - 7}},
+      {VLVK_OK, {kKnown, 1, 200, 1, luma + kPlane}},
+      {VLVK_OVERLAP, {kKnown, 1, 2, 200, luma + kPlane}},  // its last row
+      {VLVK_OVERLAP, {kKnown, 1, 1, 1, chroma + 128 * 17 - 1}},
+      {VLVK_OK, {kKnown, 128, 34, 128, source.planes[0].row(0)}},  // a source may
+  };
+  for (const auto& [result, given] : cases) {
+    mask.known = given;
+    memory.assign(memory.size(), 100);
+    EXPECT_EQ(process(&source.frame, &to, &mask.known), result);
+    EXPECT_EQ(memory == Bytes(memory.size(), 100), result != VLVK_OK) << result;
+  }
+  EXPECT_EQ(process(&source.frame, &source.frame, &mask.known), VLVK_OVERLAP);
 }
 
 TEST_F(MakeupContract, KnowsWhichPlanesShareMemory) {
@@ -118,8 +154,8 @@ TEST_F(MakeupContract, RefusesSettingsOutOfRangeAndOtherTables) {
     int32_t VlvkSettings::*member;
     int least, most;
   } ranges[] = {{&VlvkSettings::whitening, 0, 100}, {&VlvkSettings::softening, 0, 1000},
-                {&VlvkSettings::radius, 0, 128},    {&VlvkSettings::contrast, 1, 1},
-                {&VlvkSettings::whitenArea, 0, 0},  {&VlvkSettings::evenTone, 0, 0},
+                {&VlvkSettings::radius, -1, 128},   {&VlvkSettings::contrast, 0, 1},
+                {&VlvkSettings::whitenArea, 0, 1},  {&VlvkSettings::evenTone, 0, 1000},
                 {&VlvkSettings::threads, 0, 64}};
   for (const auto& [member, least, most] : ranges) {
     for (const int value : {INT_MIN, least - 1, least, most, most + 1, INT_MAX}) {
@@ -172,8 +208,9 @@ TEST_F(MakeupContract, TakesStructuresOfOtherVersions) {
   vlvkSettingsInit(&given.known, kKnown + 3);
   EXPECT_EQ(given.known.size, kKnown + 3);
   EXPECT_TRUE(given.tail[2] == 0 && given.tail[3] == 0xEE);
-  VlvkSettings defaults = settingsOf(50, 1000, 20, 0);
+  VlvkSettings defaults = settingsOf(50, 1000, VLVK_RADIUS_AUTO, 0);
   defaults.size = given.known.size;
+  defaults.contrast = VLVK_CONTRAST_RELATIVE;
   EXPECT_EQ(std::memcmp(&given.known, &defaults, kKnown), 0);
   vlvkSettingsInit(nullptr, kKnown);
 

@@ -20,6 +20,15 @@ VlvkResult withoutAllocation(int n, Call call) {
   return result;
 }
 
+/// Settings with each option that has buffers or tables of its own, by bits.
+VlvkSettings withOptions(VlvkSettings settings, int options) {
+  settings.contrast = options & 1;
+  settings.whitenArea = options / 2 & 1;
+  settings.evenTone = (options / 4 & 1) * 700;
+  if ((options & 8) != 0) settings.radius = VLVK_RADIUS_AUTO;
+  return settings;
+}
+
 // Each allocation of a frame in turn: of the first frame, after a smaller one, and with a new table.
 TEST(FailingMakeup, WithoutMemoryNothingChangesAndTheNextFramesAreRight) {
   Random random(321);
@@ -32,7 +41,7 @@ TEST(FailingMakeup, WithoutMemoryNothingChangesAndTheNextFramesAreRight) {
     const bool hasTable = i >= 18;
     VlvkResult result = VLVK_NO_MEMORY;
     for (int n = 0; result == VLVK_NO_MEMORY && !testing::Test::HasFailure(); ++n) {
-      Engine engine(settingsOf(70, 1000, 24, 3));
+      Engine engine(withOptions(settingsOf(70, 1000, 24, 3), i));
       const Picture small(kFormats[i % 9], 1, 17, 9, random);
       const Picture picture(kFormats[i % 9], 1, 61, 47, random);
       EXPECT_EQ(i < 9 ? "" : engine.check(small, small), "");
@@ -68,10 +77,13 @@ TEST(FailingMakeup, WithoutThreadsTheFrameIsComplete) {
 
 TEST(MakeupMemory, ASteadyFrameAllocatesNothingAndDestroyLeavesNothing) {
   tableFile();
+  Random random(323);
+  const Mask mask(9, 7, random);
   const long long before = liveBytes;
   for (int i = 0; i < 1000; ++i) {
-    Engine engine(settingsOf(50, 1000, 20, 1));
+    Engine engine(withOptions(settingsOf(50, 1000, 20, 1), i));
     EXPECT_EQ(engine.setTable(i % 50 == 0), VLVK_OK);
+    engine.mask = (i & 16) != 0 ? &mask.mask : nullptr;
     for (const int format : kFormats) {
       const Picture picture(format, 0, 21 + i % 12, 13);
       EXPECT_EQ(engine.process(picture, picture), VLVK_OK);

@@ -66,6 +66,14 @@ std::string Picture::difference(const Memory& expected) const {
   return "";
 }
 
+Mask::Mask(int width, int height, Random& random)
+    : plane(width, height, width + random.pick({0, random.between(1, 40)})),
+      mask{sizeof mask, width, height, plane.stride, plane.row(0)} {
+  plane.fill(random.pick({testing_support::Content::kEdges, testing_support::Content::kNoise,
+                          testing_support::Content::kEdges, testing_support::Content::kFlat}),
+             random);
+}
+
 VlvkSettings settingsOf(int whitening, int softening, int radius, int threads) {
   return {sizeof(VlvkSettings), whitening, softening, radius, VLVK_CONTRAST_ABSOLUTE, VLVK_WHITEN_ALL, 0, threads};
 }
@@ -94,7 +102,7 @@ VlvkResult Engine::setTable(bool wanted) {
 Picture::Memory Engine::predict(const Picture& source, const Picture& target) const {
   Picture::Memory result = target.content();
   makeup_model::process(source.frame, target.frameIn(result), settings,
-                        hasTable ? frame_rig::noisePicture().payload.data() : nullptr);
+                        hasTable ? frame_rig::noisePicture().payload.data() : nullptr, mask);
   return result;
 }
 
@@ -112,8 +120,10 @@ std::string Engine::check(const Picture& source, const Picture& target) const {
          << ' ' << f.stride[1] << ' ' << f.stride[2];
   }
   text << (&source == &target ? ", in place" : "") << "; whitening " << settings.whitening << ", softening "
-       << settings.softening << ", radius " << settings.radius << ", threads " << settings.threads
+       << settings.softening << ", radius " << settings.radius << ", contrast " << settings.contrast << ", area "
+       << settings.whitenArea << ", tone " << settings.evenTone << ", threads " << settings.threads
        << (hasTable ? ", table" : "");
+  if (mask != nullptr) text << ", mask " << mask->width << " x " << mask->height;
   return text.str();
 }
 

@@ -39,6 +39,14 @@ struct Picture {
 
 VlvkSettings settingsOf(int whitening, int softening, int radius, int threads = 2);
 
+/// A mask of any size, mostly of the extremes.
+struct Mask {
+  Mask(int width, int height, Random& random);
+
+  const frame_rig::Plane plane;
+  const VlvkMask mask;
+};
+
 /// frame_rig::noisePicture() as a resource file.
 const Bytes& tableFile();
 
@@ -52,7 +60,7 @@ struct Engine {
   void put(const VlvkSettings& s);
   VlvkResult setTable(bool wanted);
   VlvkResult process(const Picture& source, const Picture& target) const {
-    return vlvkMakeupProcess(makeup, &source.frame, &target.frame, nullptr);
+    return vlvkMakeupProcess(makeup, &source.frame, &target.frame, mask);
   }
   /// What the target becomes.
   Picture::Memory predict(const Picture& source, const Picture& target) const;
@@ -62,6 +70,7 @@ struct Engine {
   VlvkMakeup* makeup = nullptr;
   VlvkSettings settings;
   bool hasTable = false;
+  const VlvkMask* mask = nullptr;  ///< of the frames that follow
 };
 
 }  // namespace makeup_rig

@@ -19,13 +19,23 @@ class MakeupOfTarget : public testing_support::TargetTest {
                           random.pick({1000, 1000, 1000, 0, 2, random.between(0, 1000)}),
                           random.pick({0, 8, 20, 60, 128, random.between(1, 40), random.between(1, 40)}),
                           random.between(1, 5)));
+    VlvkSettings drawn = engine.settings;
+    if (random.between(0, 9) == 0) drawn.radius = VLVK_RADIUS_AUTO;
+    drawn.contrast = random.between(0, 2) > 0 ? VLVK_CONTRAST_RELATIVE : VLVK_CONTRAST_ABSOLUTE;
+    drawn.whitenArea = random.between(0, 1);
+    drawn.evenTone = random.pick({0, 1000, random.between(1, 1000)});
+    engine.put(drawn);
     if (random.between(0, 5) == 0) engine.setTable(!engine.hasTable);
   }
   void expectModel(int from, int to, int width, int height) {
     const Picture source(from, random.between(0, 3), width, height, random);
     const Picture target(to, random.between(0, 3), width, height, random);
+    const Mask mask(random.pick({1, width, random.between(1, 3 * width)}),
+                    random.pick({1, height, random.between(1, 3 * height)}), random);
+    engine.mask = random.between(0, 2) == 0 ? &mask.mask : nullptr;
     ASSERT_EQ(engine.check(source, target), "");
     ASSERT_EQ(from == to ? engine.check(source, source) : "", "");
+    engine.mask = nullptr;
   }
   int side() {
     return random.pick({random.between(1, 20), random.between(1, 40), random.between(1, 40), random.between(64, 100)});
@@ -48,6 +58,22 @@ TEST_P(MakeupOfTarget, MatchesTheModelFromEveryFormatToEvery) {
 }
 
 VLVK_TEST_ALL_TARGETS(MakeupOfTarget);
+
+TEST(Makeup, TakesTheRadiusFromTheShorterSide) {
+  Random random(302);
+  const int cases[][3] = {{1, 40, 8},     {269, 280, 8},    {290, 270, 16},   {509, 600, 16},
+                          {720, 730, 24}, {1080, 1081, 40}, {2161, 2160, 64}, {2161, 2161, 128}};
+  for (const auto& [width, height, radius] : cases) {
+    const Picture source(VLVK_NV12, 0, width, height, random);
+    const Picture targets[] = {{VLVK_NV12, 0, width, height}, {VLVK_NV12, 0, width, height}};
+    source.planes[0].fill(testing_support::Content::kNoise, random);
+    for (const int other : {radius, radius - 8}) {
+      EXPECT_EQ(Engine(settingsOf(0, 1000, VLVK_RADIUS_AUTO)).process(source, targets[0]), VLVK_OK);
+      EXPECT_EQ(Engine(settingsOf(0, 1000, other)).process(source, targets[1]), VLVK_OK);
+      EXPECT_EQ(targets[0].difference(targets[1].content()) == "", other == radius) << width << " x " << height;
+    }
+  }
+}
 
 // In place and as pixels, with any strides.
 TEST(Makeup, HasTheBytesOfTheClass) {

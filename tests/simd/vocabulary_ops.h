@@ -31,6 +31,8 @@ struct Operation {
   X(toFloatBelow2To31, toFloatBelow2To31, Floats, Dwords)                   \
   X(addProduct, addProduct, Floats, Floats, Floats, Floats)                 \
   X(subProduct, subProduct, Floats, Floats, Floats, Floats)                 \
+  X(min, min, Floats, Floats, Floats)                                       \
+  X(max, max, Floats, Floats, Floats)                                       \
   X(reciprocalEstimate, reciprocalEstimate, Floats, Floats)                 \
   X(reciprocalEstimateOfNormal, reciprocalEstimateOfNormal, Floats, Floats) \
   X(truncToLowBytes, truncToLowBytes, Bytes8, Floats)                       \

@@ -2,6 +2,7 @@
 /// reciprocal estimate, boundaries and random values elsewhere.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -112,6 +113,14 @@ TEST_P(Vocabulary, ProductsAreRoundedBeforeTheyAreAdded) {
   const auto minus = [](int i, auto* from, auto* a, auto* b) { return from[i] - a[i] * b[i]; };
   expectLanes(ops_->addProduct, 20000, plus, anyFloat(), anyFloat(), anyFloat());
   expectLanes(ops_->subProduct, 20000, minus, anyFloat(), anyFloat(), anyFloat());
+}
+
+TEST_P(Vocabulary, SmallerAndGreater) {
+  const auto half = [&](int) { return static_cast<float>(random_.between(-9, 8)) + 0.5f; };
+  expectLanes(
+      ops_->min, 2000, [](int i, auto* a, auto* b) { return std::min(a[i], b[i]); }, half, half);
+  expectLanes(
+      ops_->max, 2000, [](int i, auto* a, auto* b) { return std::max(a[i], b[i]); }, half, half);
 }
 
 TEST_P(Vocabulary, ReciprocalEstimateOfEveryClass) {
