@@ -45,6 +45,8 @@ add_library(vlvk_tool STATIC
   tools/engine/beautify.h
   tools/engine/engine.cpp
   tools/engine/engine.h
+  tools/engine/mask.cpp
+  tools/engine/mask.h
   tools/engine/skin_frame.h
   tools/engine/weight_map.cpp
   tools/io/input_file.cpp
@@ -58,6 +60,8 @@ add_library(vlvk_tool STATIC
   tools/io/output_file.cpp
   tools/io/output_file.h
   tools/options/command_line.cpp
+  tools/options/look_settings.cpp
+  tools/options/look_settings.h
   tools/options/options.h
   tools/options/values.cpp
   tools/options/values.h

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/commands/commands.h"
@@ -23,7 +24,10 @@ constexpr std::size_t kLeastFrames = 3;
 
 // Median time of a frame in milliseconds. With a neutral table all colours go through the table.
 double medianTime(FrameSize size, const std::vector<std::uint8_t>& scene, const BenchOptions& options) {
-  Engine engine({.threads = options.threads, .table = neutralTable()});
+  Look look;
+  look.settings.threads = options.threads;
+  look.table = neutralTable();
+  Engine engine(std::move(look));
   std::vector<std::uint8_t> pixels(scene.size());
   const VlvkFrame frame = nv21Frame(pixels.data(), size.width, size.height);
   const auto timeOfFrame = [&] {

@@ -28,9 +28,15 @@ std::vector<std::uint8_t> readTable(const std::string& path, std::optional<Table
   return named(path, [&] { return parseTable(format, readFile(path, maxTableFile(format)), layout); });
 }
 
+Mask readMask(const std::string& path) {
+  const Picture picture = readPicture(path);
+  return named(path, [&] { return maskOf(picture); });
+}
+
 Look readLook(const LookOptions& options) {
   Look look = options.look;
   if (options.table) look.table = readTable(*options.table);
+  if (options.mask) look.mask = readMask(*options.mask);
   return look;
 }
 

@@ -32,7 +32,10 @@ void writePicture(const std::string& path, const Picture& picture, int quality =
 /// @param layout  of a picture; without: as the size has it
 std::vector<std::uint8_t> readTable(const std::string& path, std::optional<TableLayout> layout = std::nullopt);
 
-/// The look that was asked for, its colour table read.
+/// Reads a mask: a picture of any size, upright.
+Mask readMask(const std::string& path);
+
+/// The look that was asked for, its files read.
 Look readLook(const LookOptions& options);
 
 }  // namespace vlvk::tool

@@ -13,7 +13,7 @@ void run(const PhotoOptions& options) {
   const Picture original = readPicture(options.in);
   const Look look = readLook(options.look);
   const Picture shown = named(options.in, [&] {
-    Picture result = options.showWeight ? weightMap(original) : beautify(original, look);
+    Picture result = options.showWeight ? weightMap(original, look.mask) : beautify(original, look);
     return options.compare ? sideBySide(original, result) : std::move(result);
   });
   writePicture(options.out, shown, options.quality);

@@ -54,7 +54,7 @@ struct Layout {
   static int labelLength(const SheetAxis& axis) {
     int length = 0;
     for (const int value : axis.values)
-      length = std::max(length, textLength(std::to_string(value)));
+      length = std::max(length, textLength(spelled(*axis.setting, value)));
     return length;
   }
 
@@ -96,9 +96,9 @@ void writeLabels(const SheetOptions& options, const Layout& layout, SheetCanvas*
   };
   if (options.original) labelColumn("original", 0);
   for (std::size_t c = 0; c < options.columns.values.size(); ++c)
-    labelColumn(std::to_string(options.columns.values[c]), first + c);
+    labelColumn(spelled(*options.columns.setting, options.columns.values[c]), first + c);
   for (std::size_t r = 0; r < options.rows.values.size(); ++r) {
-    const std::string text = std::to_string(options.rows.values[r]);
+    const std::string text = spelled(*options.rows.setting, options.rows.values[r]);
     const Region cell = layout.cell(0, r);
     write(text, cell.x - kGap - layout.scale * textLength(text) / 2, cell.y + cell.height / 2);
   }
@@ -110,11 +110,11 @@ void drawCells(const SheetOptions& options, const Layout& layout, const Picture&
                const Look& others, SheetCanvas* canvas) {
   Look look = others;
   for (std::size_t r = 0; r < options.rows.values.size(); ++r) {
-    look.*options.rows.setting->value = options.rows.values[r];
+    look.settings.*options.rows.setting->value = options.rows.values[r];
     std::size_t column = 0;
     if (options.original) canvas->drawPicture(original, shown, layout.cell(column++, r));
     for (const int value : options.columns.values) {
-      look.*options.columns.setting->value = value;
+      look.settings.*options.columns.setting->value = value;
       canvas->drawPicture(beautify(original, look), shown, layout.cell(column++, r));
     }
   }

@@ -2,6 +2,7 @@
 #include "tools/engine/engine.h"
 
 #include <cstddef>
+#include <utility>
 
 #include "rows/row_loops.h"
 #include "tools/io/messages.h"
@@ -18,15 +19,16 @@ void require(VlvkResult result, std::uint64_t number = 0) {
 
 }  // namespace
 
-Engine::Engine(const Look& look) : makeup_(nullptr, vlvkMakeupDestroy) {
+VlvkSettings defaultSettings() {
   VlvkSettings settings;
   vlvkSettingsInit(&settings, sizeof settings);
-  settings.whitening = look.whiten;
-  settings.softening = look.soften;
-  settings.radius = look.radius;
-  settings.threads = look.threads;
+  settings.threads = 4;
+  return settings;
+}
+
+Engine::Engine(Look look) : makeup_(nullptr, vlvkMakeupDestroy), mask_(std::move(look.mask)) {
   VlvkMakeup* made = nullptr;
-  require(vlvkMakeupCreate(&made, &settings));
+  require(vlvkMakeupCreate(&made, &look.settings));
   makeup_.reset(made);
   if (look.table.empty()) return;
   const std::vector<std::uint8_t> file = formatVlk(look.table);
@@ -34,13 +36,13 @@ Engine::Engine(const Look& look) : makeup_(nullptr, vlvkMakeupDestroy) {
 }
 
 void Engine::beautify(const VlvkFrame& source, const VlvkFrame& target, std::uint64_t number) {
-  require(vlvkMakeupProcess(makeup_.get(), &source, &target, nullptr), number);
+  const VlvkMask mask = mask_.view();
+  require(vlvkMakeupProcess(makeup_.get(), &source, &target, mask_.empty() ? nullptr : &mask), number);
 }
 
-VlvkFrame nv21Frame(std::uint8_t* pixels, int width, int height) {
+VlvkFrame nv21Frame(std::uint8_t* pixels, int width, int height, VlvkRange range) {
   std::uint8_t* chroma = pixels + static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-  return {sizeof(VlvkFrame),         VLVK_NV21, VLVK_BT601, VLVK_LIMITED, width, height, {pixels, chroma},
-          {width, width + width % 2}};
+  return {sizeof(VlvkFrame), VLVK_NV21, VLVK_BT601, range, width, height, {pixels, chroma}, {width, width + width % 2}};
 }
 
 std::vector<std::string> targetNames() {

@@ -8,22 +8,24 @@
 #include <vector>
 
 #include <vlvk/makeup.h>
+#include "tools/engine/mask.h"
 
 namespace vlvk::tool {
 
-/// Settings of a picture or video, with the defaults of the command line.
+/// The engine's, with four threads on every machine.
+VlvkSettings defaultSettings();
+
+/// What is done to a picture or video, with the defaults of the command line.
 struct Look {
-  int whiten = 50;                  ///< percent
-  int soften = 1000;                ///< 1000: full
-  int radius = 20;                  ///< pixels; 0: no smoothing
-  int threads = 4;                  ///< does not change the result
+  VlvkSettings settings = defaultSettings();
   std::vector<std::uint8_t> table;  ///< colour picture of 1,048,576 bytes; empty: none
+  Mask mask;                        ///< empty: none
 };
 
 /// An engine set to a look. Serves frames of any format and size.
 class Engine {
  public:
-  explicit Engine(const Look& look);
+  explicit Engine(Look look);
 
   /// Beautifies a frame, in place where both are the same. Throws Error with words where the engine refuses it.
   ///
@@ -32,10 +34,11 @@ class Engine {
 
  private:
   std::unique_ptr<VlvkMakeup, void (*)(VlvkMakeup*)> makeup_;
+  Mask mask_;
 };
 
-/// An NV21 frame of BT.601 in limited range whose rows follow each other without padding, chroma after luma.
-VlvkFrame nv21Frame(std::uint8_t* pixels, int width, int height);
+/// An NV21 frame of BT.601 whose rows follow each other without padding, chroma after luma.
+VlvkFrame nv21Frame(std::uint8_t* pixels, int width, int height, VlvkRange range = VLVK_LIMITED);
 
 /// Names of the sets of vector instructions that the engine can use on this processor, fastest first.
 std::vector<std::string> targetNames();

@@ -1,4 +1,4 @@
-/// Chroma pairs -> weights, by the engine's own table -> colours.
+/// Chroma pairs -> weights, by the engine's own table -> weights within the mask -> colours.
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -58,15 +58,9 @@ std::array<Color, kFullWeight + 1> weightColors() {
 
 }  // namespace
 
-Picture weightMap(const Picture& source) {
-  // Chroma of each block, without any change.
-  const auto lumaSize = static_cast<std::size_t>(source.width) * static_cast<std::size_t>(source.height);
-  std::vector<std::uint8_t> frame(lumaSize + static_cast<std::size_t>((source.width + 1) & ~1) *
-                                                 static_cast<std::size_t>((source.height + 1) / 2));
-  Look unchanged;
-  unchanged.whiten = unchanged.soften = 0;
-  Engine(unchanged).beautify(frameOf(source), nv21Frame(frame.data(), source.width, source.height));
-  std::vector<std::uint8_t> weights(lumaSize);
+Picture weightMap(const Picture& source, const Mask& mask) {
+  std::vector<std::uint8_t> frame = nv21Of(source, VLVK_LIMITED);
+  std::vector<std::uint8_t> weights(static_cast<std::size_t>(source.width) * static_cast<std::size_t>(source.height));
   MeanGetSkinWeight(frame.data(), pairWeights().data(), weights.data(), source.width, source.height);
   const auto colors = weightColors();
   Picture map(source.width, source.height);
@@ -74,7 +68,8 @@ Picture weightMap(const Picture& source) {
     const std::uint8_t* weight = weights.data() + static_cast<std::size_t>(source.width) * static_cast<std::size_t>(y);
     std::uint8_t* pixel = map.row(y);
     for (int x = 0; x < map.width; ++x, pixel += 4) {
-      const Color& color = colors[weight[x]];
+      const int masked = mask.empty() ? weight[x] : (weight[x] * mask.at(x, y, map.width, map.height) + 127) / 255;
+      const Color& color = colors[masked];
       std::copy(color.begin(), color.end(), pixel);
       pixel[3] = 255;
     }

@@ -1,6 +1,7 @@
 /// The commands of the program, each with its options and what --help says, and the reading of a command line. The
 /// order is that of the help. No other file includes the library for this, which takes long to compile.
 #include <CLI/CLI.hpp>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -28,7 +29,7 @@ void optionNamed(const char* name, const Read& read) {
 }
 
 // An option with a value that `read` understands.
-CLI::Option* addValue(CLI::App* command, const char* name, const std::string& type, const char* help,
+CLI::Option* addValue(CLI::App* command, const char* name, const std::string& type, const std::string& help,
                       const std::function<void(const std::string&)>& read) {
   const auto readNamed = [=](const std::string& text) { optionNamed(name, [&] { read(text); }); };
   return command->add_option_function<std::string>(name, readNamed, help)->type_name(type);
@@ -36,18 +37,23 @@ CLI::Option* addValue(CLI::App* command, const char* name, const std::string& ty
 
 template <typename Number>
 void addNumber(CLI::App* command, const char* name, Number* value, Number low, Number high, const char* help) {
-  addValue(command, name, spelled(low) + ".." + spelled(high), help, [=](const std::string& text) {
+  addValue(command, name, spelledRange(low, high), help, [=](const std::string& text) {
     *value = readNumber(text, low, high);
   })->default_str(spelled(*value));
 }
 
 void addLook(CLI::App* command, LookOptions* options) {
   for (const LookSetting& setting : kLookSettings) {
-    addNumber(command, setting.option, &(options->look.*setting.value), setting.low, setting.high, setting.help);
+    std::int32_t* value = &(options->look.settings.*setting.value);
+    addValue(command, setting.option, valuesOf(setting), setting.help, [&setting, value](const std::string& text) {
+      *value = readSetting(setting, text);
+    })->default_str(spelled(setting, *value));
   }
+  addValue(command, "--mask", "FILE", "Grey picture of where to work: 0 leaves alone, 255 is as without; .png, .jpg",
+           [=](const std::string& path) { options->mask = path; });
   addValue(command, "--table", "FILE", "Colour table to apply: .vlk, .cube or HALD .png",
            [=](const std::string& path) { options->table = path; });
-  addNumber(command, "--threads", &options->look.threads, 1, 64, "Threads to use; the result is the same");
+  addNumber(command, "--threads", &options->look.settings.threads, 1, 64, "Threads to use; the result is the same");
 }
 
 void addTarget(CLI::App* command, CommandLine* line) {
@@ -69,7 +75,9 @@ void addPhoto(CLI::App* program, CommandLine* line) {
   addTarget(command, line);
   command->footer(
       "The heat map of --show-weight is black where nothing is smoothed, and over violet, red and orange pale yellow\n"
-      "where the smoothing shows in full. Colour alone decides that; --whiten, --soften, --radius and --table do not.\n"
+      "where the smoothing shows in full. Colour alone decides that, and --mask, which is multiplied in.\n"
+      "The mask may have any size: it is stretched over the upright picture. It limits smoothing, evening of tone and\n"
+      "the whitening of skin; whitening of all and --table reach the whole picture.\n"
       "Transparency is kept in PNG; a JPEG shows it over white. RGB colour profiles are carried over, and pictures\n"
       "that a camera took sideways are turned upright. At most 32768 pixels on a side and 268 megapixels are read,\n"
       "from files of at most 1 GiB. That takes up to 6 GB of memory, or 3.5 GB without --compare and for usual files;\n"
@@ -128,14 +136,15 @@ void checkAxes(const SheetOptions& options, const CLI::App& command) {
 void addSheet(CLI::App* program, CommandLine* line) {
   CLI::App* command = program->add_subcommand("sheet", "Show a picture under several settings, side by side");
   const auto options = std::make_shared<SheetOptions>();
-  const auto addAxis = [command](const char* name, SheetAxis* axis, const char* help, const char* initial) {
-    addValue(command, name, "SETTING=N,N,...", help, [=](const std::string& text) {
+  const auto addAxis = [command](const char* name, SheetAxis* axis, const std::string& help, const char* initial) {
+    addValue(command, name, "SETTING=VALUE,VALUE,...", help, [=](const std::string& text) {
       *axis = readAxis(text);
     })->default_str(initial);
   };
   addFile(command, "IN", &options->in, "Picture to read: .png, .jpg or .jpeg");
   addFile(command, "OUT", &options->out, "Sheet to write: .png, .jpg or .jpeg");
-  addAxis("--columns", &options->columns, "What changes from left to right: whiten, soften or radius", kDefaultColumns);
+  addAxis("--columns", &options->columns, "What changes from left to right: " + joined(axisNames(), ", "),
+          kDefaultColumns);
   addAxis("--rows", &options->rows, "What changes from top to bottom, another of them", kDefaultRows);
   addNumber(command, "--cell", &options->cell, kLeastCell, static_cast<int>(kMaxSide),
             "Width of each picture on the sheet");
@@ -148,7 +157,7 @@ void addSheet(CLI::App* program, CommandLine* line) {
   command->footer(
       "The settings are applied to the whole picture at its own size, as by photo, and the results are scaled to the\n"
       "width of --cell. To see what the smoothing does, show a detail at its own size or larger, for example\n"
-      "  vlvk-makeup sheet me.jpg sheet.png --rows soften=1000 --columns radius=0,8,20,40 --crop 240x240+300+80\n"
+      "  vlvk-makeup sheet me.jpg sheet.png --rows soften=1000 --columns radius=0,8,auto,40 --crop 240x240+300+80\n"
       "What is no axis is set as for photo. A sheet has at most 32768 pixels on a side and 100 megapixels, and takes\n"
       "8 bytes of memory for each, beside what photo takes.\n"
       "On failure one line on standard error says why, and OUT is left as it was.");

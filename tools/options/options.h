@@ -7,16 +7,18 @@
 #include <variant>
 #include <vector>
 
+#include "tools/options/look_settings.h"
 #include "tools/options/values.h"
 #include "tools/picture/picture_file.h"
 #include "tools/video/frame_stream.h"
 
 namespace vlvk::tool {
 
-/// The settings, and the file with their colour table.
+/// The settings, and the files that go with them.
 struct LookOptions {
   Look look;
   std::optional<std::string> table;
+  std::optional<std::string> mask;
 };
 
 struct PhotoOptions {

@@ -20,20 +20,6 @@ std::string streamed(Number value) {
   return text.str();
 }
 
-// "whiten" for "--whiten".
-std::string_view axisName(const LookSetting& setting) {
-  return std::string_view(setting.option).substr(2);
-}
-
-const LookSetting& settingOf(std::string_view name) {
-  std::vector<std::string> known;
-  for (const LookSetting& setting : kLookSettings) {
-    if (axisName(setting) == name) return setting;
-    known.emplace_back(axisName(setting));
-  }
-  throw Error("there is no '" + std::string(name) + "', only " + joined(known, ", "));
-}
-
 // Reads a number and the character after it off the start of `text`; '\0' stands for the end.
 bool takeNumber(std::string_view* text, int* number, char after) {
   const char* end = text->data() + text->size();
@@ -56,15 +42,22 @@ std::string spelled(double number) {
 }
 
 template <typename Number>
-Number readNumber(std::string_view text, Number low, Number high) {
+std::optional<Number> numberIn(std::string_view text, Number low, Number high) {
   Number number{};
   const char* end = text.data() + text.size();
   const auto [last, error] = std::from_chars(text.data(), end, number);
   // Written so that NaN is out of range.
   if (error == std::errc() && last == end && number >= low && number <= high) return number;
-  throw Error("'" + std::string(text) + "' is not a number in " + spelled(low) + ".." + spelled(high));
+  return std::nullopt;
 }
 
+template <typename Number>
+Number readNumber(std::string_view text, Number low, Number high) {
+  if (const std::optional<Number> number = numberIn(text, low, high)) return *number;
+  throw Error("'" + std::string(text) + "' is not a number in " + spelledRange(low, high));
+}
+
+template std::optional<int> numberIn(std::string_view, int, int);
 template int readNumber(std::string_view, int, int);
 template double readNumber(std::string_view, double, double);
 
@@ -77,22 +70,6 @@ FrameSize readSize(const std::string& text) {
   }
   throw Error("'" + text + "' is no size such as 1280x720, with at most " + std::to_string(kMaxSide) +
               " pixels on a side and 268 million in all");
-}
-
-SheetAxis readAxis(const std::string& text) {
-  const std::size_t equals = text.find('=');
-  if (equals == std::string::npos) throw Error("'" + text + "' is no setting with values such as whiten=0,50,100");
-  SheetAxis axis{&settingOf(std::string_view(text).substr(0, equals)), {}};
-  for (std::size_t begin = equals + 1, end = 0; begin <= text.size(); begin = end + 1) {
-    end = std::min(text.find(',', begin), text.size());
-    const std::string_view word = std::string_view(text).substr(begin, end - begin);
-    const int value = readNumber(word, axis.setting->low, axis.setting->high);
-    if (std::find(axis.values.begin(), axis.values.end(), value) != axis.values.end()) {
-      throw Error("'" + text + "' has " + std::to_string(value) + " twice");
-    }
-    axis.values.push_back(value);
-  }
-  return axis;
 }
 
 Region readRegion(const std::string& text) {

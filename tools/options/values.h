@@ -1,8 +1,9 @@
-/// The values of options: words of the command line into numbers, sizes, settings. All readers throw Error, a bare
+/// The values of options: words of the command line into numbers, sizes, layouts. All readers throw Error, a bare
 /// reason, for a text that is no such value.
 #ifndef VLVK_TOOLS_OPTIONS_VALUES_H
 #define VLVK_TOOLS_OPTIONS_VALUES_H
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,29 +14,6 @@
 #include "tools/video/video_frame.h"
 
 namespace vlvk::tool {
-
-/// A setting that is a number.
-struct LookSetting {
-  const char* option;
-  const char* title;  ///< what a picture calls it
-  int Look::*value;
-  int low;
-  int high;
-  const char* help;
-};
-
-inline constexpr LookSetting kLookSettings[] = {
-    {"--whiten", "whitening (percent)", &Look::whiten, 0, 100, "Whitening in percent"},
-    {"--soften", "softening", &Look::soften, 0, 1000, "Strength of skin smoothing"},
-    {"--radius", "radius (pixels)", &Look::radius, 0, 128,
-     "Reach of the smoothing in pixels, rounded up to a multiple of 8; 0: none"},
-};
-
-/// One direction of a sheet: a setting and the values that it takes in turn.
-struct SheetAxis {
-  const LookSetting* setting;
-  std::vector<int> values;
-};
 
 /// A part of a picture.
 struct Region {
@@ -49,15 +27,22 @@ struct Region {
 std::string spelled(int number);
 std::string spelled(double number);
 
-/// A decimal number from `low` to `high`, `int` or `double`.
+/// "0..100".
+template <typename Number>
+std::string spelledRange(Number low, Number high) {
+  return spelled(low) + ".." + spelled(high);
+}
+
+/// A decimal number from `low` to `high`, `int` or `double`; nothing where the text is none.
+template <typename Number>
+std::optional<Number> numberIn(std::string_view text, Number low, Number high);
+
+/// The same for a text that must be one.
 template <typename Number>
 Number readNumber(std::string_view text, Number low, Number high);
 
 /// "1280x720", no larger than a picture may be.
 FrameSize readSize(const std::string& text);
-
-/// "whiten=0,25,50".
-SheetAxis readAxis(const std::string& text);
 
 /// "WxH+X+Y".
 Region readRegion(const std::string& text);

@@ -23,8 +23,12 @@ class Photo : public ToolDirectory {
 TEST_F(Photo, PortraitIsTheSameEverywhere) {
   const std::string portrait = VLVK_SAMPLES "/portrait.png";
   const auto crcOf = [](const Bytes& bytes) { return crc32_z(0, bytes.data(), bytes.size()); };
-  EXPECT_EQ(crcOf(result(portrait).pixels), 0xfa292875U);
-  EXPECT_EQ(crcOf(result(portrait, {"--whiten=80", "--soften=400", "--radius=9", "--threads=3"}).pixels), 0x64957ebeU);
+  EXPECT_EQ(crcOf(result(portrait).pixels), 0xc5622425U);
+  EXPECT_EQ(crcOf(result(portrait, {"--whiten-area=skin", "--even-tone=700", "--radius=9"}).pixels), 0x1e95acb2U);
+  const Arguments absolute{"--contrast=absolute", "--radius"};
+  EXPECT_EQ(crcOf(result(portrait, absolute + Arguments{"20"}).pixels), 0xfa292875U);
+  EXPECT_EQ(crcOf(result(portrait, absolute + Arguments{"9", "--whiten=80", "--soften=400", "--threads=3"}).pixels),
+            0x64957ebeU);
   EXPECT_EQ(crcOf(result(portrait, {"--show-weight", "--soften=300"}).pixels), 0xcd368b18U);
   const Image source = readPng(portrait);
   const Image both = result(portrait, {"--compare", "--radius=0", "--whiten=0"});
@@ -57,6 +61,61 @@ TEST_F(Photo, AnySizeKeepsItsAlpha) {
   }
 }
 
+// Skin with grain, lighter to the right.
+int skin(int x, int y, int channel) {
+  return (channel == 0 ? 150 : 110) + (x * 5 + y * 3) % 64 + channel;
+}
+
+TEST_F(Photo, MaskLeavesAloneWhatIsBlack) {
+  const Arguments options{"--whiten=90", "--whiten-area=skin", "--radius=8"};
+  const Arguments masked = options + Arguments{"--mask", path("mask.png")};
+  writePng(path("in.png"), 97, 61, skin);
+  const auto withMask = [&](const Bytes& pixel, const Arguments& shown = {}) {  // of a single one
+    writeRgba(path("mask.png"), {1, 1, pixel});
+    return result(path("in.png"), masked + shown);
+  };
+  for (const Arguments& shown : {Arguments{}, {"--show-weight"}}) {
+    const Image everywhere = result(path("in.png"), options + shown);
+    const Image nowhere = withMask({0, 0, 0, 255}, shown);
+    writePng(path("mask.png"), 5, 3, [](int x, int y, int) { return (x + y) % 2 == 0 ? 255 : 0; });
+    const Image inSquares = result(path("in.png"), masked + shown);
+    for (int i = 0; i < 97 * 61; ++i) {
+      const int x = i % 97;
+      const int y = i / 97;
+      const bool isBlack = ((2 * x + 1) * 5 / 194 + (2 * y + 1) * 3 / 122) % 2 != 0;
+      ASSERT_EQ(std::memcmp(inSquares.at(x, y), (isBlack ? nowhere : everywhere).at(x, y), 4), 0) << x << ", " << y;
+    }
+  }
+  // What is transparent counts as black, and colours by their luma.
+  EXPECT_EQ(withMask({255, 255, 255, 0}).pixels, readPng(path("in.png")).pixels);
+  EXPECT_EQ(withMask({255, 255, 255, 100}).pixels, withMask({100, 100, 100, 255}).pixels);
+  EXPECT_EQ(withMask({200, 100, 50, 255}).pixels, withMask({124, 124, 124, 255}).pixels);
+  const Bytes black{0, 0, 4, 255};  // of the heat map
+  EXPECT_TRUE(std::equal(black.begin(), black.end(), withMask({0, 0, 0, 255}, {"--show-weight"}).at(50, 30)));
+}
+
+TEST_F(Photo, MaskIsThatOfTheUprightPicture) {
+  const auto writeUpsideDown = [&](const std::string& name, int width, int height, const auto& sample) {
+    writePng(path(name), width, height,
+             [&](int x, int y, int channel) { return sample(width - 1 - x, height - 1 - y, channel); });
+    const std::string tiff("eXIfMM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x03\0\0\0\0\0\0", 30);
+    Bytes chunk = bytesOf(std::string("\0\0\0\x1A", 4) + tiff);
+    const auto crc = crc32_z(0, chunk.data() + 4, tiff.size());
+    for (int shift = 24; shift >= 0; shift -= 8)
+      chunk.push_back(static_cast<std::uint8_t>(crc >> shift));
+    Bytes file = readBytes(path(name));
+    file.insert(file.begin() + 33, chunk.begin(), chunk.end());  // after the header
+    writeBytes(path(name), file);
+  };
+  const auto mask = [](int x, int y, int) { return x * 60 + y * 20; };
+  writePng(path("in.png"), 40, 30, skin);
+  writePng(path("mask.png"), 4, 3, mask);
+  writeUpsideDown("turned.png", 40, 30, skin);
+  writeUpsideDown("turned_mask.png", 4, 3, mask);
+  EXPECT_EQ(result(path("turned.png"), {"--mask", path("turned_mask.png")}).pixels,
+            result(path("in.png"), {"--mask", path("mask.png")}).pixels);
+}
+
 TEST_F(Photo, UnusableInputIsRefused) {
   writeBytes(path("empty.png"), {});
   writeBytes(path("text.png"), bytesOf("hello\n"));
@@ -73,6 +132,8 @@ TEST_F(Photo, UnusableInputIsRefused) {
                 "a\\x0Ab\\x1B[1m\\xC2\\x85\xC2\xA1\\xE2\\x80\\xA8.png: ");
   for (const std::string& table : {path("missing.vlk"), path("text.png"), std::string()})
     expectRefused({"photo", path("good.png"), path("out.png"), "--table", table}, "vlvk-makeup: " + table + ": ");
+  for (const std::string& mask : {path("missing.png"), path("text.png"), path("picture.gif"), std::string()})
+    expectRefused({"photo", path("good.png"), path("out.png"), "--mask", mask}, "vlvk-makeup: " + mask + ": ");
   for (const std::string out : {"out.gif", "out", "none/out.png"})
     expectRefused({"photo", path("good.png"), path(out)}, path(out) + ": ");
   // Claims cost no memory: 32768 x 8192 pixels are 1 GiB, and the largest chunk 2 GiB.
@@ -101,20 +162,19 @@ Place placeOf(const Image& part, const Image& whole) {
 }
 
 TEST_F(Sheet, CellsAreWhatPhotoMakes) {
-  writePng(path("in.png"), 96, 61,
-           [](int x, int y, int channel) { return (channel == 0 ? 150 : 110) + (x * 5 + y * 3) % 64 + channel; });
-  const Image sheet =
-      result(path("in.png"),
-             {"--cell", "96", "--columns", "radius=40,0,8", "--rows", "soften=1000,70", "--whiten", "80", "--original"},
-             "sheet");
+  writePng(path("in.png"), 96, 61, [](int x, int y, int channel) { return skin(x, y, channel) - 70; });  // dim
+  const Image sheet = result(path("in.png"),
+                             {"--cell", "96", "--columns", "radius=40,0,auto", "--rows", "contrast=relative,absolute",
+                              "--whiten", "80", "--original"},
+                             "sheet");
   const Place first = placeOf(readPng(path("in.png")), sheet);
   std::vector<Place> places;
-  for (const std::string soften : {"1000", "70"}) {
-    for (const std::string radius : {"40", "0", "8"})
+  for (const std::string contrast : {"relative", "absolute"}) {
+    for (const std::string radius : {"40", "0", "auto"})
       places.push_back(
-          placeOf(result(path("in.png"), {"--radius", radius, "--soften", soften, "--whiten", "80"}), sheet));
+          placeOf(result(path("in.png"), {"--radius", radius, "--contrast", contrast, "--whiten", "80"}), sheet));
   }
-  places[4].first = places[3].first;  // without a radius softening is nothing: the cell above looks the same
+  places[4].first = places[3].first;  // without a radius contrast is nothing: the cell above looks the same
   const int right = places[0].second - first.second;
   const int down = places[3].first - first.first;
   EXPECT_TRUE(first.first >= 0 && right >= 96 && down >= 61) << first.first << ", " << right << ", " << down;

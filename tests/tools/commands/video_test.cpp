@@ -52,7 +52,7 @@ Bytes y4mOf(int width, int height, int frames) {
 }
 
 // What the library makes of a frame.
-Planes beautified(Planes frame, VlvkMakeup* makeup) {
+Planes beautified(Planes frame, VlvkMakeup* makeup, const VlvkMask& mask) {
   const int columns = (frame.width + 1) / 2;
   const VlvkFrame planes{sizeof planes,
                          VLVK_I420,
@@ -62,11 +62,14 @@ Planes beautified(Planes frame, VlvkMakeup* makeup) {
                          frame.height,
                          {frame.y.data(), frame.u.data(), frame.v.data()},
                          {frame.width, columns, columns}};
-  EXPECT_EQ(vlvkMakeupProcess(makeup, &planes, &planes, nullptr), VLVK_OK);
+  EXPECT_EQ(vlvkMakeupProcess(makeup, &planes, &planes, &mask), VLVK_OK);
   return frame;
 }
 
 TEST_F(Video, FramesAreWhatTheLibraryMakesOfThem) {
+  const Bytes values{0, 80, 255, 160, 255, 0};
+  const VlvkMask mask{sizeof mask, 3, 2, 3, values.data()};
+  writePng(path("mask.png"), 3, 2, [&](int x, int y, int) { return values[y * 3 + x]; });
   for (const auto& [format, order] :
        {std::pair{"", kPlanar}, {"i420", kPlanar}, {"nv12", kUThenV}, {"nv21", kVThenU}}) {
     for (const auto& [width, height] : {std::pair{1, 1}, {2, 2}, {17, 9}, {48, 33}, {33, 48}, {320, 200}}) {
@@ -79,16 +82,20 @@ TEST_F(Video, FramesAreWhatTheLibraryMakesOfThem) {
       settings.whitening = 80;
       settings.softening = 700;
       settings.radius = 9;
+      settings.contrast = VLVK_CONTRAST_ABSOLUTE;
+      settings.whitenArea = VLVK_WHITEN_SKIN;
+      settings.evenTone = 600;
       VlvkMakeup* makeup = nullptr;
       ASSERT_EQ(vlvkMakeupCreate(&makeup, &settings), VLVK_OK);
       for (int i = 0; i < 7; ++i) {
         const Bytes header = bytesOf(raw ? "" : i % 2 == 0 ? "FRAME\n" : "FRAME Ip XNOTE=2\n");
         source = source + header + inOrder(frameOf(width, height, i), order);
-        expected = expected + header + inOrder(beautified(frameOf(width, height, i), makeup), order);
+        expected = expected + header + inOrder(beautified(frameOf(width, height, i), makeup, mask), order);
       }
       vlvkMakeupDestroy(makeup);
       writeBytes(path("in"), source);
-      expectDone(Arguments{"video", path("in"), path("in"), "--whiten", "80", "--soften", "700", "--radius=9"} +
+      expectDone(Arguments{"video", path("in"), path("in"), "--whiten", "80", "--soften", "700", "--radius=9",
+                           "--contrast=absolute", "--whiten-area=skin", "--even-tone=600", "--mask", path("mask.png")} +
                  (raw ? Arguments{"--format", format, "--size", size} : Arguments{}));
       EXPECT_TRUE(readBytes(path("in")) == expected) << format << " " << size;
     }
@@ -105,12 +112,13 @@ TEST_F(Video, RecordsTellOfEveryFrame) {
     const ProgramRun run = runProgram(
         Arguments{"video", path("in.y4m"), "/dev/null", "--checksum", "-", "--frametimes", path("times")} + way);
     EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 21);
-    expectHolds(run.out, "all 09e6db30\n");
+    expectHolds(run.out, "all 5cf66f8b\n");
     const Bytes times = readBytes(path("times"));
     EXPECT_EQ(std::count(times.begin(), times.end(), '\n'), 21);
   }
   const Arguments arguments{"video", path("in.y4m"), "-", "--checksum", path("sums"), "--frametimes"};
   expectRefused(arguments + Arguments{path("none/times")}, path("none/times") + ": ");
+  expectRefused({"video", path("in.y4m"), path("out"), "--mask", path("no.png")}, path("no.png") + ": No such file");
   for (const std::string& taken : {directory_.string() + "/./sums", path("in.y4m")})
     expectRefused(arguments + Arguments{taken}, "the same file: " + taken);
   expectRefused(arguments + Arguments{"/dev/stdout"},

@@ -20,19 +20,30 @@ tool::CommandLine parsed(const Arguments& arguments) {
   return line;
 }
 
-// --whiten, --soften, --radius, --threads, --quality.
+// --whiten, --soften, --radius, --contrast, --whiten-area, --even-tone.
+std::vector<int> numbersOf(const VlvkSettings& settings) {
+  return {settings.whitening, settings.softening,  settings.radius,
+          settings.contrast,  settings.whitenArea, settings.evenTone};
+}
+
+// And --threads, --quality.
 std::vector<int> numbersOf(const Arguments& options) {
   const auto photo = std::get<tool::PhotoOptions>(parsed(Arguments{"photo", "a", "b"} + options).command);
-  const tool::Look& look = photo.look.look;
-  return {look.whiten, look.soften, look.radius, look.threads, photo.quality};
+  const VlvkSettings& settings = photo.look.look.settings;
+  return numbersOf(settings) + std::vector<int>{settings.threads, photo.quality};
 }
 
 TEST(CommandLine, ValuesArrive) {
-  EXPECT_EQ(numbersOf({}), (std::vector<int>{50, 1000, 20, 4, 92}));
-  EXPECT_EQ(numbersOf({"--whiten=010", "--soften=0", "--radius", "0", "--threads=1", "--quality=1"}),
-            (std::vector<int>{10, 0, 0, 1, 1}));
-  EXPECT_EQ(numbersOf({"--whiten=100", "--soften=1000", "--radius=128", "--threads=64", "--quality=100"}),
-            (std::vector<int>{100, 1000, 128, 64, 100}));
+  VlvkSettings handle;
+  vlvkSettingsInit(&handle, sizeof handle);
+  EXPECT_EQ(numbersOf(Arguments{}), numbersOf(handle) + (std::vector<int>{4, 92}));
+  EXPECT_EQ(numbersOf({"--whiten=010", "--soften=0", "--radius", "0", "--contrast=absolute", "--whiten-area=skin",
+                       "--even-tone=1", "--threads=1", "--quality=1"}),
+            (std::vector<int>{10, 0, 0, VLVK_CONTRAST_ABSOLUTE, VLVK_WHITEN_SKIN, 1, 1, 1}));
+  EXPECT_EQ(numbersOf({"--whiten=100", "--soften=1000", "--radius=128", "--contrast=relative", "--whiten-area=all",
+                       "--even-tone=1000", "--threads=64", "--quality=100"}),
+            (std::vector<int>{100, 1000, 128, VLVK_CONTRAST_RELATIVE, VLVK_WHITEN_ALL, 1000, 64, 100}));
+  EXPECT_EQ(numbersOf({"--radius=auto"})[2], VLVK_RADIUS_AUTO);
   for (const std::string& name : tool::targetNames()) {
     EXPECT_EQ(parsed({"--target", "scalar", "photo", "a", "b", "--target", name}).target, name);
     tool::useTarget(name);
@@ -49,12 +60,16 @@ TEST(CommandLine, WhatMakesNoSenseIsRefused) {
       // The last word is refused with each of the values.
       {photo + Arguments{"--whiten"}, {"-1", "101", "1.5", "a\nb", "0x10", "", "9999999999"}},
       {photo + Arguments{"--soften"}, {"-1", "1001"}},
-      {photo + Arguments{"--radius"}, {"-1", "129"}},
+      {photo + Arguments{"--radius"}, {"-1", "129", "automatic", ""}},
+      {photo + Arguments{"--contrast"}, {"0", "Relative", ""}},
+      {video + Arguments{"--whiten-area"}, {"1", "skins"}},
+      {sheet + Arguments{"--even-tone"}, {"-1", "1001"}},
       {photo + Arguments{"--threads"}, {"0", "65"}},
       {photo + Arguments{"--quality"}, {"0", "101"}},
       {photo + Arguments{"--target"}, {"", "mmx"}},
       {sheet + Arguments{"--columns"}, {"whiten=", "whiten=1,,2", "whiten=1,", "radius=999", "whiten=0x1", "whiten"}},
-      {sheet + Arguments{"--columns"}, {"radius=8,0,8", "=1", "--whiten=1", "threads=1,2", "", "soften=1"}},
+      {sheet + Arguments{"--columns"},
+       {"radius=auto,8,auto", "contrast=0", "=1", "--whiten=1", "threads=1,2", "", "soften=1"}},
       {sheet + Arguments{"--soften"}, {"500"}},
       {sheet + Arguments{"--cell"}, {"79", "32769"}},
       {sheet + Arguments{"--crop"}, {"", "9x9", "0x9+0+0", "9x9+0+-1", "9x9+0+0+0", "9x9+0+99999999999", "9x9+0+0 "}},
