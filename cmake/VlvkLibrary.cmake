@@ -58,6 +58,8 @@ set(VLVK_LIBRARY_SOURCES
   engine/mask_rows.h
   engine/pair_blend.cpp
   engine/pair_blend.h
+  engine/pixel_pair.cpp
+  engine/pixel_pair.h
   engine/plane_extent.h
   engine/row_pair.cpp
   engine/row_pair.h
@@ -67,6 +69,8 @@ set(VLVK_LIBRARY_SOURCES
   engine/skin_weights.h
   engine/tone_step.cpp
   engine/tone_step.h
+  engine/yuv_pair.cpp
+  engine/yuv_pair.h
   engine/versioned.h
   filter/CFastEdgePreserved.cpp
   filter/band_rows.cpp

@@ -5,8 +5,9 @@
 #include <cstring>
 
 #include "engine/frame_rows.h"
-#include "engine/row_pair.h"
+#include "engine/pixel_pair.h"
 #include "engine/tone_step.h"
+#include "engine/yuv_pair.h"
 #include "filter/band_rows.h"
 #include "kernels/smooth_plane.h"
 #include "rows/row_loops.h"
@@ -99,7 +100,12 @@ class BandRun {
 
   /// Bands begin at even rows.
   void finishAt(int y) const {
-    if (y % 2 != 0 || y == end_ - 1) runRowPair(job_, scratch_, y & ~1);
+    if (y % 2 == 0 && y != end_ - 1) return;
+    if (job_.source.format->isYuv()) {
+      YuvPair(job_, scratch_, y & ~1).run();
+    } else {
+      PixelPair(job_, scratch_, y & ~1).run();
+    }
   }
 
   template <class AfterRow>

@@ -81,8 +81,8 @@ void planLuma(FrameJob& job, const VlvkSettings& settings) {
   job.formula = formulaFor(reach, level, settings.contrast, source.colors);
 }
 
-/// Skin and its tone. Of pixels both are measured in YUV of limited range, as row_pair.cpp and tone_step.cpp make it of
-/// them.
+/// Skin and its tone. Of pixels both are measured in YUV of limited range, as pixel_pair.cpp and tone_step.cpp make it
+/// of them.
 void planSkin(FrameJob& job, const VlvkSettings& settings, KeptSkinWeights& skin) {
   const bool isYuv = job.source.format->isYuv();
   const Colorimetry measured = isYuv ? job.source.colors : kBt601Limited;
