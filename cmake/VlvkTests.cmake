@@ -146,10 +146,12 @@ if(TARGET vlvk-makeup)
     resource/neutral_colors.h
     tests/engine/look_test.cpp
     tests/tools/commands/photo_test.cpp
+    tests/tools/commands/several_files_test.cpp
     tests/tools/commands/table_test.cpp
     tests/tools/commands/video_test.cpp
     tests/tools/io/output_file_test.cpp
     tests/tools/options/command_line_test.cpp
+    tests/tools/picture/metadata_test.cpp
     tests/tools/picture/picture_file_test.cpp
     tests/tools/table/table_formats_test.cpp
     tests/tools/video/video_text_test.cpp
@@ -160,7 +162,10 @@ if(TARGET vlvk-makeup)
     VLVK_TOOL_PROGRAM="$<TARGET_FILE:vlvk-makeup>"
     VLVK_SAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/samples"
     VLVK_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/fuzz/corpus")
-  target_link_libraries(vlvk_tool_tests PRIVATE vlvk_tool GTest::gtest GTest::gtest_main)
+  if(VLVK_FFMPEG_FOUND)
+    target_sources(vlvk_tool_tests PRIVATE tests/tools/media/media_choice_test.cpp)
+  endif()
+  target_link_libraries(vlvk_tool_tests PRIVATE vlvk_tool exiv2lib GTest::gtest GTest::gtest_main)
   add_dependencies(vlvk_tool_tests vlvk-makeup)
   vlvk_set_test_flags(vlvk_tool_tests)
   vlvk_discover_tests(vlvk_tool_tests 2)

@@ -26,7 +26,7 @@ command -v clang++ >/dev/null || {
 
 build() {
   cmake -S . -B build-fuzz -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVLVK_BUILD_FUZZERS=ON \
-    -DVLVK_SANITIZE=address,undefined -DVLVK_WARNINGS_AS_ERRORS=ON -DVLVK_BUILD_TOOLS=ON \
+    -DVLVK_SANITIZE=address,undefined -DVLVK_WARNINGS_AS_ERRORS=ON -DVLVK_BUILD_TOOLS=ON -DVLVK_HEIF=ON \
     -DVLVK_BUILD_TESTS=OFF -DVLVK_BUILD_BENCHMARKS=OFF -DVLVK_BUILD_JAVA=OFF -DVLVK_JNI_BINDINGS=OFF &&
     cmake --build build-fuzz --parallel "${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}" --target "${names[@]/#/vlvk_fuzz_}"
 }

@@ -12,7 +12,10 @@ cd "$(dirname "$0")/.."
 packages=(cmake g++ make)
 for purpose in "${@:-program}"; do
   case "$purpose" in
-    program) packages+=(libcli11-dev libgd-dev libjpeg62-turbo-dev libpng-dev zlib1g-dev) ;;
+    program)
+      packages+=(libcli11-dev libexiv2-dev libgd-dev libheif-dev libjpeg62-turbo-dev libpng-dev libwebp-dev zlib1g-dev)
+      packages+=(libavcodec-dev libavdevice-dev libavfilter-dev libavformat-dev libavutil-dev pkgconf)
+      ;;
     test) packages+=(default-jdk-headless dpkg-dev junit4 libgtest-dev mandoc pkgconf) ;;
     java) packages+=(default-jdk-headless) ;;
     check) packages+=(clang-format clang-tidy) ;;

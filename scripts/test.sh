@@ -9,7 +9,7 @@
 #   bench     build the benchmarks, with those of other libraries, and run some for a moment
 #   sample    build the program and beautify the sample picture
 #   java      build the Java classes, their pages and the Java example, and beautify the sample picture with it
-#   video     beautify a short MP4 with the lines of docs/video.md and look at what comes out
+#   video     beautify clips of many kinds and check what comes out, and the lines of docs/video.md
 #   readme    compile and run the examples of the README
 #   asan      build with the address and undefined-behaviour sanitizers and run the tests
 #   tsan      build with the thread sanitizer and run the tests

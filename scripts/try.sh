@@ -5,7 +5,8 @@ cd "$(dirname "$0")/.."
 . scripts/quietly.sh
 
 build() {
-  cmake -S . -B build-try -DCMAKE_BUILD_TYPE=Release -DVLVK_BUILD_TOOLS=ON \
+  cmake -S . -B build-try -DCMAKE_BUILD_TYPE=Release -DVLVK_BUILD_TOOLS=ON -DVLVK_HEIF=ON \
+    -DVLVK_VIDEO_FILES=ON \
     -DVLVK_BUILD_TESTS=OFF -DVLVK_BUILD_BENCHMARKS=OFF -DVLVK_BUILD_JAVA=OFF -DVLVK_JNI_BINDINGS=OFF &&
     cmake --build build-try --parallel "$(nproc)"
 }

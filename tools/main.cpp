@@ -22,9 +22,16 @@ using vlvk::tool::printError;
 constexpr int kFailure = 1;
 constexpr int kUsage = 2;
 
-// "IN: " for a message that does not say by itself which of many files a batch was at.
+// "IN: " for a message that does not say by itself what the program was at.
 std::string inputPrefix(const CommandLine& line) {
-  return line.in.empty() ? "" : line.in + ": ";
+  return std::visit(
+      [](const auto& options) -> std::string {
+        if constexpr (requires { options.in; }) {
+          if (!options.in.empty()) return options.in + ": ";
+        }
+        return "";
+      },
+      line.command);
 }
 
 int run(int argc, char** argv) {
@@ -35,8 +42,10 @@ int run(int argc, char** argv) {
     std::visit([](const auto& options) { vlvk::tool::run(options); }, line.command);
     return 0;
   } catch (const vlvk::tool::UsageError& error) {
-    printError(inputPrefix(line) + error.what());
+    printError(error.what());
     return kUsage;
+  } catch (const vlvk::tool::ReportedFailure&) {
+    return kFailure;
   } catch (const vlvk::tool::Error& error) {
     printError(error.what());
   } catch (const std::bad_alloc&) {

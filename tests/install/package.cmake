@@ -32,7 +32,7 @@ check_package(libvlvkmakeupengine-dev DEPENDS "${library} \\(= ${VERSION}\\)" FI
   "-rw-r--r-- root/root [^\n]*/pkgconfig/VLVKMakeupEngine.pc"
   "-rw-r--r-- root/root [^\n]*/cmake/VLVKMakeupEngine/VLVKMakeupEngineConfig.cmake"
   "drwxr-xr-x root/root [^\n]*/usr/share/doc/VLVKMakeupEngine/")
-check_package(vlvk-makeup DEPENDS "libc6 .*libstdc\\+\\+6[^\n]*" FILES
+check_package(vlvk-makeup DEPENDS "[^\n]*libc6 .*libstdc\\+\\+6[^\n]*" FILES
   "-rwxr-xr-x root/root [^\n]*/usr/bin/vlvk-makeup"
   "-rw-r--r-- root/root [^\n]*/usr/share/man/man1/vlvk-makeup.1(.gz)?")
 if(JAVA)

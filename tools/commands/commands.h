@@ -10,8 +10,15 @@ namespace vlvk::tool {
 /// A picture file in, a beautified picture file out.
 void run(const PhotoOptions& options);
 
+/// Pictures in, beautified ones of their names in a folder. All that can be is done; throws UsageError before anything
+/// is where results would be in one place or in that of a picture, and ReportedFailure in the end where one failed.
+void run(const Several<PhotoOptions>& photos);
+
 /// A stream of frames in, the beautified stream out. Throws UsageError where two results would be in one place.
 void run(const VideoOptions& options);
+
+/// The same for videos.
+void run(const Several<VideoOptions>& videos);
 
 /// A picture under several settings, side by side on one sheet.
 void run(const SheetOptions& options);

@@ -16,16 +16,21 @@ namespace vlvk::tool {
 
 // All throw Error, which names `path` as given.
 
-/// Throws for a name without the extension of a picture.
+/// Throws for a name without the extension of a picture that can be written.
 void requirePictureName(const std::string& path);
 
-/// Reads a picture, upright.
+/// Name that the result for a picture gets in another folder: that of the picture, with .jpg in the place of the
+/// extension of a kind that is only read.
+std::string resultName(const std::string& path);
+
+/// Reads a picture, upright. Prints what metadata it loses.
 Picture readPicture(const std::string& path);
 
-/// Writes a picture; see writeFile.
-///
-/// @param quality  1 to 100, JPEG only
-void writePicture(const std::string& path, const Picture& picture, int quality = kDefaultQuality);
+/// Writes a picture; see encodePicture, writeFile.
+void writePicture(const std::string& path, const Picture& picture, std::optional<int> quality = {});
+
+/// Throws where a layout is stated for a table that has none, being no picture: another file was meant.
+void requirePictureFor(const std::string& path, const std::optional<TableLayout>& layout);
 
 /// Reads a colour table as the engine's picture; names without a known extension are those of resource files.
 ///

@@ -28,11 +28,6 @@ void requirePng(const std::string& path) {
   requireFormat(path, TableFormat::kPicture, "the name of the picture must end in .png");
 }
 
-// A layout that is stated for a file without one shows that another file was meant.
-void requirePictureFor(const std::string& path, const std::optional<TableLayout>& layout) {
-  if (layout) requireFormat(path, TableFormat::kPicture, "a layout is stated, but the name does not end in .png");
-}
-
 TableFormat formatToWrite(const std::string& path) {
   return named(path, [&] {
     const std::optional<TableFormat> format = tableFormat(path);
@@ -49,7 +44,6 @@ void write(const std::string& path, std::span<const std::uint8_t> table, const s
 
 void convert(const TableOptions& options) {
   formatToWrite(options.out);  // before the work is done
-  requirePictureFor(options.in, options.inLayout);
   requirePictureFor(options.out, options.outLayout);
   write(options.out, readTable(options.in, options.inLayout), std::filesystem::path(options.in).stem().string(),
         options.outLayout.value_or(TableLayout::kLookup));

@@ -1,32 +1,23 @@
 /// The command `video`.
 #include <algorithm>
-#include <chrono>
 #include <exception>
 #include <filesystem>
+#include <memory>
 #include <string>
-#include <system_error>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tools/commands/commands.h"
 #include "tools/commands/files.h"
-#include "tools/engine/engine.h"
+#include "tools/commands/video_steps.h"
 #include "tools/io/messages.h"
 #include "tools/io/output_file.h"
-#include "tools/video/frame_pipe.h"
-#include "tools/video/frame_records.h"
 #include "tools/video/frame_stream.h"
-#include "tools/video/progress.h"
+#include "tools/video/y4m.h"
 
 namespace vlvk::tool {
 namespace {
-
-// Where `path` leads to, however it is spelled.
-std::string placeOf(const std::string& path) {
-  if (isStandardOutput(path)) return "-";
-  std::error_code error;
-  const std::filesystem::path place = std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
-  return error ? path : place.string();
-}
 
 // Two results in one place would spoil each other, and a record in the place of IN the video.
 void checkDestinations(const VideoOptions& options) {
@@ -57,44 +48,62 @@ void writeRecord(const std::string& path, const std::string& text) {
   }
 }
 
-// Milliseconds that the engine took for a frame of the stream `name`.
-double beautify(const std::string& name, Engine* engine, VideoFrame* frame) {
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point begin = Clock::now();
-  named(name, [&] { engine->beautify(frame->frame(), frame->frame(), frame->number); });
-  return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
+// Y4M to Y4M needs no FFmpeg, and what has no ending, such as a pipe, gets what came in.
+bool staysStream(const VideoOptions& options, InputStream* stream) {
+  if (options.raw) return true;
+  if (!options.from.empty() || !options.to.empty() || options.encoder.any()) return false;
+  const std::string_view begin = stream->peek(kY4mStart.size());
+  const std::string ending = std::filesystem::path(options.out).extension();
+  return begin.empty() || (kY4mStart.starts_with(begin) && (ending.empty() || ending == ".y4m"));
+}
+
+void runStream(const VideoOptions& options, std::unique_ptr<InputStream> stream) {
+  VideoRecords records(options);
+  Engine engine(readLook(options.look));
+  FrameReader reader(options.in, std::move(stream), options.raw);
+  OutputFile out(options.out, Devices::kTaken);
+  FrameWriter writer(&out, reader.header());
+  std::exception_ptr broken;
+  {
+    Progress progress(options.quiet, reader.expectedFrames());
+    broken = beautifyAll(&engine, &reader, &writer, &progress, &records);
+  }
+  out.commit();
+  records.write();
+  if (broken != nullptr) std::rethrow_exception(broken);
 }
 
 }  // namespace
 
+VideoRecords::VideoRecords(const VideoOptions& options) : timesPath_(options.times), checksumsPath_(options.checksums) {
+  requireRecordWritable(checksumsPath_);
+  requireRecordWritable(timesPath_);
+}
+
+void VideoRecords::addTimes(std::uint64_t number, double filtered, double waited) {
+  if (!timesPath_.empty()) times_.add(number, filtered, waited);
+}
+
+void VideoRecords::addChecksum(std::uint64_t number, const VlvkFrame& frame) {
+  if (!checksumsPath_.empty()) checksums_.add(number, frame);
+}
+
+void VideoRecords::write() const {
+  writeRecord(checksumsPath_, checksums_.text());
+  writeRecord(timesPath_, times_.text());
+}
+
 void run(const VideoOptions& options) {
   checkDestinations(options);
-  requireRecordWritable(options.checksums);
-  requireRecordWritable(options.times);
-  Engine engine(readLook(options.look));
-  FrameReader reader(options.in, options.raw);
-  OutputFile out(options.out, Devices::kTaken);
-  FrameWriter writer(&out, reader.header());
-  FrameChecksums checksums;
-  FrameTimes times;
-  std::exception_ptr broken;
-  {
-    Progress progress(options.quiet, reader.expectedFrames());
-    const auto work = [&](VideoFrame* frame, double waited) {
-      const double filtered = beautify(reader.name(), &engine, frame);
-      if (!options.times.empty()) times.add(frame->number, filtered, waited);
-    };
-    const auto write = [&](VideoFrame* frame) {
-      if (!options.checksums.empty()) checksums.add(frame);
-      writer.write(frame);
-      progress.frameDone();
-    };
-    broken = FramePipe(&reader, work, write).run();
+  std::unique_ptr<InputStream> stream;
+  if (!isMediaSource(options)) {
+    stream = named(streamName(options.in), [&] { return std::make_unique<InputStream>(options.in); });
+    if (named(streamName(options.in), [&] { return staysStream(options, stream.get()); })) {
+      runStream(options, std::move(stream));
+      return;
+    }
   }
-  out.commit();
-  writeRecord(options.checksums, checksums.text());
-  writeRecord(options.times, times.text());
-  if (broken != nullptr) std::rethrow_exception(broken);
+  runMedia(options, std::move(stream));
 }
 
 }  // namespace vlvk::tool

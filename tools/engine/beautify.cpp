@@ -21,10 +21,8 @@ std::vector<std::uint8_t> nv21Of(const Picture& source, VlvkRange range) {
 }
 
 Picture beautify(const Picture& source, const Look& look) {
-  Picture result(source.width, source.height);
+  Picture result = emptyLike(source, source.width, source.height);
   Engine(look).beautify(frameOf(source), frameOf(result));
-  result.hasAlpha = source.hasAlpha;
-  result.colorProfile = source.colorProfile;
   return result;
 }
 

@@ -26,6 +26,10 @@ struct Mask {
   std::uint8_t at(int x, int y, int frameWidth, int frameHeight) const;
 };
 
+/// A mask for frames that will be turned when they are shown: by quarters, clockwise, after an optional mirroring of
+/// left and right. `mask` lies on what is shown then.
+Mask turnedBack(const Mask& mask, int quarters, bool mirrored);
+
 /// The luma of a picture, 0 to 255. What is transparent counts as black.
 Mask maskOf(const Picture& picture);
 

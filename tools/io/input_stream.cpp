@@ -37,6 +37,24 @@ std::optional<std::uint64_t> InputStream::fileSize() const {
   return static_cast<std::uint64_t>(status.st_size);
 }
 
+std::string_view InputStream::peek(std::size_t count) {
+  std::size_t filled = buffer_.size();
+  while (filled - taken_ < count) {
+    buffer_.resize(taken_ + kReadAhead);
+    const std::size_t read = readSome(std::span(buffer_).subspan(filled), {});
+    filled += read;
+    if (read == 0) break;
+  }
+  buffer_.resize(filled);
+  return {reinterpret_cast<const char*>(buffer_.data()) + taken_, std::min(count, filled - taken_)};
+}
+
+void InputStream::seek(std::uint64_t position) {
+  if (::lseek(descriptor_, static_cast<off_t>(position), SEEK_SET) < 0) throw Error(systemReason(errno));
+  buffer_.clear();
+  taken_ = 0;
+}
+
 std::size_t InputStream::read(std::span<std::uint8_t> bytes, const std::stop_token& stop) {
   const std::size_t ahead = std::min(buffer_.size() - taken_, bytes.size());
   std::copy_n(buffer_.begin() + static_cast<std::ptrdiff_t>(taken_), ahead, bytes.begin());

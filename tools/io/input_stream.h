@@ -8,6 +8,7 @@
 #include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vlvk::tool {
@@ -24,6 +25,12 @@ class InputStream {
 
   /// Bytes of a regular file.
   std::optional<std::uint64_t> fileSize() const;
+
+  /// The next bytes, without taking them: `count`, at most 4096, and fewer only at the end of the stream.
+  std::string_view peek(std::size_t count);
+
+  /// Goes to a place in a regular file.
+  void seek(std::uint64_t position);
 
   /// Fills `bytes`. Returns how many there were: fewer only at the end of the stream.
   std::size_t read(std::span<std::uint8_t> bytes, const std::stop_token& stop);

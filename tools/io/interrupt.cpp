@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <iterator>
 
+#include "tools/io/messages.h"
+
 namespace vlvk::tool {
 namespace {
 
@@ -53,6 +55,10 @@ bool InterruptPause::isDue() {
   sigpending(&pending);
   return std::any_of(std::begin(kInterrupts), std::end(kInterrupts),
                      [&pending](int signal) { return sigismember(&pending, signal) == 1 && !isIgnored(signal); });
+}
+
+void failIfInterrupted() {
+  if (InterruptPause::isDue()) throw Error("interrupted");
 }
 
 }  // namespace vlvk::tool

@@ -24,6 +24,9 @@ class InterruptPause {
   sigset_t before_;
 };
 
+/// Throws Error where an interrupt is held back: what comes next would be in vain.
+void failIfInterrupted();
+
 }  // namespace vlvk::tool
 
 #endif

@@ -1,9 +1,12 @@
 /// See messages.h.
 #include "tools/io/messages.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <mutex>
 #include <system_error>
 
 namespace vlvk::tool {
@@ -21,6 +24,25 @@ std::size_t controlLength(std::string_view text) {
   if (byte(0) == 0xC2 && byte(1) >= 0x80 && byte(1) <= 0x9F) return 2;
   if (byte(0) == 0xE2 && byte(1) == 0x80 && (byte(2) == 0xA8 || byte(2) == 0xA9)) return 3;
   return 0;
+}
+
+// The last line of the terminal, of which there is one.
+struct Status {
+  std::mutex mutex;
+  std::string shown;
+
+  // Blanks cover what is left of a longer text.
+  void replace(const std::string& text) {
+    const std::string rest(shown.size() - std::min(text.size(), shown.size()), ' ');
+    std::fprintf(stderr, "\r%s%s%s", text.c_str(), rest.c_str(), text.empty() ? "\r" : "");
+    std::fflush(stderr);
+    shown = text;
+  }
+};
+
+Status& status() {
+  static Status instance;
+  return instance;
 }
 
 }  // namespace
@@ -53,7 +75,29 @@ std::string printable(std::string_view text, std::size_t longest) {
 
 void printError(std::string_view text) {
   const std::string line = "vlvk-makeup: " + oneLine(text) + "\n";
+  Status& last = status();
+  const std::lock_guard lock(last.mutex);
+  const std::string shown = last.shown;
+  if (!shown.empty()) last.replace("");
   std::fwrite(line.data(), 1, line.size(), stderr);
+  if (!shown.empty()) last.replace(shown);
+}
+
+void printNotes(const std::string& name, const std::vector<std::string>& notes) {
+  for (const std::string& note : notes)
+    printError(std::string(name).append(": ").append(note));
+}
+
+void showStatus(const std::string& text) {
+  if (::isatty(STDERR_FILENO) != 1) return;
+  const std::lock_guard lock(status().mutex);
+  status().replace(text);
+}
+
+void endStatus() {
+  const std::lock_guard lock(status().mutex);
+  if (!status().shown.empty()) std::fputc('\n', stderr);
+  status().shown.clear();
 }
 
 void printText(const std::string& text) {

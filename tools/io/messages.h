@@ -3,9 +3,11 @@
 #define VLVK_TOOLS_IO_MESSAGES_H
 
 #include <cstddef>
+#include <exception>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vlvk::tool {
 
@@ -21,6 +23,9 @@ class UsageError : public Error {
  public:
   using Error::Error;
 };
+
+/// The end of work on several files of which some failed; each has had its line.
+class ReportedFailure : public std::exception {};
 
 /// Returns what `work` does. An Error that it throws, of whatever class, reads "NAME: reason" from here on.
 ///
@@ -44,8 +49,19 @@ std::string oneLine(std::string_view text);
 /// Of any text something short that can be shown: its first `longest` bytes, those beyond plain ASCII replaced.
 std::string printable(std::string_view text, std::size_t longest);
 
-/// Writes "vlvk-makeup: text" and a line end, with which every failure of the program ends, to standard error.
+/// Writes "vlvk-makeup: text" and a line end, with which every failure of the program ends, to standard error; above
+/// the status, if there is one. May be called on any thread.
 void printError(std::string_view text);
+
+/// Writes an error line "NAME: note" for each of `notes`, remarks on what a file loses.
+void printNotes(const std::string& name, const std::vector<std::string>& notes);
+
+/// Shows how far the program is, as the last line of a terminal on standard error, in the place of what it showed
+/// before. Without a terminal, nothing. May be called on any thread.
+void showStatus(const std::string& text);
+
+/// Leaves the status where it is: what comes stands below.
+void endStatus();
 
 /// Writes `text` to standard output, and throws Error if it did not get there.
 void printText(const std::string& text);

@@ -24,10 +24,6 @@ constexpr int kMaxLinks = 40;
   throw Error(systemReason(errno));
 }
 
-void failIfInterrupted() {
-  if (InterruptPause::isDue()) throw Error("interrupted");
-}
-
 // Runs a step of the writing, whose reasons get the file's name.
 template <typename Step>
 void writing(const std::string& name, const Step& step) {
@@ -121,6 +117,20 @@ void OutputFile::write(std::span<const std::uint8_t> bytes) {
   });
 }
 
+std::uint64_t OutputFile::size() {
+  struct stat status {};
+  writing(name_, [&] {
+    if (::fstat(descriptor_, &status) != 0) failWithErrno();
+  });
+  return static_cast<std::uint64_t>(status.st_size);
+}
+
+void OutputFile::seek(std::uint64_t position) {
+  writing(name_, [&] {
+    if (::lseek(descriptor_, static_cast<off_t>(position), SEEK_SET) < 0) failWithErrno();
+  });
+}
+
 void OutputFile::commit() {
   if (!temporary_.empty()) writing(name_, [this] { rename(); });
 }
@@ -139,6 +149,13 @@ void OutputFile::rename() {
 
 bool isStandardOutput(const std::string& path) {
   return path == "-" || path == "/dev/stdout";
+}
+
+std::string placeOf(const std::string& path) {
+  if (isStandardOutput(path)) return "-";
+  std::error_code error;
+  const std::filesystem::path place = std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
+  return error ? path : place.string();
 }
 
 void requireWritable(const std::string& path) {

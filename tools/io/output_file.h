@@ -31,6 +31,18 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
   ~OutputFile();
 
+  /// Whether size() and seek() can be used: of what is written straight nothing can be changed.
+  bool seekable() const { return !temporary_.empty(); }
+
+  /// Bytes so far.
+  std::uint64_t size();
+
+  /// What is written next replaces what is there.
+  void seek(std::uint64_t position);
+
+  /// Where the bytes are until commit(); empty: written straight.
+  const std::string& temporary() const { return temporary_; }
+
   void write(std::span<const std::uint8_t> bytes);
 
   /// Gives the file its name.
@@ -51,6 +63,9 @@ class OutputFile {
 
 /// Whether `path` is the program's standard output, which OutputFile then writes to.
 bool isStandardOutput(const std::string& path);
+
+/// Where `path` leads to, however it is spelled; "-": standard output.
+std::string placeOf(const std::string& path);
 
 /// Throws Error as writeFile would, as far as that is known beforehand. Leaves everything as it is.
 void requireWritable(const std::string& path);

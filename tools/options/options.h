@@ -7,6 +7,7 @@
 #include <variant>
 #include <vector>
 
+#include "tools/media/encoder_wishes.h"
 #include "tools/options/look_settings.h"
 #include "tools/options/values.h"
 #include "tools/picture/picture_file.h"
@@ -18,6 +19,7 @@ namespace vlvk::tool {
 struct LookOptions {
   Look look;
   std::optional<std::string> table;
+  std::optional<TableLayout> tableLayout;  ///< of a picture; none: as its size has it
   std::optional<std::string> mask;
 };
 
@@ -25,7 +27,7 @@ struct PhotoOptions {
   std::string in;
   std::string out;
   LookOptions look;
-  int quality = kDefaultQuality;
+  std::optional<int> quality;
   bool compare = false;
   bool showWeight = false;
 };
@@ -34,10 +36,22 @@ struct VideoOptions {
   std::string in;
   std::string out;
   LookOptions look;
-  std::optional<RawFrames> raw;  ///< none: Y4M
-  std::string times;             ///< files; empty: not wanted
+  std::optional<RawFrames> raw;  ///< frames without headers; none: the stream says what it is
+  std::string from;              ///< FFmpeg's name of a format or device; empty: as IN has it
+  std::string to;                ///< the same; empty: as the name of OUT has it
+  EncoderWishes encoder;
+  std::string times;  ///< files; empty: not wanted
   std::string checksums;
   bool quiet = false;
+};
+
+/// A command on several files, whose results keep their names.
+template <typename Options>
+struct Several {
+  Options each;  ///< but for its files
+  std::vector<std::string> ins;
+  std::string outDir;
+  int atOnce = 0;  ///< files worked on at once, where the command can; 0: as many as processors
 };
 
 inline constexpr const char* kDefaultColumns = "whiten=0,25,50,75,100";
@@ -78,12 +92,13 @@ struct ShownText {
 };
 
 struct CommandLine {
-  std::variant<ShownText, PhotoOptions, VideoOptions, SheetOptions, TableOptions, BenchOptions> command;
-  std::string in;      ///< the file that the command reads, for messages; may be empty
+  std::variant<ShownText, PhotoOptions, Several<PhotoOptions>, VideoOptions, Several<VideoOptions>, SheetOptions,
+               TableOptions, BenchOptions>
+      command;
   std::string target;  ///< vector instructions to use; empty: the fastest
 };
 
-/// Reads the command line. Throws UsageError where it makes no sense; `line->in` is then as far as it was read.
+/// Reads the command line. Throws UsageError where it makes no sense.
 void parseCommandLine(int argc, const char* const* argv, CommandLine* line);
 
 }  // namespace vlvk::tool

@@ -2,19 +2,27 @@
 #include "tools/picture/picture.h"
 
 #include <cstring>
+#include <utility>
 
 namespace vlvk::tool {
+
 namespace {
 
-// Pixels without their meaning; what belongs to the file they came from goes along.
+void exchangeAxes(PictureOrigin* origin) {
+  origin->turned = true;
+  if (origin->density) std::swap(origin->density->x, origin->density->y);
+  if (origin->jpeg) std::swap(origin->jpeg->chromaWidth, origin->jpeg->chromaHeight);
+}
+
+}  // namespace
+
 Picture emptyLike(const Picture& picture, int width, int height) {
   Picture result(width, height);
   result.hasAlpha = picture.hasAlpha;
   result.colorProfile = picture.colorProfile;
+  result.origin = picture.origin;
   return result;
 }
-
-}  // namespace
 
 Picture upright(Picture picture, int orientation) {
   if (orientation < 2 || orientation > 8) return picture;
@@ -23,6 +31,7 @@ Picture upright(Picture picture, int orientation) {
   const bool fromBottom = orientation == 3 || orientation == 4 || orientation == 6 || orientation == 7;
   Picture result =
       emptyLike(picture, exchanged ? picture.height : picture.width, exchanged ? picture.width : picture.height);
+  if (exchanged) exchangeAxes(&result.origin);
   for (int y = 0; y < result.height; ++y) {
     for (int x = 0; x < result.width; ++x) {
       const int column = exchanged ? y : x;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tools/picture/frame_size.h"
+#include "tools/picture/picture_origin.h"
 
 namespace vlvk::tool {
 
@@ -30,14 +31,18 @@ struct Picture {
   bool hasAlpha = false;  ///< false: every fourth byte is 255 and need not be stored
   std::unique_ptr<std::uint8_t[]> pixels;
   std::vector<std::uint8_t> colorProfile;  ///< ICC profile of the RGB values; empty: none
+  PictureOrigin origin;
 };
+
+/// A picture of this size with alpha, profile and origin of `picture`, its pixels not yet written.
+Picture emptyLike(const Picture& picture, int width, int height);
 
 /// The picture as it is meant to be seen.
 ///
 /// @param orientation  EXIF value: 1 upright, 2 to 4 mirrored or upside down, 5 to 8 with rows and columns exchanged
 Picture upright(Picture picture, int orientation);
 
-/// Two pictures of equal height side by side. Profile and alpha are those of `left`.
+/// Two pictures of equal height side by side. All but the pixels is that of `left`.
 Picture sideBySide(const Picture& left, const Picture& right);
 
 }  // namespace vlvk::tool

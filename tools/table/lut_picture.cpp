@@ -42,8 +42,9 @@ bool hasLookupSize(const Picture& picture) {
 TableLayout layoutBySize(const Picture& picture) {
   if (hasLookupSize(picture)) {
     throw Error(
-        "512 x 512 pixels may be a lookup picture or a HALD picture of level 8: make a .vlk of it by `table convert` "
-        "with --in-layout lookup or --in-layout hald");
+        "512 x 512 pixels may be a lookup picture or a HALD picture of level 8: say which with --table-layout lookup "
+        "or "
+        "--table-layout hald (of `table convert`: --in-layout)");
   }
   if (haldLevel(picture) == 0) {
     throw Error(

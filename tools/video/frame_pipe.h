@@ -2,24 +2,30 @@
 #ifndef VLVK_TOOLS_VIDEO_FRAME_PIPE_H
 #define VLVK_TOOLS_VIDEO_FRAME_PIPE_H
 
+#include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <stop_token>
+#include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "tools/io/messages.h"
 #include "tools/video/frame_stream.h"
 
 namespace vlvk::tool {
 
 /// Frames handed from one thread to the next.
+template <typename Frame>
 class FrameQueue {
  public:
-  void push(VideoFrame* frame) {
+  void push(Frame* frame) {
     const std::lock_guard lock(mutex_);
     frames_.push_back(frame);
     changed_.notify_one();
@@ -33,11 +39,11 @@ class FrameQueue {
   }
 
   /// Waits for the next frame. Null when there is none any more, and once a stop is requested.
-  VideoFrame* pop(const std::stop_token& stop) {
+  Frame* pop(const std::stop_token& stop) {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, stop, [this] { return closed_ || !frames_.empty(); });
     if (stop.stop_requested() || frames_.empty()) return nullptr;
-    VideoFrame* frame = frames_.front();
+    Frame* frame = frames_.front();
     frames_.pop_front();
     return frame;
   }
@@ -45,7 +51,7 @@ class FrameQueue {
  private:
   std::mutex mutex_;
   std::condition_variable_any changed_;
-  std::deque<VideoFrame*> frames_;
+  std::deque<Frame*> frames_;
   bool closed_ = false;
 };
 
@@ -54,13 +60,19 @@ class FrameQueue {
 ///     read -> work, on the calling thread -> write -> read
 ///
 /// Frames keep their order: each step takes them one by one from the step before.
+///
+/// A Reader has a type `Frame`, and `name()`, `makeFrame()` and `read()` as FrameReader has them.
+template <typename Reader>
 class FramePipe {
  public:
-  /// The frame, and how many milliseconds it was waited for.
-  using Work = std::function<void(VideoFrame* frame, double waited)>;
-  using Write = std::function<void(VideoFrame* frame)>;
+  using Frame = typename Reader::Frame;
 
-  FramePipe(FrameReader* reader, Work work, Write write);
+  /// The frame, and how many milliseconds it was waited for.
+  using Work = std::function<void(Frame* frame, double waited)>;
+  using Write = std::function<void(Frame* frame)>;
+
+  FramePipe(Reader* reader, Work work, Write write)
+      : reader_(reader), work_(std::move(work)), write_(std::move(write)) {}
 
   /// Runs until the last frame is written. What any step throws ends all and is thrown here; only a BrokenStream lets
   /// the frames before it through, and is given back.
@@ -69,25 +81,109 @@ class FramePipe {
  private:
   using Step = void (FramePipe::*)();
 
+  static constexpr std::size_t kFrames = 4;  // one in each step, and one that evens out their times
+
   std::jthread started(Step step);
   void guarded(Step step);
   void readAll();
   void workOnAll();
   void writeAll();
-  VideoFrame* frameToFill();
+  Frame* frameToFill();
 
-  FrameReader* reader_;
+  Reader* reader_;
   Work work_;
   Write write_;
-  std::vector<std::unique_ptr<VideoFrame>> frames_;  // all there are; of the reading thread
-  FrameQueue empty_;
-  FrameQueue read_;
-  FrameQueue done_;
+  std::vector<std::unique_ptr<Frame>> frames_;  // all there are; of the reading thread
+  FrameQueue<Frame> empty_;
+  FrameQueue<Frame> read_;
+  FrameQueue<Frame> done_;
   std::stop_source stop_;
   std::mutex mutex_;
   std::exception_ptr failure_;  // the first; under mutex_
   std::exception_ptr broken_;   // of the reading thread
 };
+
+template <typename Reader>
+std::exception_ptr FramePipe<Reader>::run() {
+  {
+    std::jthread reading;
+    std::jthread writing;
+    try {
+      named(reader_->name(), [&] {
+        reading = started(&FramePipe::readAll);
+        writing = started(&FramePipe::writeAll);
+      });
+    } catch (...) {
+      stop_.request_stop();
+      throw;
+    }
+    guarded(&FramePipe::workOnAll);
+  }
+  if (failure_ != nullptr) std::rethrow_exception(failure_);
+  return broken_;
+}
+
+template <typename Reader>
+std::jthread FramePipe<Reader>::started(Step step) {
+  try {
+    return std::jthread([this, step] { guarded(step); });
+  } catch (const std::system_error& error) {
+    throw Error("no thread can be started: " + systemReason(error.code().value()));
+  }
+}
+
+template <typename Reader>
+void FramePipe<Reader>::readAll() {
+  try {
+    for (Frame* frame = frameToFill(); frame != nullptr && reader_->read(frame, stop_.get_token());
+         frame = frameToFill()) {
+      read_.push(frame);
+    }
+  } catch (const BrokenStream&) {
+    broken_ = std::current_exception();
+  }
+  read_.close();
+}
+
+template <typename Reader>
+void FramePipe<Reader>::workOnAll() {
+  using Clock = std::chrono::steady_clock;
+  for (;;) {
+    const Clock::time_point begin = Clock::now();
+    Frame* frame = read_.pop(stop_.get_token());
+    if (frame == nullptr) break;
+    work_(frame, std::chrono::duration<double, std::milli>(Clock::now() - begin).count());
+    done_.push(frame);
+  }
+  done_.close();
+}
+
+template <typename Reader>
+void FramePipe<Reader>::writeAll() {
+  while (Frame* frame = done_.pop(stop_.get_token())) {
+    write_(frame);
+    empty_.push(frame);
+  }
+}
+
+// A frame is made where none has come back yet.
+template <typename Reader>
+typename Reader::Frame* FramePipe<Reader>::frameToFill() {
+  if (frames_.size() == kFrames) return empty_.pop(stop_.get_token());
+  frames_.push_back(reader_->makeFrame());
+  return frames_.back().get();
+}
+
+template <typename Reader>
+void FramePipe<Reader>::guarded(Step step) {
+  try {
+    (this->*step)();
+  } catch (...) {
+    const std::lock_guard lock(mutex_);
+    if (failure_ == nullptr) failure_ = std::current_exception();
+    stop_.request_stop();
+  }
+}
 
 }  // namespace vlvk::tool
 

@@ -5,14 +5,15 @@
 #include <cstdint>
 #include <string>
 
-#include "tools/video/video_frame.h"
+#include <vlvk/makeup.h>
 
 namespace vlvk::tool {
 
-/// CRC-32 of each frame's bytes in the stream, headers left out, and of all of them together.
+/// CRC-32 of each frame's samples, plane after plane and row after row, and of all of them together.
 class FrameChecksums {
  public:
-  void add(VideoFrame* frame);
+  /// @param frame  I420, NV12 or NV21
+  void add(std::uint64_t number, const VlvkFrame& frame);
 
   /// "NUMBER CRC" for each frame and "all CRC", 8 hexadecimal digits each.
   std::string text() const;

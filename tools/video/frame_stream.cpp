@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <span>
+#include <utility>
 
 #include "tools/video/y4m.h"
 
@@ -14,20 +15,32 @@ constexpr std::size_t kShownBytes = 16;  // of what stands in a header's place
 
 }  // namespace
 
+std::string streamName(const std::string& path) {
+  return path == "-" ? "standard input" : path;
+}
+
 FrameReader::FrameReader(const std::string& path, const std::optional<RawFrames>& raw)
-    : name_(path == "-" ? "standard input" : path),
-      stream_(named(name_, [&path] { return InputStream(path); })),
-      format_(raw.value_or(RawFrames{{}, ChromaLayout::kPlanar})) {
+    : FrameReader(path, named(streamName(path), [&path] { return std::make_unique<InputStream>(path); }), raw) {}
+
+FrameReader::FrameReader(const std::string& path, std::unique_ptr<InputStream> stream,
+                         const std::optional<RawFrames>& raw)
+    : name_(streamName(path)), stream_(std::move(stream)), format_(raw.value_or(RawFrames{{}, ChromaLayout::kPlanar})) {
   if (raw) return;
   named(name_, [this] {
-    header_ = stream_.readLine(kMaxY4mLine, {});
+    header_ = stream_->readLine(kMaxY4mLine, {});
     if (header_.empty()) throw Error(kEmpty);
-    format_.size = parseY4mHeader(header_);
+    const Y4mHeader header = parseY4mHeader(header_);
+    format_.size = header.size;
+    range_ = header.range;
   });
 }
 
+std::unique_ptr<VideoFrame> FrameReader::makeFrame() const {
+  return std::make_unique<VideoFrame>(format_.size, format_.layout, range_);
+}
+
 std::optional<std::uint64_t> FrameReader::expectedFrames() const {
-  const std::optional<std::uint64_t> bytes = stream_.fileSize();
+  const std::optional<std::uint64_t> bytes = stream_->fileSize();
   if (!bytes || *bytes < header_.size()) return std::nullopt;
   const std::uint64_t lineBytes = header_.empty() ? 0 : kY4mFrame.size() + 1;
   return (*bytes - header_.size()) / (frameBytes(format_.size) + lineBytes);
@@ -41,7 +54,7 @@ bool FrameReader::readFrame(VideoFrame* frame, const std::stop_token& stop) {
   frame->number = count_ + 1;
   const bool raw = header_.empty();
   if (!raw && !readHeader(frame, stop)) return false;
-  const std::uint64_t bytes = stream_.read(frame->bytes(), stop);
+  const std::uint64_t bytes = stream_->read(frame->bytes(), stop);
   if (raw && bytes == 0 && count_ == 0) throw Error(kEmpty);
   if (raw && bytes == 0) return false;
   if (bytes < frameBytes(format_.size)) {
@@ -53,7 +66,7 @@ bool FrameReader::readFrame(VideoFrame* frame, const std::stop_token& stop) {
 }
 
 bool FrameReader::readHeader(VideoFrame* frame, const std::stop_token& stop) {
-  const std::string line = stream_.readLine(kMaxY4mLine, stop);
+  const std::string line = stream_->readLine(kMaxY4mLine, stop);
   if (line.empty()) return false;
   frame->header = line;
   if (isY4mFrameHeader(line)) return true;

@@ -3,6 +3,7 @@
 #define VLVK_TOOLS_VIDEO_FRAME_STREAM_H
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -26,11 +27,19 @@ struct RawFrames {
   ChromaLayout layout;
 };
 
+/// How a stream is named in messages.
+std::string streamName(const std::string& path);
+
 class FrameReader {
  public:
+  using Frame = VideoFrame;
+
   /// Opens the stream and reads its header, unless the frames are raw. Everything here throws Error, which names the
   /// stream.
   FrameReader(const std::string& path, const std::optional<RawFrames>& raw);
+
+  /// The same for a stream that is open already.
+  FrameReader(const std::string& path, std::unique_ptr<InputStream> stream, const std::optional<RawFrames>& raw);
 
   /// For messages.
   const std::string& name() const { return name_; }
@@ -40,6 +49,9 @@ class FrameReader {
 
   FrameSize size() const { return format_.size; }
   ChromaLayout layout() const { return format_.layout; }
+
+  /// A frame to read into.
+  std::unique_ptr<VideoFrame> makeFrame() const;
 
   /// How many frames there will be, of a regular file.
   std::optional<std::uint64_t> expectedFrames() const;
@@ -52,9 +64,10 @@ class FrameReader {
   bool readHeader(VideoFrame* frame, const std::stop_token& stop);
 
   std::string name_;
-  InputStream stream_;
+  std::unique_ptr<InputStream> stream_;
   std::string header_;
   RawFrames format_;
+  VlvkRange range_ = VLVK_LIMITED;
   std::uint64_t count_ = 0;
 };
 

@@ -15,12 +15,12 @@ VlvkFormat formatOf(ChromaLayout layout) {
 
 }  // namespace
 
-VideoFrame::VideoFrame(FrameSize size, ChromaLayout layout)
+VideoFrame::VideoFrame(FrameSize size, ChromaLayout layout, VlvkRange range)
     : size_(static_cast<std::size_t>(frameBytes(size))), bytes_(std::make_unique_for_overwrite<std::uint8_t[]>(size_)) {
   const std::size_t lumaBytes = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
   const auto columns = static_cast<int>(half(size.width));
   std::uint8_t* chroma = bytes_.get() + lumaBytes;
-  frame_ = {sizeof frame_,          formatOf(layout),         VLVK_BT601, VLVK_LIMITED, size.width, size.height,
+  frame_ = {sizeof frame_,          formatOf(layout),         VLVK_BT601, range, size.width, size.height,
             {bytes_.get(), chroma}, {size.width, 2 * columns}};
   if (layout == ChromaLayout::kPlanar) {
     frame_.plane[2] = chroma + half(size.width) * half(size.height);

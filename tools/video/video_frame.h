@@ -24,12 +24,13 @@ enum class ChromaLayout {
 class VideoFrame {
  public:
   /// Reserves memory without writing to it: it then costs only what a stream delivers.
-  VideoFrame(FrameSize size, ChromaLayout layout);
+  VideoFrame(FrameSize size, ChromaLayout layout, VlvkRange range = VLVK_LIMITED);
 
   std::span<std::uint8_t> bytes() { return {bytes_.get(), size_}; }
 
-  /// The frame for the engine: BT.601, limited range.
-  const VlvkFrame& frame() const { return frame_; }
+  /// The frame for the engine, in place: BT.601.
+  const VlvkFrame& source() const { return frame_; }
+  const VlvkFrame& target() const { return frame_; }
 
   std::uint64_t number = 0;  ///< from 1
   std::string header;        ///< line before the frame in the stream

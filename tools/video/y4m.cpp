@@ -64,23 +64,22 @@ void checkName(std::string_view tag, std::size_t prefix) {
               "-vf format=yuv420p");
 }
 
-void checkColors(const Tags& tags) {
+void checkColorSpace(const Tags& tags) {
   if (tags.colorSpace.empty()) {
     checkName(tags.subsampling, kSubsampling.size());
   } else {
     checkName(tags.colorSpace, 1);
   }
-  if (strcasecmp(std::string(tags.range.substr(std::min(kRange.size(), tags.range.size()))).c_str(), "FULL") == 0) {
-    throw Error("frames of full range (XCOLORRANGE=FULL) are not taken: convert them with ffmpeg, " +
-                std::string("-vf scale=out_range=tv,format=yuv420p"));
-  }
+}
+
+VlvkRange rangeOf(const Tags& tags) {
+  const std::string range(tags.range.substr(std::min(kRange.size(), tags.range.size())));
+  return strcasecmp(range.c_str(), "FULL") == 0 ? VLVK_FULL : VLVK_LIMITED;
 }
 
 void checkLine(std::string_view line) {
   if (line.substr(0, line.find_first_of(" \n")) != kY4mStart) {
-    throw Error(
-        "no Y4M stream, which begins with YUV4MPEG2: video files go through ffmpeg, raw frames need --format and "
-        "--size");
+    throw Error("no Y4M stream, which begins with YUV4MPEG2; frames without headers need --format and --size");
   }
   if (!line.ends_with('\n')) {
     throw Error(line.size() < kMaxY4mLine ? "the stream ends inside the Y4M header"
@@ -90,15 +89,15 @@ void checkLine(std::string_view line) {
 
 }  // namespace
 
-FrameSize parseY4mHeader(std::string_view line) {
+Y4mHeader parseY4mHeader(std::string_view line) {
   checkLine(line);
   line.remove_suffix(1);
   const Tags tags = tagsOf(line.substr(kY4mStart.size()));
   const std::uint32_t width = sideOf(tags.width, "width");
   const std::uint32_t height = sideOf(tags.height, "height");
   checkPictureSize(width, height);
-  checkColors(tags);
-  return {static_cast<int>(width), static_cast<int>(height)};
+  checkColorSpace(tags);
+  return {{static_cast<int>(width), static_cast<int>(height)}, rangeOf(tags)};
 }
 
 bool isY4mFrameHeader(std::string_view line) {

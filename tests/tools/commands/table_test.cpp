@@ -53,6 +53,17 @@ TEST_F(Table, EveryFormatKeepsATable) {
     EXPECT_TRUE(same(layout + ".vlk", "a.VLK")) << layout;
   }
   EXPECT_FALSE(same("lookup.png", "hald.png"));
+  const Arguments photo{"photo", VLVK_SAMPLES "/portrait.png"};
+  expectDone(photo + Arguments{path("tinted.png"), "--table", path("a.VLK")});
+  for (const std::string layout : {"lookup", "hald"}) {
+    const Arguments table{path("by.png"), "--table", path(layout + ".png")};
+    expectRefused(photo + table, "with --table-layout lookup");
+    expectDone(photo + table + Arguments{"--table-layout", layout});
+    EXPECT_TRUE(same("by.png", "tinted.png")) << layout;
+    std::filesystem::remove(path("by.png"));
+  }
+  expectRefused(photo + Arguments{path("by.png"), "--table", path("a.VLK"), "--table-layout=hald"},
+                "a layout is stated");
   expectDone({"table", "unpack", path("a.VLK"), path("back.PNG")});
   EXPECT_TRUE(readPng(path("back.PNG")).pixels == readPng(path("in.png")).pixels);
   // The order of a HALD picture's pixels, 16 levels a channel.

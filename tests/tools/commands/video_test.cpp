@@ -121,8 +121,7 @@ TEST_F(Video, RecordsTellOfEveryFrame) {
   expectRefused({"video", path("in.y4m"), path("out"), "--mask", path("no.png")}, path("no.png") + ": No such file");
   for (const std::string& taken : {directory_.string() + "/./sums", path("in.y4m")})
     expectRefused(arguments + Arguments{taken}, "the same file: " + taken);
-  expectRefused(arguments + Arguments{"/dev/stdout"},
-                path("in.y4m") + ": IN, OUT, --checksum and --frametimes: only one");
+  expectRefused(arguments + Arguments{"/dev/stdout"}, "vlvk-makeup: IN, OUT, --checksum and --frametimes: only one");
 }
 
 // What is whole goes to the output.

@@ -30,7 +30,7 @@ std::vector<int> numbersOf(const VlvkSettings& settings) {
 std::vector<int> numbersOf(const Arguments& options) {
   const auto photo = std::get<tool::PhotoOptions>(parsed(Arguments{"photo", "a", "b"} + options).command);
   const VlvkSettings& settings = photo.look.look.settings;
-  return numbersOf(settings) + std::vector<int>{settings.threads, photo.quality};
+  return numbersOf(settings) + std::vector<int>{settings.threads, photo.quality.value_or(92)};
 }
 
 TEST(CommandLine, ValuesArrive) {
@@ -85,33 +85,41 @@ TEST(CommandLine, WhatMakesNoSenseIsRefused) {
       EXPECT_TRUE(reason.starts_with(words.back() + ": ")) << value << ": " << reason;
     }
   }
-  const std::pair<Arguments, std::string> lines[] = {{{}, "a command is required"},
-                                                     {{"paint"}, "there is no 'paint'"},
-                                                     {{"table", "paint"}, "there is no 'paint'"},
-                                                     {{"table", "check", "a.vlk", "b.vlk"}, "b.vlk"},
-                                                     {{"photo", "in.png"}, "OUT"},
-                                                     {photo + Arguments{"third.png"}, "third.png"},
-                                                     {photo + Arguments{"--nothing"}, "--nothing"},
-                                                     {photo + Arguments{"--whiten=1", "--whiten=2"}, "--whiten"},
-                                                     {{"bench", "--target=scalar", "--target=scalar"}, "--target"},
-                                                     {{"bench", "8x8"}, "8x8"},
-                                                     {video + Arguments{"--format", "nv12"}, "--size"},
-                                                     {video + Arguments{"--size", "2x2"}, "--format"},
-                                                     {sheet + Arguments{"--columns", "soften=1"}, "both"}};
+  const std::pair<Arguments, std::string> lines[] = {
+      {{}, "a command is required"},
+      {{"paint"}, "there is no 'paint'"},
+      {{"table", "paint"}, "there is no 'paint'"},
+      {{"table", "check", "a.vlk", "b.vlk"}, "b.vlk"},
+      {{"photo", "in.png"}, "OUT"},
+      {photo + Arguments{"third.png"}, "third.png: several files need"},
+      {{"photo", "-a.jpg", "out.png"}, "-a.jpg is taken for an option"},
+      {{"photo", "-h.jpg", "out.png"}, "-h.jpg is taken for an option"},
+      {photo + Arguments{"--table-layout", "hald"}, "--table-layout req"},
+      {photo + Arguments{"--out-dir", ""}, "--out-dir: "},
+      {video + Arguments{"--out-dir=d", "--checksum=c"}, "--checksum: not"},
+      {{"video", "-", "--out-dir=d"}, "-: standard input has no name"},
+      {photo + Arguments{"--compare=1"}, "--compare: takes no value"},
+      {photo + Arguments{"--nothing"}, "--nothing"},
+      {photo + Arguments{"--whiten=1", "--whiten=2"}, "--whiten"},
+      {{"bench", "--target=scalar", "--target=scalar"}, "--target"},
+      {{"bench", "8x8"}, "8x8"},
+      {video + Arguments{"--format", "nv12"}, "--size"},
+      {video + Arguments{"--size", "2x2"}, "--format"},
+      {sheet + Arguments{"--columns", "soften=1"}, "both"}};
   for (const auto& [words, text] : lines)
     expectHolds(reasonOf([&, words = words] { parsed(words); }), text);
 }
 
 using Program = ToolDirectory;
 
-TEST_F(Program, HelpGoesToStandardOutputAndRefusalsNameTheInput) {
+TEST_F(Program, HelpGoesToStandardOutputAndRefusalsNameTheOption) {
   EXPECT_TRUE(runProgram({"--version"}).out.starts_with("vlvk-makeup "));
   for (const Arguments& command : {Arguments{}, {"photo"}, {"table", "pack"}}) {
     const ProgramRun run = runProgram(command + Arguments{"--help"});
     EXPECT_TRUE(run.exitCode == 0 && run.err.empty()) << run.err;
     expectHolds(run.out, "--help");
   }
-  expectRefused({"photo", "in.png", "out.png", "--whiten", "a\nb"}, "vlvk-makeup: in.png: --whiten: 'a\\x0Ab' is not");
+  expectRefused({"photo", "in.png", "out.png", "--whiten", "a\nb"}, "vlvk-makeup: --whiten: 'a\\x0Ab' is not");
   EXPECT_EQ(runProgram({"photo", "in.png"}).exitCode, 2);
 }
 

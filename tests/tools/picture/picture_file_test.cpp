@@ -7,7 +7,9 @@
 #include "tools/engine/beautify.h"
 #include "tools/picture/jpeg.h"
 #include "tools/picture/metadata.h"
+#include "tools/picture/picture_file.h"
 #include "tools/picture/png.h"
+#include "tools/picture/webp.h"
 
 namespace vlvk::tool_test {
 namespace {
@@ -42,6 +44,9 @@ TEST_F(Png, DamageAndSizesAreRefused) {
   const auto refusal = [](const Bytes& file) { return reasonOf([&] { tool::decodePng(file); }); };
   writeRgba(path("rgba.png"), patternImage(20, 20));
   const Bytes file = readBytes(path("rgba.png"));
+  const Bytes frames{0, 0, 0, 8, 'a', 'c', 'T', 'L', 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0};
+  const auto pixels = file.begin() + 33;  // the header goes before
+  expectHolds(refusal(Bytes(file.begin(), pixels) + frames + Bytes(pixels, file.end())), "an animated PNG");
   for (std::size_t size = 8; size < file.size(); size += 97)
     expectHolds(refusal({file.begin(), file.begin() + size}), "not a readable PNG");
   Bytes flipped = file;
@@ -72,7 +77,7 @@ TEST(Jpeg, EveryKindIsRead) {
       {corpusPicture("cmyk_jpg"), {{105, 84, 64, 255}, {21, 135, 107, 255}}},
       {withSegment(corpusPicture("cmyk_jpg"), 0xEE, adobe), {{0, 29, 58, 255}, {96, 5, 27, 255}}}};
   for (const auto& [file, colors] : kinds) {
-    const tool::Picture picture = tool::decodeJpeg(file);
+    const tool::Picture picture = tool::decodePicture(tool::PictureKind::kJpeg, file);
     expectPixel(picture, 0, 0, colors.first);
     expectPixel(picture, 5, 3, colors.second);
   }
@@ -89,7 +94,8 @@ TEST(Jpeg, PicturesAreTurnedUpright) {
   Bytes exif = corpusPicture("exif");
   for (int orientation = 1; orientation <= 8; ++orientation) {
     exif[19] = static_cast<std::uint8_t>(orientation);
-    const tool::Picture picture = tool::decodeJpeg(withSegment(jpeg, 0xE1, Bytes{'E', 'x', 'i', 'f', 0, 0} + exif));
+    const tool::Picture picture =
+        tool::decodePicture(tool::PictureKind::kJpeg, withSegment(jpeg, 0xE1, Bytes{'E', 'x', 'i', 'f', 0, 0} + exif));
     EXPECT_EQ(picture.width, orientation < 5 ? 32 : 16);
     std::vector<int> read;
     for (const int y : {picture.height / 4, picture.height * 3 / 4}) {
@@ -147,18 +153,79 @@ TEST(Jpeg, DamageAndSizesAreRefused) {
   expectHolds(refusal(std::move(scans) + Bytes(scan, file.end())), "more than 500 scans");
 }
 
-TEST(Metadata, OrientationOfEitherByteOrderIsReadUnlessDamaged) {
-  Bytes big = corpusPicture("exif");
-  Bytes little{'I', 'I', 42, 0, 8, 0, 0, 0, 2, 0, 0, 1, 3, 0, 1, 0, 0, 0, 3, 0, 0, 0, 0x12, 1, 3, 0, 1, 0, 0, 0, 6, 0};
-  for (int value = 0; value < 12; ++value) {
-    big[19] = little[30] = static_cast<std::uint8_t>(value);
-    EXPECT_EQ(tool::exifOrientation(big), value < 1 || value > 8 ? 1 : value);
-    EXPECT_EQ(tool::exifOrientation(little), value < 1 || value > 8 ? 1 : value);
+// Of a JPEG, every code of which is damaged once: a file has no check sum, so that some changes are only another
+// picture.
+TEST(Jpeg, DamagedCodesAreRefused) {
+  tool::Picture picture = tool::decodePng(readBytes(VLVK_SAMPLES "/portrait.png"));
+  picture.height = 100;
+  const Bytes file = tool::encodeJpeg(picture, 90);
+  const Bytes mark{0xFF, 0xDA};
+  const auto scan = std::search(file.begin(), file.end(), mark.begin(), mark.end()) - file.begin() + 14;
+  // Only ones are no code, wherever they begin.
+  for (std::size_t i = scan; i < file.size() - 10; i += 101) {
+    Bytes damaged = file;
+    for (std::size_t k = 0; k < 8; ++k)
+      damaged[i + k] = k % 2 == 0 ? 0xFF : 0;
+    expectHolds(reasonOf([&] { tool::decodeJpeg(damaged); }), "not a readable JPEG");
   }
-  big[19] = 6;
-  for (std::size_t size = 0; size < 20; ++size)  // the rest of the entry lies after the end
-    EXPECT_EQ(tool::exifOrientation(std::span(big).first(size)), 1) << size;
-  EXPECT_EQ(tool::exifOrientation(corpusPicture("exif_far")), 1);
+  int refused = 0;
+  int flips = 0;
+  for (std::size_t i = scan; i < file.size() - 2; i += 37) {
+    if (file[i] == 0xFF || file[i - 1] == 0xFF) continue;
+    Bytes damaged = file;
+    damaged[i] ^= static_cast<std::uint8_t>(1 << i % 8);
+    ++flips;
+    if (reasonOf([&] { tool::decodeJpeg(damaged); }) != "none") ++refused;
+  }
+  EXPECT_GT(refused * 100, flips * 9) << refused << " of " << flips;
+}
+
+TEST(Jpeg, IsWrittenAsFineAsItsSource) {
+  tool::Picture picture = tool::decodePng(readBytes(VLVK_SAMPLES "/portrait.png"));
+  picture.height = 64;
+  for (const tool::JpegCoding& coding : {tool::JpegCoding{2, 2, 97, true}, tool::JpegCoding{2, 1, 80, false}}) {
+    picture.origin.jpeg = coding;
+    tool::Picture read = tool::decodeJpeg(tool::encodeJpeg(picture, coding.quality));
+    const auto again = tool::decodeJpeg(tool::encodeJpeg(tool::upright(std::move(read), 6))).origin.jpeg;
+    EXPECT_EQ(again->quality, std::max(92, coding.quality));
+    EXPECT_EQ(again->chromaWidth, coding.chromaHeight);  // sides have changed places
+    EXPECT_EQ(again->chromaHeight, coding.chromaWidth);
+    EXPECT_EQ(again->progressive, coding.progressive);
+  }
+  picture.origin = {};
+  EXPECT_EQ(tool::decodeJpeg(tool::encodeJpeg(picture)).origin.jpeg->chromaWidth, 1);
+}
+
+TEST(Webp, KeepsPixelsWithoutLossAndAlphaAlways) {
+  tool::Picture picture = tool::decodePng(corpusPicture("rgba_png"));
+  const Bytes file = tool::encodeWebp(picture);
+  const tool::Picture again = tool::decodeWebp(file);
+  EXPECT_TRUE(again.hasAlpha);
+  EXPECT_EQ(pixelsOf(again), pixelsOf(picture));
+  EXPECT_EQ(tool::encodeWebp(again), file);
+  const tool::Picture lossy = tool::decodeWebp(tool::encodeWebp(picture, 80));
+  EXPECT_TRUE(lossy.hasAlpha && lossy.origin.lossy);
+  for (int i = 3; i < lossy.width * lossy.height * 4; i += 4)
+    ASSERT_EQ(lossy.pixels[i], picture.pixels[i]);
+  for (std::size_t size = 12; size < file.size() - 1; size += 7)
+    expectHolds(reasonOf([&] { tool::decodeWebp({file.data(), size}); }), "not a readable WebP");
+  const Bytes animated = corpusPicture("animated_webp");
+  expectHolds(reasonOf([&] { tool::decodeWebp(animated); }), "an animated WebP");
+}
+
+TEST(PictureFile, NamesAndContentMustAgree) {
+  EXPECT_EQ(tool::pictureKind("a.JFIF"), tool::PictureKind::kJpeg);
+  EXPECT_EQ(tool::pictureKind("a.jpe"), tool::PictureKind::kJpeg);
+  const std::pair<const char*, const char*> kinds[] = {
+      {"rgb_png", "PNG"}, {"cmyk_jpg", "JPEG"}, {"animated_webp", "WebP"}, {"turned_avif", "HEIC or AVIF"}};
+  for (int kind = 0; kind < 4; ++kind) {
+    for (int content = 0; content < 4; ++content) {
+      const Bytes file = corpusPicture(kinds[content].first);
+      const std::string reason = reasonOf([&] { tool::decodePicture(static_cast<tool::PictureKind>(kind), file); });
+      if (kind != content) expectHolds(reason, std::string("holds a ") + kinds[content].second);
+    }
+  }
+  expectHolds(reasonOf([&] { tool::writtenKind("a.heic"); }), "only read");
 }
 
 }  // namespace

@@ -14,10 +14,12 @@ namespace vlvk::tool_test {
 namespace {
 
 TEST(Y4m, TagsOfAnyOrderAreRead) {
-  const tool::FrameSize size =
+  const auto [size, range] =
       tool::parseY4mHeader("YUV4MPEG2 H32 F30000:1001 Ip A4:3  Yx C420paldv XYSCSS=411 W17 XCOLORRANGE=LIMITED X\n");
   EXPECT_EQ(size.width, 17);
   EXPECT_EQ(size.height, 32);
+  EXPECT_EQ(range, VLVK_LIMITED);
+  EXPECT_EQ(tool::parseY4mHeader("YUV4MPEG2 W2 H2 XCOLORRANGE=FULL\n").range, VLVK_FULL);
   EXPECT_TRUE(tool::isY4mFrameHeader("FRAME Ip\n"));
   EXPECT_FALSE(tool::isY4mFrameHeader("FRAMES\n"));
 }
@@ -32,8 +34,7 @@ TEST(Y4m, UnusableHeadersAreRefused) {
       {"no height", {start + "W2\n"}},
       {"width: W2", {start + std::string("W2\0 H2\n", 7)}},
       {"too large", {start + "W32769 H2\n", start + "W32768 H32768\n"}},
-      {"frames of C420", {start + std::string("W2 H2 C420\0x\n", 13)}},
-      {"out_range=tv", {start + "W2 H2 XCOLORRANGE=FULL\n"}}};
+      {"frames of C420", {start + std::string("W2 H2 C420\0x\n", 13)}}};
   const auto refusal = [](const std::string& header) { return reasonOf([&] { tool::parseY4mHeader(header); }); };
   for (const auto& [reason, headers] : refusals) {
     for (const std::string& header : headers)
