@@ -144,15 +144,15 @@ void forEachFile(const std::vector<FilePair>& files, int atOnce, FileProgress pr
   };
   {
     std::optional<InterruptPause> pause;
-    std::vector<std::jthread> helpers;
+    std::vector<std::jthread> threads;
     if (atOnce > 1) pause.emplace();  // before the threads, which get it from this one
     try {
-      while (helpers.size() + 1 < static_cast<std::size_t>(atOnce))
-        helpers.emplace_back(workOnFiles);
+      while (threads.size() + 1 < static_cast<std::size_t>(atOnce))
+        threads.emplace_back(workOnFiles);
     } catch (const std::system_error&) {  // fewer will do
     }
     workOnFiles();
-    helpers.clear();  // waits for them
+    threads.clear();  // waits for them
     endStatus();
   }
   if (report.hasFailed()) throw ReportedFailure();
