@@ -20,6 +20,7 @@ std::uint8_t Mask::at(int x, int y, int frameWidth, int frameHeight) const {
 }
 
 Mask turnedBack(const Mask& mask, int quarters, bool mirrored) {
+  if (quarters % 4 == 0 && !mirrored) return mask;
   const bool swapsSides = quarters % 2 != 0;
   Mask back{swapsSides ? mask.height : mask.width, swapsSides ? mask.width : mask.height, {}};
   back.values.reserve(mask.values.size());

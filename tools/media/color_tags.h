@@ -36,6 +36,7 @@ ColorPlan planColors(const ColorTags& tags, AVPixelFormat format, int height, Un
 /// Whether frames have luma only, transparency aside.
 bool isGrey(AVPixelFormat format);
 
+/// What a stream says, nothing assumed.
 ColorTags colorTagsOf(const AVCodecParameters& stream);
 
 /// "BT.709, limited range".

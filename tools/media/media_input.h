@@ -14,6 +14,7 @@
 
 namespace vlvk::tool {
 
+/// Whether the name is that of a camera or of another device for video, /dev/videoN.
 bool isVideoDevice(const std::string& path);
 
 /// Whether FFmpeg has to open `path` by itself: a URL, a device, or what the format `kind` (empty: not stated) finds.

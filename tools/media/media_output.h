@@ -22,6 +22,7 @@ bool isMovKind(const AVOutputFormat& kind);
 /// Whether there are tags such as com.apple.quicktime.make, which phones write into MOV.
 bool hasPhoneTags(const AVFormatContext& format);
 
+/// Whether files of a kind keep such tags.
 bool holdsPhoneTags(const AVOutputFormat& kind);
 
 /// Whether FFmpeg opens what it writes to by itself.

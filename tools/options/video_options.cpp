@@ -42,10 +42,11 @@ void refuseEncoderOfRawFrames(const VideoOptions& options) {
 }
 
 // Frames alone under the name of a video could be opened by nothing.
-void refuseVideoNameOfRawFrames(const VideoOptions& options) {
-  static constexpr const char* kVideos[] = {".mp4", ".mov", ".m4v", ".mkv", ".webm", ".avi", ".y4m"};
-  const std::string ending = std::filesystem::path(options.out).extension();
-  if (!options.raw || std::find(std::begin(kVideos), std::end(kVideos), ending) == std::end(kVideos)) return;
+void refuseVideoNameOfRawFrames(const Several<VideoOptions>& videos) {
+  static constexpr const char* kVideos[] = {".mp4", ".mov", ".m4v", ".mkv", ".webm", ".avi"};
+  if (!videos.each.raw || videos.ins.empty()) return;
+  const std::string ending = std::filesystem::path(videos.ins.back()).extension();  // OUT, or has its name
+  if (std::find(std::begin(kVideos), std::end(kVideos), ending) == std::end(kVideos)) return;
   throw UsageError("--format: frames without headers are written as they come, but OUT ends in " + ending);
 }
 
@@ -89,7 +90,7 @@ void addVideo(Command program, CommandLine* line) {
       "unless it is a pipe or a device.");
   command.whenRead([=] {
     refuseEncoderOfRawFrames(*each);
-    refuseVideoNameOfRawFrames(*each);
+    refuseVideoNameOfRawFrames(*options);
     if (!options->outDir.empty()) checkSeveral(*options);
     setCommand(*options, line);
   });

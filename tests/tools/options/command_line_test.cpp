@@ -105,6 +105,7 @@ TEST(CommandLine, WhatMakesNoSenseIsRefused) {
       {{"bench", "8x8"}, "8x8"},
       {video + Arguments{"--format", "nv12"}, "--size"},
       {video + Arguments{"--size", "2x2"}, "--format"},
+      {{"video", "a", "b.mp4", "--size", "2x2", "--format", "nv12"}, "OUT ends in .mp4"},
       {sheet + Arguments{"--columns", "soften=1"}, "both"}};
   for (const auto& [words, text] : lines)
     expectHolds(reasonOf([&, words = words] { parsed(words); }), text);
