@@ -25,4 +25,20 @@ __attribute__((weak)) int AndroidBitmap_lockPixels(JNIEnv* env, jobject bitmap, 
 __attribute__((weak)) int AndroidBitmap_unlockPixels(JNIEnv* env, jobject bitmap);
 }
 
+namespace vlvk {
+
+inline constexpr std::int32_t kBitmapRgba8888 = 1;
+
+inline bool platformHasBitmaps() {
+  return AndroidBitmap_getInfo != nullptr && AndroidBitmap_lockPixels != nullptr &&
+         AndroidBitmap_unlockPixels != nullptr;
+}
+
+/// Whether both sides and the stride fit int.
+inline bool fitsInt(const AndroidBitmapInfo& info) {
+  return info.width <= INT32_MAX && info.height <= INT32_MAX && info.stride <= INT32_MAX;
+}
+
+}  // namespace vlvk
+
 #endif

@@ -1,7 +1,5 @@
 /// The entry point for Android bitmaps.
 #include <cstddef>
-#include <cstdint>
-#include <limits>
 
 #include <vlvk/makeup_entry_points.h>
 #include <vlvk/rgb_to_yuv.h>
@@ -13,21 +11,9 @@
 
 namespace {
 
-constexpr std::int32_t kRgba8888 = 1;
-
-bool platformHasBitmaps() {
-  return AndroidBitmap_getInfo != nullptr && AndroidBitmap_lockPixels != nullptr &&
-         AndroidBitmap_unlockPixels != nullptr;
-}
-
-bool fitsInt(const AndroidBitmapInfo& info) {
-  constexpr std::uint32_t kLargest = std::numeric_limits<std::int32_t>::max();
-  return info.width <= kLargest && info.height <= kLargest && info.stride <= kLargest;
-}
-
 /// Runs the engine over locked pixels, by way of an NV21 frame. Returns false when there is no memory for that.
 bool processPixels(CMakeupEngine3& engine, unsigned char* pixels, const AndroidBitmapInfo& info) {
-  if (!fitsInt(info)) return false;
+  if (!vlvk::fitsInt(info)) return false;
   const auto width = static_cast<int>(info.width);
   const auto height = static_cast<int>(info.height);
   const auto stride = static_cast<int>(info.stride);
@@ -45,10 +31,10 @@ bool processPixels(CMakeupEngine3& engine, unsigned char* pixels, const AndroidB
 }  // namespace
 
 jint makeup_ProcessBitmap3(JNIEnv* env, jobject /*thiz*/, jlong handle, jobject bitmap) {
-  if (!platformHasBitmaps()) return -1;
+  if (!vlvk::platformHasBitmaps()) return -1;
   AndroidBitmapInfo info{};
   AndroidBitmap_getInfo(env, bitmap, &info);
-  if (info.format != kRgba8888) return -1;
+  if (info.format != vlvk::kBitmapRgba8888) return -1;
   void* pixels = nullptr;
   AndroidBitmap_lockPixels(env, bitmap, &pixels);
   if (pixels == nullptr) return -1;

@@ -1,4 +1,4 @@
-# The Java classes: vlvk_java makes VLVKMakeupEngine.jar, vlvk_java_example the example, vlvk_javadoc their pages.
+# The Java classes: vlvk_java makes VLVKMakeupEngine.jar, vlvk_java_example the examples, vlvk_javadoc the pages.
 
 set(VLVK_JAVA_RELEASE 8 CACHE STRING "Java version that the classes are made for")
 set(VLVK_JAVA_MISSING "")
@@ -63,13 +63,26 @@ function(vlvk_add_jar target)
 endfunction()
 
 set(VLVK_JAVA_SOURCES
+  java/src/com/velmira/VKMakeup/ArrayPath.java
+  java/src/com/velmira/VKMakeup/BitmapClass.java
+  java/src/com/velmira/VKMakeup/Colorimetry.java
+  java/src/com/velmira/VKMakeup/Contrast.java
   java/src/com/velmira/VKMakeup/Engine.java
+  java/src/com/velmira/VKMakeup/EngineState.java
+  java/src/com/velmira/VKMakeup/Frame.java
+  java/src/com/velmira/VKMakeup/LeakGuard.java
   java/src/com/velmira/VKMakeup/MakeupEngine.java
   java/src/com/velmira/VKMakeup/MakeupException.java
+  java/src/com/velmira/VKMakeup/Mask.java
   java/src/com/velmira/VKMakeup/NativeEngine.java
+  java/src/com/velmira/VKMakeup/NativeMakeup.java
   java/src/com/velmira/VKMakeup/Nv21.java
+  java/src/com/velmira/VKMakeup/Nv21Rows.java
+  java/src/com/velmira/VKMakeup/PixelFormat.java
+  java/src/com/velmira/VKMakeup/Planes.java
   java/src/com/velmira/VKMakeup/ResourceLoader.java
   java/src/com/velmira/VKMakeup/ResourceReader.java
+  java/src/com/velmira/VKMakeup/WhitenArea.java
   java/src/com/velmira/VKMakeup/package-info.java
 )
 vlvk_add_jar(vlvk_java
@@ -78,8 +91,10 @@ vlvk_add_jar(vlvk_java
   FLAGS -Xdoclint:all/protected
   KEEP_RULES java/keep-rules.pro)
 vlvk_add_jar(vlvk_java_example
-  NAME BeautifyPicture.jar
-  SOURCES java/example/BeautifyPicture.java
+  NAME examples.jar
+  SOURCES
+    java/example/BeautifyFrame.java
+    java/example/BeautifyPicture.java
   LIBRARIES vlvk_java)
 
 if(Java_JAVADOC_EXECUTABLE)
@@ -117,21 +132,49 @@ endif()
 vlvk_add_jar(vlvk_java_tests
   NAME vlvk_java_tests.jar
   SOURCES
+    java/test/com/velmira/VKMakeup/Arena.java
     java/test/com/velmira/VKMakeup/Fixtures.java
+    java/test/com/velmira/VKMakeup/FrameTest.java
     java/test/com/velmira/VKMakeup/MakeupEngineTest.java
     java/test/com/velmira/VKMakeup/NativeMemoryTest.java
     java/test/com/velmira/VKMakeup/Nv21Test.java
   LIBRARIES vlvk_java ${VLVK_JUNIT_JAR} ${VLVK_HAMCREST_JAR})
 add_dependencies(vlvk_java_tests VLVKMakeupEngine)
 
+# Bitmaps: a class and functions that stand in for Android's, whose functions the library finds where they were loaded
+# before it.
+vlvk_add_jar(vlvk_java_bitmap_tests
+  NAME vlvk_java_bitmap_tests.jar
+  SOURCES
+    java/test/android/graphics/Bitmap.java
+    java/test/com/velmira/VKMakeup/BitmapTest.java
+  LIBRARIES vlvk_java vlvk_java_tests ${VLVK_JUNIT_JAR} ${VLVK_HAMCREST_JAR})
+add_library(vlvk_java_android_bitmap SHARED java/test/android_bitmap.cpp)
+target_include_directories(vlvk_java_android_bitmap PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+target_include_directories(vlvk_java_android_bitmap SYSTEM PRIVATE
+  $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
+vlvk_set_flags(vlvk_java_android_bitmap)
+
+# vlvk_add_java_test(class [library that is loaded first])
 get_target_property(VLVK_JAVA_JAR vlvk_java VLVK_JAR)
 get_target_property(VLVK_JAVA_TESTS_JAR vlvk_java_tests VLVK_JAR)
-foreach(class MakeupEngineTest NativeMemoryTest Nv21Test)
+get_target_property(VLVK_JAVA_BITMAP_TESTS_JAR vlvk_java_bitmap_tests VLVK_JAR)
+function(vlvk_add_java_test class)
+  set(class_path ${VLVK_JAVA_JAR} ${VLVK_JAVA_TESTS_JAR} ${VLVK_JUNIT_JAR} ${VLVK_HAMCREST_JAR})
+  if(ARGN)
+    list(APPEND class_path ${VLVK_JAVA_BITMAP_TESTS_JAR})
+  endif()
+  list(JOIN class_path ":" class_path)
   add_test(NAME java.${class} COMMAND ${CMAKE_COMMAND}
     -DJAVA=${Java_JAVA_EXECUTABLE}
-    -DCLASS_PATH=${VLVK_JAVA_JAR}:${VLVK_JAVA_TESTS_JAR}:${VLVK_JUNIT_JAR}:${VLVK_HAMCREST_JAR}
+    -DCLASS_PATH=${class_path}
     -DLIBRARY=$<TARGET_FILE:VLVKMakeupEngine>
+    -DLOADED_FIRST=${ARGN}
     -DCLASS=com.velmira.VKMakeup.${class}
     -P ${CMAKE_CURRENT_SOURCE_DIR}/java/test/run_checked.cmake)
   set_tests_properties(java.${class} PROPERTIES TIMEOUT 120)
+endfunction()
+foreach(class FrameTest MakeupEngineTest NativeMemoryTest Nv21Test)
+  vlvk_add_java_test(${class})
 endforeach()
+vlvk_add_java_test(BitmapTest $<TARGET_FILE:vlvk_java_android_bitmap>)

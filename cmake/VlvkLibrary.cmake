@@ -178,13 +178,16 @@ if(VLVK_JNI_BINDINGS)
     bindings/CMakeupEngine3.cpp
     bindings/android_bitmap.h
     bindings/engine_handle.h
+    bindings/java_frame.cpp
+    bindings/java_frame.h
     bindings/java_resource.cpp
     bindings/java_resource.h
     bindings/jni_library.cpp
     bindings/low_memory.cpp
     bindings/low_memory.h
     bindings/makeup_bitmap.cpp
-    bindings/makeup_entry_points.cpp)
+    bindings/makeup_entry_points.cpp
+    bindings/makeup_natives.cpp)
 endif()
 
 add_library(vlvk_objects OBJECT ${VLVK_LIBRARY_SOURCES})

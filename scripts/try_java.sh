@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the library and its Java classes, and beautifies the sample picture with them: out/portrait-java.png.
+# Builds the library and its Java classes, and beautifies the sample picture with them: out/portrait-java*.png.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/quietly.sh
@@ -12,6 +12,10 @@ build() {
 
 bash scripts/setup.sh java
 quietly build
-java -Dcom.velmira.VKMakeup.library=build-try-java/libVLVKMakeupEngine.so \
-  -cp build-try-java/VLVKMakeupEngine.jar:build-try-java/BeautifyPicture.jar \
-  BeautifyPicture samples/portrait.png out/portrait-java.png
+
+example() {
+  java -Dcom.velmira.VKMakeup.library=build-try-java/libVLVKMakeupEngine.so \
+    -cp build-try-java/VLVKMakeupEngine.jar:build-try-java/examples.jar "$@"
+}
+example BeautifyPicture samples/portrait.png out/portrait-java.png
+example BeautifyFrame samples/portrait.png out/portrait-java-pixels.png out/portrait-java-in-place.png

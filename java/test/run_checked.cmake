@@ -4,6 +4,9 @@ get_filename_component(folder ${LIBRARY} DIRECTORY)
 # Freed memory goes back to the system at once, so that resident memory tells what is held.
 set(ENV{MALLOC_MMAP_THRESHOLD_} 65536)
 set(ENV{MALLOC_TRIM_THRESHOLD_} 65536)
+if(LOADED_FIRST)
+  set(ENV{LD_PRELOAD} ${LOADED_FIRST})
+endif()
 execute_process(
   COMMAND ${JAVA} -Xcheck:jni -Xms128m -Xmx128m -XX:+AlwaysPreTouch -XX:+UseSerialGC -Djava.library.path=${folder}
     -cp ${CLASS_PATH} org.junit.runner.JUnitCore ${CLASS}

@@ -20,7 +20,18 @@ public class Engine {
         if (file != null) {
             System.load(new File(file).getAbsolutePath());
         } else {
+            loadFromPath();
+        }
+    }
+
+    private static void loadFromPath() {
+        try {
             System.loadLibrary("VLVKMakeupEngine");
+        } catch (UnsatisfiedLinkError e) {
+            Error named = new UnsatisfiedLinkError(
+                    e.getMessage() + ". Its file can be named with -Dcom.velmira.VKMakeup.library=FILE");
+            named.initCause(e);
+            throw named;
         }
     }
 

@@ -53,7 +53,8 @@ public final class Nv21 {
             long size = (rows - 1L) * rowStride + span(samples);
             if (bytes.remaining() < size) {
                 throw new IllegalArgumentException(
-                        needs + " take " + size + " bytes, but the buffer has " + bytes.remaining());
+                        needs + " take " + size + " bytes, but the buffer has " + bytes.remaining()
+                                + " from position to limit");
             }
         }
 
@@ -100,6 +101,7 @@ public final class Nv21 {
     }
 
     static void requireFrame(byte[] nv21, int width, int height) {
+        Objects.requireNonNull(nv21, "nv21");
         int size = size(width, height);
         if (nv21.length < size) {
             throw new IllegalArgumentException("a frame of " + width + " x " + height + " pixels takes " + size

@@ -7,7 +7,7 @@ import java.io.InputStream;
 /** Reads files of an application's loader whole, and keeps everything that it throws away from native code. */
 final class ResourceReader {
     /** The library asks for a header and one picture of 512 x 512 pixels at most. */
-    private static final int MAX_SIZE = 12 + 512 * 512 * 4;
+    static final int MAX_SIZE = 12 + 512 * 512 * 4;
 
     private final ResourceLoader loader;
     private volatile Throwable failure;
@@ -33,9 +33,14 @@ final class ResourceReader {
 
     private static InputStream readWhole(InputStream file) throws IOException {
         byte[] bytes = new byte[MAX_SIZE];
+        return new ByteArrayInputStream(bytes, 0, readInto(file, bytes));
+    }
+
+    /** Reads until the array is full or the stream ends; returns how many bytes there were. */
+    static int readInto(InputStream file, byte[] bytes) throws IOException {
         int size = 0;
-        while (size < MAX_SIZE) {
-            int count = file.read(bytes, size, MAX_SIZE - size);
+        while (size < bytes.length) {
+            int count = file.read(bytes, size, bytes.length - size);
             if (count < 0) {
                 break;
             }
@@ -44,6 +49,6 @@ final class ResourceReader {
             }
             size += count;
         }
-        return new ByteArrayInputStream(bytes, 0, size);
+        return size;
     }
 }

@@ -138,7 +138,10 @@ public class MakeupEngineTest {
         MakeupEngine engine = new MakeupEngine(name -> {
             assertThrows(IllegalStateException.class, own[0]::close);
             assertThrows(IllegalStateException.class, () -> processed(own[0]));
+            assertThrows(IllegalStateException.class, () -> own[0].process(Frame.allocateNv21(2, 2, Colorimetry.JFIF)));
             own[0].setSoftening(0); // does not wait, and does not touch the frame
+            own[0].setTable(null);
+            own[0].clearMask();
             try (MakeupEngine another = new MakeupEngine()) {
                 processed(another);
             }
@@ -154,16 +157,21 @@ public class MakeupEngineTest {
             interrupted[0] = Thread.interrupted();
         });
         Thread closing = new Thread(engine::close);
+        Thread closingAgain = new Thread(engine::close);
         processing.start();
         assertTrue(loading.tryAcquire(10, TimeUnit.SECONDS));
         closing.start();
         processing.interrupt();
         closing.join(300);
-        assertTrue("an interrupt ends no frame, and close waits", processing.isAlive() && closing.isAlive());
+        closingAgain.start();
+        closingAgain.join(100);
+        assertTrue("an interrupt ends no frame, and every close waits",
+                processing.isAlive() && closing.isAlive() && closingAgain.isAlive());
         go.release();
         processing.join(10000);
         closing.join(10000);
-        assertFalse(closing.isAlive());
+        closingAgain.join(10000);
+        assertFalse(closing.isAlive() || closingAgain.isAlive());
         assertNull(engine.resourceFailure());
         assertTrue("the interrupt is kept", interrupted[0]);
         assertArrayEquals(expected(FRAME, 72, 50, 50, 1000, PICTURE), frame);

@@ -2,12 +2,13 @@ package com.velmira.VKMakeup;
 
 import static org.junit.Assert.*;
 
+import java.io.ByteArrayInputStream;
 import java.nio.file.*;
 import java.util.*;
 import org.junit.Test;
 
 public class NativeMemoryTest {
-    private static long residentBytes() throws Exception {
+    static long residentBytes() throws Exception {
         return Long.parseLong(Files.readAllLines(Paths.get("/proc/self/statm")).get(0).split(" ")[1]) * 4096;
     }
 
@@ -42,5 +43,33 @@ public class NativeMemoryTest {
         assertTrue(kept + " bytes after", kept < 2 << 20);
         assertEquals("threads", 6, Thread.getAllStackTraces().keySet().stream()
                 .filter(thread -> thread.getName().startsWith("VLVKMakeupEngine-")).count());
+    }
+
+    /** Leaves engines to the collector, with a table of 1 MiB and buffers of their own, some with a path for arrays. */
+    private static void leakEngines(int count) throws Exception {
+        byte[] table = Fixtures.file(Fixtures.picture(1));
+        Frame frame = Frame.allocateNv21(512, 512, Colorimetry.JFIF);
+        for (int i = 0; i < count; ++i) {
+            MakeupEngine engine = new MakeupEngine();
+            engine.setTable(new ByteArrayInputStream(table));
+            engine.process(frame);
+            if (i % 8 == 0) {
+                engine.process(new byte[Nv21.size(64, 64)], 64, 64);
+            }
+        }
+    }
+
+    @Test
+    public void leakedEnginesAreFreed() throws Exception {
+        leakEngines(1);
+        System.gc();
+        long before = residentBytes();
+        leakEngines(40);
+        for (int i = 0; i < 100 && residentBytes() - before > 8 << 20; ++i) {
+            System.gc();
+            Thread.sleep(50);
+        }
+        long kept = residentBytes() - before;
+        assertTrue(kept + " bytes after", kept < 8 << 20);
     }
 }

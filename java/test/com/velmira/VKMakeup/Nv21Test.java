@@ -67,12 +67,13 @@ public class Nv21Test {
         Nv21.pack(luma, chroma, chroma, 8, 4, frame);
         random.nextBytes(frame);
         byte[] before = frame.clone();
-        String uv = ": 2 rows of 4 samples with row stride 10 and pixel stride 2 take 17 bytes, but the buffer has 16";
+        String uv = ": 2 rows of 4 samples with row stride 10 and pixel stride 2 take 17 bytes, but the buffer has 16"
+                + " from position to limit";
         assertRefused(WRONG, "plane U" + uv, () -> Nv21.pack(luma, plane(16, 10, 2), chroma, 8, 4, frame));
         assertRefused(WRONG, "plane V" + uv, () -> Nv21.pack(luma, chroma, plane(16, 10, 2), 8, 4, frame));
         String format = "plane Y: 4 rows of 8 samples with row stride %d and pixel stride %d %s";
         for (Object[] y : new Object[][] {{7, 1, "overlap"}, {8, 0, "overlap"},
-                {Integer.MAX_VALUE, 1, "take 6442450949 bytes, but the buffer has 99"}}) {
+                {Integer.MAX_VALUE, 1, "take 6442450949 bytes, but the buffer has 99 from position to limit"}}) {
             assertRefused(WRONG, String.format(format, y),
                     () -> Nv21.pack(plane(99, (int) y[0], (int) y[1]), chroma, chroma, 8, 4, frame));
         }
