@@ -1,26 +1,19 @@
 /// The C handle against CFastEdgePreserved, its formats against each other and its options against frames without:
-/// ratios of frames that alternate, so that a machine whose speed drifts slows both.
-///
-/// `ratio` is the median over the rounds of the time of the first by the time of the second, `ratio_cpu` the same of
-/// processor time. Times are those of the first.
+/// ratios.
 #include <algorithm>
-#include <chrono>
-#include <ctime>
 #include <functional>
 #include <memory>
 
 #include <vlvk/CFastEdgePreserved.h>
 #include <vlvk/makeup.h>
-#include "bench/measure.h"
+#include "bench/compare.h"
+#include "bench/options.h"
 #include "bench/scene.h"
 #include "resource/neutral_colors.h"
 
 namespace vlvk_bench {
 
 namespace {
-
-constexpr int kRounds = 41;
-constexpr int kFramesOfARound = 2;
 
 /// A frame of the skin scene in some format, with the pixels or planes of its own.
 class Picture {
@@ -71,12 +64,6 @@ class Picture {
   Nv21Frame nv21_;
   std::vector<std::uint8_t> bytes_;
   VlvkFrame frame_{};
-};
-
-/// Something that processes a frame, and puts it back where it is in place.
-struct Contender {
-  std::function<bool()> process;
-  std::function<void()> restore = [] {};
 };
 
 struct Setup {
@@ -156,50 +143,9 @@ Contender classic(Size size, const Setup& setup, bool nv21) {
           [=] { picture->restore(); }};
 }
 
-struct Times {
-  double wall;
-  double processor;
-};
-
-Times timeOf(benchmark::State& state, const Contender& contender) {
-  contender.restore();
-  const auto begin = std::chrono::steady_clock::now();
-  const std::clock_t processor = std::clock();
-  for (int i = 0; i < kFramesOfARound; ++i) {
-    if (!contender.process()) state.SkipWithError("the frame failed");
-  }
-  const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - begin;
-  return {wall.count(), static_cast<double>(std::clock() - processor) / CLOCKS_PER_SEC};
-}
-
-double median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
-  return values[values.size() / 2];
-}
-
-void compare(const std::string& name, Size size, const std::function<Contender()>& makeFirst,
-             const std::function<Contender()>& makeSecond) {
-  add("handle/" + name + "/" + size.name(),
-      [=](benchmark::State& state) {
-        const Contender first = makeFirst();
-        const Contender second = makeSecond();
-        timeOf(state, first);
-        timeOf(state, second);
-        std::vector<double> wall;
-        std::vector<double> processor;
-        for ([[maybe_unused]] auto round : state) {
-          const Times a = timeOf(state, first);
-          const Times b = timeOf(state, second);
-          wall.push_back(a.wall / b.wall);
-          processor.push_back(a.processor / b.processor);
-          state.SetIterationTime(a.wall / kFramesOfARound);
-        }
-        if (wall.empty()) return;
-        state.counters["ratio"] = median(wall);
-        state.counters["ratio_cpu"] = median(processor);
-      })
-      ->UseManualTime()
-      ->Iterations(kRounds);
+void compareHandles(const std::string& name, Size size, const std::function<Contender()>& makeFirst,
+                    const std::function<Contender()>& makeSecond) {
+  compare("handle/" + name + "/" + size.name(), makeFirst, makeSecond);
 }
 
 }  // namespace
@@ -210,23 +156,23 @@ void addHandleBenchmarks(const std::vector<Size>& sizes) {
       const Setup s{threads};
       const std::string suffix = "/threads:" + std::to_string(threads);
       const auto nv12 = [=] { return inPlace(size, s, VLVK_NV12); };
-      compare("nv12_by_class" + suffix, size, nv12, [=] { return classic(size, s, false); });
-      compare(
+      compareHandles("nv12_by_class" + suffix, size, nv12, [=] { return classic(size, s, false); });
+      compareHandles(
           "nv21_by_class" + suffix, size, [=] { return inPlace(size, s, VLVK_NV21); },
           [=] { return classic(size, s, true); });
-      compare(
+      compareHandles(
           "i420_by_nv12" + suffix, size, [=] { return inPlace(size, s, VLVK_I420); }, nv12);
-      compare(
+      compareHandles(
           "nv12_elsewhere_by_in_place" + suffix, size, [=] { return elsewhere(size, s, VLVK_NV12, VLVK_NV12); }, nv12);
-      compare(
+      compareHandles(
           "rgba_to_rgba_by_nv21_to_rgba" + suffix, size, [=] { return elsewhere(size, s, VLVK_RGBA, VLVK_RGBA); },
           [=] { return elsewhere(size, s, VLVK_NV21, VLVK_RGBA); });
     }
     const Setup s;
     const auto nv12 = [=] { return inPlace(size, s, VLVK_NV12); };
-    compare(
+    compareHandles(
         "bt601_full_by_limited", size, [=] { return inPlace(size, s, VLVK_NV12, VLVK_BT601, VLVK_FULL); }, nv12);
-    compare(
+    compareHandles(
         "bt709_by_bt601", size, [=] { return inPlace(size, s, VLVK_NV12, VLVK_BT709); }, nv12);
     // Each option against the same frame without it.
     for (const bool ofPixels : {false, true}) {
@@ -236,12 +182,12 @@ void addHandleBenchmarks(const std::vector<Size>& sizes) {
       };
       const std::string format = ofPixels ? "_rgba" : "_nv12";
       const Setup luma = {.whitening = 0};
-      compare("relative_by_absolute" + format, size, frames({.contrast = VLVK_CONTRAST_RELATIVE}), frames(s));
-      compare("relative_by_absolute_luma" + format, size, frames({.whitening = 0, .contrast = VLVK_CONTRAST_RELATIVE}),
-              frames(luma));
-      compare("whiten_skin_by_all" + format, size, frames({.whitenArea = VLVK_WHITEN_SKIN}), frames(s));
-      compare("mask_by_none" + format, size, frames({.hasMask = true}), frames(s));
-      compare("even_tone_by_none" + format, size, frames({.evenTone = 1000}), frames(s));
+      compareHandles("relative_by_absolute" + format, size, frames({.contrast = VLVK_CONTRAST_RELATIVE}), frames(s));
+      compareHandles("relative_by_absolute_luma" + format, size,
+                     frames({.whitening = 0, .contrast = VLVK_CONTRAST_RELATIVE}), frames(luma));
+      compareHandles("whiten_skin_by_all" + format, size, frames({.whitenArea = VLVK_WHITEN_SKIN}), frames(s));
+      compareHandles("mask_by_none" + format, size, frames({.hasMask = true}), frames(s));
+      compareHandles("even_tone_by_none" + format, size, frames({.evenTone = 1000}), frames(s));
     }
   }
 }

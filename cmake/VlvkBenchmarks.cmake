@@ -17,6 +17,8 @@ add_executable(vlvk_bench
   bench/allocation_counter.cpp
   bench/allocation_counter.h
   bench/band_smoothing_bench.cpp
+  bench/compare.cpp
+  bench/compare.h
   bench/conversions_bench.cpp
   bench/frame_bench.cpp
   bench/handle_bench.cpp
@@ -24,6 +26,7 @@ add_executable(vlvk_bench
   bench/line_mean_bench.cpp
   bench/main.cpp
   bench/measure.h
+  bench/options.cpp
   bench/options.h
   bench/planes.h
   bench/reference_filter_bench.cpp
@@ -74,4 +77,38 @@ if(OpenCV_FOUND AND VLVK_LIBYUV_INCLUDE AND VLVK_LIBYUV)
     bench/peers/composition.cpp
     bench/peers/composition.h)
   set_source_files_properties(bench/peers/composition.cpp PROPERTIES COMPILE_OPTIONS "-O3;-ffast-math")
+endif()
+
+# Java's classes against the handle, in a virtual machine that the benchmark starts.
+find_library(VLVK_JVM jvm HINTS ${VLVK_JDK}/lib/server ${VLVK_JDK}/jre/lib/server)
+mark_as_advanced(VLVK_JVM)
+if(TARGET vlvk_java AND VLVK_JVM)
+  vlvk_add_jar(vlvk_java_bench_classes
+    NAME vlvk_java_bench.jar
+    SOURCES bench/java/FrameBench.java
+    LIBRARIES vlvk_java)
+  get_target_property(VLVK_JAVA_JAR vlvk_java VLVK_JAR)
+  get_target_property(VLVK_JAVA_BENCH_JAR vlvk_java_bench_classes VLVK_JAR)
+  add_executable(vlvk_java_bench
+    bench/compare.cpp
+    bench/compare.h
+    bench/java/java_bench.cpp
+    bench/options.cpp
+    bench/options.h
+    resource/color_picture.cpp
+    resource/color_picture.h
+    resource/resource_file.cpp
+    resource/resource_file.h
+    tools/engine/skin_frame.h)
+  add_dependencies(vlvk_java_bench vlvk_java_bench_classes)
+  target_include_directories(vlvk_java_bench PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_include_directories(vlvk_java_bench SYSTEM PRIVATE
+    $<TARGET_PROPERTY:vlvk_objects,INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>)
+  target_compile_definitions(vlvk_java_bench PRIVATE
+    VLVK_BENCH_LIBRARY="$<TARGET_FILE:VLVKMakeupEngine>"
+    VLVK_BENCH_CLASS_PATH="${VLVK_JAVA_JAR}:${VLVK_JAVA_BENCH_JAR}")
+  target_link_libraries(vlvk_java_bench PRIVATE VLVKMakeupEngine benchmark::benchmark ${VLVK_JVM})
+  vlvk_set_flags(vlvk_java_bench)
+else()
+  message(STATUS "Not built: vlvk_java_bench, missing: the Java classes or a JDK's libjvm")
 endif()
