@@ -4,7 +4,8 @@
 #   bash scripts/setup.sh [PURPOSE...]
 #
 # Purposes, without any of them program: program, test, java, check (layout and lint), bench (with the
-# libraries compared with), plot, cross (tests for ARM in an emulator), fuzz, valgrind, docs, video.
+# libraries compared with), plot, cross (tests for ARM in an emulator), android (compiling for it, and its package,
+# without an NDK), fuzz, valgrind, docs, video.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/quietly.sh
@@ -22,6 +23,11 @@ for purpose in "${@:-program}"; do
     bench) packages+=(libbenchmark-dev libopencv-dev libyuv-dev) ;;
     cross)
       packages+=(default-jdk-headless g++-aarch64-linux-gnu g++-arm-linux-gnueabihf googletest qemu-user)
+      ;;
+    android)
+      packages+=(clang lld llvm libclang-rt-14-dev libc++-14-dev libc6-dev-arm64-cross libc6-dev-armhf-cross)
+      packages+=(android-libnativehelper-dev android-platform-frameworks-native-headers)
+      packages+=(default-jdk-headless zip unzip)
       ;;
     fuzz) packages+=(clang libclang-rt-14-dev) ;;
     valgrind) packages+=(valgrind) ;;

@@ -17,6 +17,8 @@
 #   fuzz      every fuzzer for some seconds, with clang's address and undefined-behaviour sanitizers
 #   armhf     build for ARMv7 and run the tests in an emulator
 #   aarch64   the same for AArch64
+#   android   compile the library for Android without an NDK, make a package of stand-ins for its libraries, and compile
+#             the Java lines of docs/android.md
 #   format    layout of the sources (clang-format)
 #   tidy      lint of the sources (clang-tidy)
 #   docs      make the pages of the public headers, every name described, and follow the links of all pages
@@ -26,7 +28,7 @@ cd "$(dirname "$0")/.."
 export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
 export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
 
-all_steps=(release bench sample java video readme asan tsan valgrind fuzz armhf aarch64 format tidy docs)
+all_steps=(release bench sample java video readme asan tsan valgrind fuzz armhf aarch64 android format tidy docs)
 
 # Sanitizers lay out memory themselves, which some kernels' address randomisation gets in the way of.
 fixed_addresses() {
@@ -47,9 +49,11 @@ build_and_test() {
 step_release() { build_and_test release; }
 step_bench() {
   quietly cmake --preset release -DVLVK_BUILD_BENCHMARKS=ON
-  quietly cmake --build --preset release --target vlvk_bench
+  quietly cmake --build --preset release --target vlvk_bench vlvk_java_bench
   quietly build-release/vlvk_bench --size=64x64 --benchmark_filter='^frame/in_place/' --benchmark_min_time=0.001
   grep -q '^frame/in_place/' "$log"
+  quietly build-release/vlvk_java_bench --size=64x64
+  grep -q '^java/pack_and_process_by_in_place/.* ratio=' "$log"
 }
 step_sample() { bash scripts/try.sh; }
 step_java() {
@@ -68,6 +72,11 @@ step_valgrind() { quietly bash scripts/valgrind.sh; }
 step_fuzz() { bash scripts/fuzz.sh 10; }
 step_armhf() { bash scripts/cross_test.sh armhf; }
 step_aarch64() { bash scripts/cross_test.sh aarch64; }
+step_android() {
+  bash scripts/android_compile.sh
+  bash tests/install/android_package.sh
+  bash scripts/check_android_page.sh
+}
 step_format() { bash scripts/format.sh --check; }
 step_tidy() {
   quietly cmake --preset release
@@ -103,6 +112,7 @@ needs check format tidy
 needs valgrind valgrind
 needs fuzz fuzz
 needs cross armhf aarch64
+needs android android
 needs docs docs
 bash scripts/setup.sh "${purposes[@]}"
 for step in "${steps[@]}"; do

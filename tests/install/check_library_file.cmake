@@ -2,7 +2,7 @@
 # 64-bit devices with pages of 16 KiB can load it, and that a C++ runtime said to be linked in is.
 #
 #   cmake -DNM=nm -DREADELF=readelf -DLIBRARY=libVLVKMakeupEngine.so -DLIST=exported_symbols.txt -DPOINTER_BYTES=8
-#     -DSTATIC_RUNTIME=0 -P check_library_file.cmake
+#     -DSTATIC_RUNTIME=0 -DANDROID_JNI=0 -P check_library_file.cmake
 
 execute_process(COMMAND ${NM} -D ${LIBRARY} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "[0-9a-f]+ [A-Z] [^\n@]+" defined "${symbols}")
@@ -13,6 +13,10 @@ file(STRINGS ${LIST} expected)
 if(POINTER_BYTES EQUAL 4)
   # size_t is unsigned int (j), not unsigned long (m), in operator new and delete.
   list(TRANSFORM expected REPLACE "(nwE|dlEPv)m$" "\\1j")
+endif()
+if(ANDROID_JNI)
+  # The same class has another name in Android's jni.h.
+  list(TRANSFORM expected REPLACE "7JNIEnv_" "7_JNIEnv")
 endif()
 set(missing ${expected})
 set(unexpected ${defined})
