@@ -22,6 +22,9 @@ int main(int argc, char** argv) {
   addReferenceFilterBenchmarks(sizes);
   addLineMeanBenchmarks(sizes);
   addIntegralMeanBenchmarks(sizes);
+#ifdef VLVK_BENCH_GSTREAMER_PLUGIN
+  addGStreamerBenchmarks(sizes);
+#endif
 #ifdef VLVK_BENCH_LIBYUV
   addLibyuvBenchmarks(sizes);
 #endif

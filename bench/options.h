@@ -23,6 +23,7 @@ std::vector<Size> takeSizes(int* argc, char** argv);
 /// Each adds the benchmarks of one unit; its file has the unit's name.
 void addFrameBenchmarks(const std::vector<Size>& sizes);
 void addHandleBenchmarks(const std::vector<Size>& sizes);
+void addGStreamerBenchmarks(const std::vector<Size>& sizes);
 void addCompositionBenchmarks(const std::vector<Size>& sizes);
 void addBandSmoothingBenchmarks(const std::vector<Size>& sizes);
 void addSkinBlendBenchmarks(const std::vector<Size>& sizes);

@@ -28,6 +28,8 @@ add_executable(vlvk_bench
   bench/measure.h
   bench/options.cpp
   bench/options.h
+  bench/picture.cpp
+  bench/picture.h
   bench/planes.h
   bench/reference_filter_bench.cpp
   bench/row_loops_bench.cpp
@@ -47,6 +49,15 @@ vlvk_set_flags(vlvk_bench)
 if(TARGET vlvk_tool)
   target_link_libraries(vlvk_bench PRIVATE vlvk_tool)
   target_compile_definitions(vlvk_bench PRIVATE VLVK_BENCH_PORTRAIT="${CMAKE_CURRENT_SOURCE_DIR}/samples/portrait.png")
+endif()
+
+# The GStreamer element against the handle.
+find_library(VLVK_gstcheck_LIBRARY gstcheck-1.0)
+if(TARGET gstvlvkmakeup AND VLVK_gstcheck_LIBRARY)
+  target_sources(vlvk_bench PRIVATE bench/gstreamer_bench.cpp)
+  target_compile_definitions(vlvk_bench PRIVATE VLVK_BENCH_GSTREAMER_PLUGIN="$<TARGET_FILE:gstvlvkmakeup>")
+  target_link_libraries(vlvk_bench PRIVATE ${VLVK_gstcheck_LIBRARY} vlvk_gst)
+  add_dependencies(vlvk_bench gstvlvkmakeup)
 endif()
 
 # Other libraries' ways to the same results, for comparison in the same run.

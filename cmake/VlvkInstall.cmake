@@ -1,6 +1,6 @@
 # What `cmake --install` installs, in components: library (the shared library, which programs run with), development
-# (headers, static library, CMake and pkg-config files), program and java, each where it is built. All of it can be moved
-# as a whole.
+# (headers, static library, CMake and pkg-config files), program, java, gstreamer and frei0r, each where it is built. All of
+# it can be moved as a whole.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -79,4 +79,20 @@ endif()
 if(TARGET vlvk_java)
   get_target_property(VLVK_JAVA_FILE vlvk_java VLVK_JAR)
   install(FILES ${VLVK_JAVA_FILE} DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/java COMPONENT java)
+endif()
+
+if(TARGET gstvlvkmakeup)
+  install(TARGETS gstvlvkmakeup LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/gstreamer-1.0 COMPONENT gstreamer)
+endif()
+
+# Hosts search lib/frei0r-1 of /usr and /usr/local, on Debian too, where other libraries lie in a folder for the
+# processor. Anywhere else FREI0R_PATH leads to it, and the plugin finds the library by itself.
+if(TARGET vlvk_frei0r)
+  set(VLVK_FREI0R_FOLDER lib/frei0r-1 CACHE STRING "Where the frei0r plugin is installed")
+  get_filename_component(VLVK_FREI0R_INSTALLED ${VLVK_FREI0R_FOLDER} ABSOLUTE BASE_DIR ${CMAKE_INSTALL_PREFIX})
+  file(RELATIVE_PATH VLVK_FREI0R_TO_LIBRARY ${VLVK_FREI0R_INSTALLED} ${CMAKE_INSTALL_FULL_LIBDIR})
+  if(BUILD_SHARED_LIBS)
+    set_target_properties(vlvk_frei0r PROPERTIES INSTALL_RPATH "$ORIGIN/${VLVK_FREI0R_TO_LIBRARY}")
+  endif()
+  install(TARGETS vlvk_frei0r LIBRARY DESTINATION ${VLVK_FREI0R_FOLDER} COMPONENT frei0r)
 endif()

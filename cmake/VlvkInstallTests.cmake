@@ -57,7 +57,8 @@ find_program(VLVK_DPKG_SHLIBDEPS dpkg-shlibdeps)
 if(TARGET vlvk-makeup AND VLVK_DPKG_DEB AND VLVK_DPKG_SHLIBDEPS)
   vlvk_add_install_test(package
     -DSOVERSION=${PROJECT_VERSION_MAJOR} -DCPACK=${CMAKE_CPACK_COMMAND} -DDPKG_DEB=${VLVK_DPKG_DEB}
-    -DJAVA=$<TARGET_EXISTS:vlvk_java>)
+    -DJAVA=$<TARGET_EXISTS:vlvk_java>
+    -DGSTREAMER=$<TARGET_EXISTS:gstvlvkmakeup> -DFREI0R=$<TARGET_EXISTS:vlvk_frei0r>)
 else()
   message(STATUS "Not tested: the Debian packages, missing: vlvk-makeup or dpkg-dev")
 endif()

@@ -198,6 +198,11 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VLVK_SANITIZE)
   vlvk_discover_tests(vlvk_failure_tests 2)
 endif()
 
+# The GStreamer element, between pads of the tests' own.
+if(TARGET gstvlvkmakeup)
+  include(cmake/VlvkGStreamerTests.cmake)
+endif()
+
 # The public headers, each alone in a file: as the oldest C++ that they promise, those of C functions also as C99.
 # vlvk_compile_headers(target LANGUAGE extension header ...)
 function(vlvk_compile_headers target language extension)

@@ -35,5 +35,7 @@ row "$sample" contrast.jpg --columns contrast=relative,absolute --crop 150x150+1
 row "$work/dark.png" contrast-dark.jpg --columns contrast=relative,absolute --crop 150x150+150+14 --cell 240
 "$program" sheet "$work/spots.png" "$images/even-tone.jpg" --original --columns even-tone=0,500,1000 \
   --rows radius=8,auto --whiten 0 --crop 84x84+184+80 --cell 180
+bash scripts/try_gstreamer.sh
+cp out/gstreamer.jpg "$images/gstreamer.jpg"
 /usr/bin/python3 scripts/tone_curves.py "$program" "$images/tone-curves.png"
 ls -l "$images"

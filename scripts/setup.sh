@@ -5,7 +5,7 @@
 #
 # Purposes, without any of them program: program, test, java, check (layout and lint), bench (with the
 # libraries compared with), plot, cross (tests for ARM in an emulator), android (compiling for it, and its package,
-# without an NDK), fuzz, valgrind, docs, video.
+# without an NDK), fuzz, valgrind, docs, video, plugins (to try them in their hosts).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/quietly.sh
@@ -17,7 +17,10 @@ for purpose in "${@:-program}"; do
       packages+=(libcli11-dev libexiv2-dev libgd-dev libheif-dev libjpeg62-turbo-dev libpng-dev libwebp-dev zlib1g-dev)
       packages+=(libavcodec-dev libavdevice-dev libavfilter-dev libavformat-dev libavutil-dev pkgconf)
       ;;
-    test) packages+=(default-jdk-headless dpkg-dev junit4 libgtest-dev mandoc pkgconf) ;;
+    test)
+      packages+=(default-jdk-headless dpkg-dev frei0r-plugins-dev junit4 libgtest-dev mandoc pkgconf)
+      packages+=(gstreamer1.0-tools libgstreamer-plugins-base1.0-dev)
+      ;;
     java) packages+=(default-jdk-headless) ;;
     check) packages+=(clang-format clang-tidy) ;;
     bench) packages+=(libbenchmark-dev libopencv-dev libyuv-dev) ;;
@@ -33,6 +36,10 @@ for purpose in "${@:-program}"; do
     valgrind) packages+=(valgrind) ;;
     docs) packages+=(doxygen) ;;
     video) packages+=(ffmpeg) ;;
+    plugins)
+      packages+=(gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-tools libgstreamer-plugins-base1.0-dev)
+      packages+=(ffmpeg frei0r-plugins-dev melt)
+      ;;
     plot) packages+=(python3 python3-matplotlib) ;;
     *)
       echo "setup.sh: unknown purpose '$purpose'" >&2

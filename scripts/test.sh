@@ -10,6 +10,7 @@
 #   sample    build the program and beautify the sample picture
 #   java      build the Java classes, their pages and the Java example, and beautify the sample picture with it
 #   video     beautify clips of many kinds and check what comes out, and the lines of docs/video.md
+#   plugins   run the plugins in their hosts, with the pipelines of docs/plugins.md
 #   readme    compile and run the examples of the README
 #   asan      build with the address and undefined-behaviour sanitizers and run the tests
 #   tsan      build with the thread sanitizer and run the tests
@@ -28,7 +29,7 @@ cd "$(dirname "$0")/.."
 export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
 export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
 
-all_steps=(release bench sample java video readme asan tsan valgrind fuzz armhf aarch64 android format tidy docs)
+all_steps=(release bench sample java video plugins readme asan tsan valgrind fuzz armhf aarch64 android format tidy docs)
 
 # Sanitizers lay out memory themselves, which some kernels' address randomisation gets in the way of.
 fixed_addresses() {
@@ -61,6 +62,10 @@ step_java() {
   quietly cmake --build build-try-java --target vlvk_javadoc
 }
 step_video() { bash scripts/try_video.sh; }
+step_plugins() {
+  bash scripts/try_gstreamer.sh
+  bash scripts/try_frei0r.sh
+}
 step_readme() {
   quietly cmake --preset release
   quietly cmake --build --preset release --target VLVKMakeupEngine
@@ -108,6 +113,7 @@ needs() { # PURPOSE STEP...
 }
 needs bench bench
 needs video video
+needs plugins plugins
 needs check format tidy
 needs valgrind valgrind
 needs fuzz fuzz

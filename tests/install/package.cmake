@@ -1,5 +1,6 @@
 # Makes the Debian packages of a build, unpacks them together and runs the program from there. Variables: SOURCE, BUILD, WORK
-# (folders), VERSION, SOVERSION, CPACK, DPKG_DEB, JAVA (whether the Java classes are built).
+# (folders), VERSION, SOVERSION, CPACK, DPKG_DEB, JAVA, GSTREAMER, FREI0R (whether the Java classes and the plugins are
+# built).
 
 include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 file(REMOVE_RECURSE ${WORK})
@@ -38,6 +39,15 @@ check_package(vlvk-makeup DEPENDS "[^\n]*libc6 .*libstdc\\+\\+6[^\n]*" FILES
 if(JAVA)
   check_package(libvlvkmakeupengine-java DEPENDS "${library} \\(>= ${VERSION}\\)" FILES
     "-rw-r--r-- root/root [^\n]*/usr/share/java/VLVKMakeupEngine.jar")
+endif()
+if(GSTREAMER)
+  check_package(gstreamer1.0-vlvkmakeup
+    DEPENDS "${library} \\(>= ${VERSION}\\), [^\n]*libgstreamer-plugins-base1.0-0 [^\n]*" FILES
+    "-rw-r--r-- root/root [^\n]*/usr/lib[^\n]*/gstreamer-1.0/libgstvlvkmakeup.so")
+endif()
+if(FREI0R)
+  check_package(frei0r-vlvkmakeup DEPENDS "[^\n]*${library} \\(>= ${VERSION}\\)[^\n]*libc6 [^\n]*" FILES
+    "-rw-r--r-- root/root [^\n]*/usr/lib/frei0r-1/vlvkmakeup.so")
 endif()
 
 run(${WORK}/unpacked/usr/bin/vlvk-makeup photo ${SOURCE}/samples/portrait.png ${WORK}/portrait.png)

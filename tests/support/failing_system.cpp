@@ -24,8 +24,8 @@ void discount(void* memory) {
 
 /// What `allocate` gives, or null when the request is to fail; `old` is what it gives back.
 template <class Allocate>
-void* request(Allocate allocate, void* old = nullptr) {
-  if (!startingThread && memoryFault.hits()) {
+void* request(std::size_t size, Allocate allocate, void* old = nullptr) {
+  if (!startingThread && size >= memoryFault.leastBytes && memoryFault.hits()) {
     errno = ENOMEM;
     return nullptr;
   }
@@ -49,16 +49,17 @@ void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* memory);
 
 void* malloc(std::size_t size) noexcept {
-  return request([=] { return __libc_malloc(size); });
+  return request(size, [=] { return __libc_malloc(size); });
 }
 void* calloc(std::size_t count, std::size_t size) noexcept {
-  return request([=] { return __libc_calloc(count, size); });
+  return request(count * size, [=] { return __libc_calloc(count, size); });
 }
 void* realloc(void* memory, std::size_t size) noexcept {
-  return request([=] { return __libc_realloc(memory, size); }, memory);
+  return request(
+      size, [=] { return __libc_realloc(memory, size); }, memory);
 }
 void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
-  return request([=] { return __libc_memalign(alignment, size); });
+  return request(size, [=] { return __libc_memalign(alignment, size); });
 }
 int posix_memalign(void** memory, std::size_t alignment, std::size_t size) noexcept {
   *memory = aligned_alloc(alignment, size);

@@ -6,13 +6,15 @@
 
 #include <atomic>
 #include <climits>
+#include <cstddef>
 
 namespace testing_support {
 
-/// Counts requests while it is armed; those with the numbers first .. last fail.
+/// Counts requests while it is armed; those with the numbers first .. last fail. Memory: those of leastBytes or more.
 struct Fault {
   std::atomic<bool> armed{false};
   std::atomic<int> requests{0}, first{INT_MAX}, last{INT_MAX};
+  std::atomic<std::size_t> leastBytes{0};
 
   void arm(int from, int to) {
     requests = 0;
