@@ -138,6 +138,7 @@ set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 check_cxx_source_compiles("#ifndef __x86_64__\n#error\n#endif" VLVK_PROCESSOR_X86_64)
 check_cxx_source_compiles("#ifndef __aarch64__\n#error\n#endif" VLVK_PROCESSOR_AARCH64)
 check_cxx_source_compiles("#ifndef __arm__\n#error\n#endif" VLVK_PROCESSOR_ARM)
+check_cxx_source_compiles("#ifndef __wasm_simd128__\n#error\n#endif" VLVK_PROCESSOR_WASM128)
 unset(CMAKE_TRY_COMPILE_TARGET_TYPE)
 
 if(VLVK_PROCESSOR_X86_64)
@@ -153,6 +154,10 @@ elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
   list(APPEND VLVK_LIBRARY_SOURCES
     simd/neon.h
     rows/row_loops_neon.cpp)
+elseif(VLVK_PROCESSOR_WASM128)
+  list(APPEND VLVK_LIBRARY_SOURCES
+    simd/wasm128.h
+    rows/row_loops_wasm128.cpp)
 endif()
 
 # jni.h: on Android the toolchain's own, elsewhere a JDK's, whose headers also serve cross-compilers.

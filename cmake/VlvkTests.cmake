@@ -30,8 +30,13 @@ if(NOT TARGET GTest::gtest_main)
   endif()
   set(INSTALL_GTEST OFF CACHE INTERNAL "")
   set(BUILD_GMOCK OFF CACHE INTERNAL "")
+  set(gtest_disable_pthreads ${VLVK_WASM} CACHE INTERNAL "")
   add_subdirectory(${VLVK_GTEST_SOURCE} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
   target_compile_options(gtest PRIVATE -w)
+  if(VLVK_WASM)
+    target_compile_definitions(gtest PUBLIC
+      GTEST_HAS_DEATH_TEST=0 GTEST_HAS_EXCEPTIONS=0 GTEST_HAS_STREAM_REDIRECTION=0)
+  endif()
   if(NOT TARGET GTest::gtest_main)
     add_library(GTest::gtest ALIAS gtest)
     add_library(GTest::gtest_main ALIAS gtest_main)
@@ -51,6 +56,8 @@ if(VLVK_PROCESSOR_X86_64)
   list(APPEND VLVK_VOCABULARIES sse2 avx2)
 elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
   list(APPEND VLVK_VOCABULARIES neon)
+elseif(VLVK_PROCESSOR_WASM128)
+  list(APPEND VLVK_VOCABULARIES wasm128)
 endif()
 foreach(vocabulary IN LISTS VLVK_VOCABULARIES)
   add_library(vlvk_ops_${vocabulary} OBJECT
@@ -69,11 +76,19 @@ elseif(VLVK_PROCESSOR_ARM)
   target_compile_options(vlvk_ops_neon PRIVATE -mfpu=neon)
 endif()
 
+# Modules have neither pages that cannot be read nor threads.
+set(VLVK_GUARDED_BUFFER tests/support/guarded_buffer.cpp)
+set(VLVK_THREAD_TESTS tests/engine/makeup_threads_test.cpp tests/filter/frame_pipeline_test.cpp)
+if(VLVK_WASM)
+  set(VLVK_GUARDED_BUFFER tests/support/canary_buffer.cpp ${VLVK_WASM_RUNTIME})
+  set(VLVK_THREAD_TESTS "")
+endif()
+
 add_executable(vlvk_tests
   tests/naive/naive.cpp
   tests/naive/naive.h
   tests/support/box_planes.h
-  tests/support/guarded_buffer.cpp
+  ${VLVK_GUARDED_BUFFER}
   tests/support/guarded_buffer.h
   tests/support/plane.h
   tests/support/random_content.h
@@ -98,7 +113,8 @@ add_executable(vlvk_tests
   # Filter.
   tests/filter/CFastEdgePreserved_test.cpp
   tests/filter/band_worker_test.cpp
-  tests/filter/frame_pipeline_test.cpp
+
+  ${VLVK_THREAD_TESTS}
 
   # The handle.
   tests/engine/makeup_contract_test.cpp

@@ -22,6 +22,9 @@ const RowLoops* const* availableRowLoops(int& count) {
 #elif defined(__ARM_NEON)
   static constexpr const RowLoops* kSets[] = {&neon::kRowLoops, &scalar::kRowLoops};
   constexpr int missing = 0;
+#elif defined(__wasm_simd128__)
+  static constexpr const RowLoops* kSets[] = {&wasm128::kRowLoops, &scalar::kRowLoops};
+  constexpr int missing = 0;
 #else
   static constexpr const RowLoops* kSets[] = {&scalar::kRowLoops};
   constexpr int missing = 0;

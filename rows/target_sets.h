@@ -17,6 +17,10 @@ extern const RowLoops kRowLoops;
 namespace neon {
 extern const RowLoops kRowLoops;
 }
+#elif defined(__wasm_simd128__)
+namespace wasm128 {
+extern const RowLoops kRowLoops;
+}
 #endif
 namespace scalar {
 extern const RowLoops kRowLoops;

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Builds the library and its tests for ARM and runs them in an emulator.
+# Builds the library and its tests for ARM and runs them in an emulator, or for WebAssembly and runs them in node.
 #
-#   bash scripts/cross_test.sh [armhf] [aarch64]     without names both
+#   bash scripts/cross_test.sh [armhf] [aarch64] [wasm] [wasm-scalar]     without names the first two
 #
-# Installs nothing; `bash scripts/setup.sh cross` does. The presets of these names do the same.
+# Installs nothing; `bash scripts/setup.sh cross web` does. The presets of these names do the same.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/quietly.sh
@@ -16,14 +16,15 @@ for name in "${names[@]}"; do
   case "$name" in
     armhf) tools=(arm-linux-gnueabihf-g++ qemu-arm) ;;
     aarch64) tools=(aarch64-linux-gnu-g++ qemu-aarch64) ;;
+    wasm | wasm-scalar) tools=(clang++-19 wasm-ld-19 node) ;;
     *)
-      echo "cross_test.sh: no processor '$name'; there are: armhf aarch64" >&2
+      echo "cross_test.sh: no processor '$name'; there are: armhf aarch64 wasm wasm-scalar" >&2
       exit 2
       ;;
   esac
   for tool in cmake "${tools[@]}"; do
     command -v "$tool" >/dev/null || {
-      echo "cross_test.sh: $tool is missing; 'bash scripts/setup.sh cross' installs what is needed" >&2
+      echo "cross_test.sh: $tool is missing; 'bash scripts/setup.sh cross web' installs what is needed" >&2
       exit 1
     }
   done

@@ -1,13 +1,11 @@
-/// What the handle refuses, in which words, and that nothing has changed then; structures of other versions; threads.
+/// What the handle refuses, in which words, and that nothing has changed then; structures of other versions.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <climits>
 #include <cstring>
 #include <set>
 #include <string>
-#include <thread>
 #include <tuple>
 #include <vector>
 
@@ -273,38 +271,6 @@ TEST(MakeupResult, HasWordsForAnyNumber) {
     texts.insert(vlvkResultText(static_cast<VlvkResult>(i)));
   EXPECT_EQ(texts.size(), 11U);
   EXPECT_STREQ(vlvkResultText(static_cast<VlvkResult>(1)), "unknown result");
-}
-
-// Every frame has the settings and the table of one moment; the memory of table and frames may be gone afterwards.
-TEST(MakeupThreads, MayChangeSettingsWhileFramesRun) {
-  Random random(312);
-  const VlvkSettings settings[] = {settingsOf(0, 1000, 8), settingsOf(100, 300, 24, 3)};
-  const Picture source(VLVK_I420, 0, 72, 50, random);
-  std::vector<Bytes> results;
-  for (int i = 0; i < 4; ++i) {
-    Engine one(settings[i % 2]);
-    one.hasTable = i >= 2;
-    results.push_back(one.predict(source, Picture(VLVK_RGB, 0, 72, 50))[0]);
-  }
-  const Engine engine(settings[0]);
-  std::atomic<int> running = 2;
-  const auto processFrames = [&] {
-    for (int i = 0; i < 60; ++i) {
-      const Picture target(VLVK_RGB, 0, 72, 50);
-      EXPECT_EQ(engine.process(source, target), VLVK_OK);
-      EXPECT_NE(std::find(results.begin(), results.end(), target.planes[0].bytes()), results.end()) << "frame " << i;
-    }
-    --running;
-  };
-  std::thread first(processFrames);
-  std::thread second(processFrames);
-  for (int i = 0; running > 0; ++i) {
-    EXPECT_EQ(vlvkMakeupConfigure(engine.makeup, &settings[i % 2]), VLVK_OK);
-    const Bytes table = i / 2 % 2 == 0 ? Bytes() : tableFile();
-    EXPECT_EQ(vlvkMakeupSetTable(engine.makeup, table.data(), table.size()), VLVK_OK);
-  }
-  first.join();
-  second.join();
 }
 
 }  // namespace

@@ -189,7 +189,9 @@ int Loader::getResFromName(const char* name, unsigned char* dst) {
   onCall();
   if (std::strcmp(name, "adjust.vlk") != 0) return -1;
   std::copy(resource_->payload.begin(), resource_->payload.end(), dst);
+#if !defined(__wasm__)  // where an exception ends everything
   if (!resource_->present && (throws || calls % 3 == 2)) throw 0;
+#endif
   return resource_->present ? calls / 2 % 2 * INT_MAX : -calls;
 }
 

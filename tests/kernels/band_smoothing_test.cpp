@@ -95,15 +95,15 @@ class BandSmoothing : public TargetTest {
       int above, below;
     } const kKernels[] = {
         {MeanTop_Window_V3_Neon, 0, R}, {MeanMid_Window_V3_Neon, R, R}, {MeanBottom_Window_V3_Neon, R, 0}};
-    for (const auto& [kernel, above, below] : kKernels) {
-      Plane saved = readable(c, above + below, Content::kNoise, random);
+    for (const auto& k : kKernels) {
+      Plane saved = readable(c, k.above + k.below, Content::kNoise, random);
       saved.makeReadOnly();
-      const auto rowAt = [&, above = above, below = below](long long i) {
+      const auto rowAt = [&](long long i) {
         const int y = static_cast<int>(i);
-        if (y < 0) return saved.row(above + y);
-        return below > 0 && y >= last ? saved.row(above + y - last) : source.row(y);
+        if (y < 0) return saved.row(k.above + y);
+        return k.below > 0 && y >= last ? saved.row(k.above + y - last) : source.row(y);
       };
-      checkBand(kernel, c, source, 0, &saved, {rowAt, -above, last + std::max(below - 1, 0)});
+      checkBand(k.kernel, c, source, 0, &saved, {rowAt, -k.above, last + std::max(k.below - 1, 0)});
     }
   }
 };
@@ -210,8 +210,8 @@ TEST_P(BandSmoothing, PixelFormulaForAllMeansVariancesAndLevels) {
     check(level, 0, anyVariance);
   // Divisors that are exactly 0, and the nearest ones on both sides.
   const std::pair<int, std::uint32_t> kZeroVariances[] = {{0, 120}, {1667, 1000}, {5000, 2760}};
-  for (const auto& [level, distance] : kZeroVariances)
-    check(level, 60, [distance = distance](std::uint32_t i) { return i % 5 - 2 - distance; });
+  for (const auto& zero : kZeroVariances)
+    check(zero.first, 60, [&](std::uint32_t i) { return i % 5 - 2 - zero.second; });
 }
 
 VLVK_TEST_ALL_TARGETS(BandSmoothing);

@@ -37,10 +37,12 @@ TEST(SkinTables, AllBuildersForAllKindsOfParameters) {
                                {2.63f, 144.0f}, {2.67f, 150.0f}, {2.75f, 144.0f}, {3.4f, 144.0f},  {3.95f, 144.0f},
                                {4.0f, 144.0f},  {5.0f, 64.0f},   {20.0f, 144.0f}, {100.0f, 64.0f}, {1e30f, 3.0f},
                                {1.5f, 1e-3f},   {0.7f, 37.3f},   {2.0f, 90.0f},   {21.2f, 144.0f}};
-  for (const auto& [a, b] : kParameters) {
+  for (const auto& parameters : kParameters) {
+    const float a = parameters.a;
+    const float b = parameters.b;
     for (const Guard guard : {Guard::kBehind, Guard::kBefore}) {
       /// Entry i of the table is entry curveAt(i) of the curve, or was not written where that is below 0.
-      const auto check = [&, a = a, b = b](auto* builder, int size, int entries, int step, auto curveAt) {
+      const auto check = [&](auto* builder, int size, int entries, int step, auto curveAt) {
         const GuardedBuffer table(static_cast<std::size_t>(size), guard, kUnwritten);
         const std::vector<std::uint8_t> curve = naive::skinCurve(a, b, entries, step);
         builder(table.data(), a, b);

@@ -21,6 +21,8 @@
 #define VLVK_TARGETS(X) X(avx2) X(sse2) X(scalar)
 #elif defined(__aarch64__) || defined(__arm__)
 #define VLVK_TARGETS(X) X(neon) X(scalar)
+#elif defined(__wasm_simd128__)
+#define VLVK_TARGETS(X) X(wasm128) X(scalar)
 #else
 #define VLVK_TARGETS(X) X(scalar)
 #endif
