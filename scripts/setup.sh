@@ -5,7 +5,8 @@
 #
 # Purposes, without any of them program: program, test, java, check (layout and lint), bench (with the
 # libraries compared with), plot, cross (tests for ARM in an emulator), android (compiling for it, and its package,
-# without an NDK), fuzz, valgrind, docs, video, plugins (to try them in their hosts).
+# without an NDK), web (the module for pages), browsers (to try it in), fuzz, valgrind, docs, video, plugins (to try
+# them in their hosts).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/quietly.sh
@@ -32,6 +33,11 @@ for purpose in "${@:-program}"; do
       packages+=(android-libnativehelper-dev android-platform-frameworks-native-headers)
       packages+=(default-jdk-headless zip unzip)
       ;;
+    web)
+      packages+=(clang-19 googletest libc++-19-dev-wasm32 libc++abi-19-dev-wasm32 libclang-rt-19-dev-wasm32 lld-19 wasi-libc)
+      command -v node >/dev/null || packages+=(nodejs npm)
+      ;;
+    browsers) packages+=(chromium firefox-esr) ;;
     fuzz) packages+=(clang libclang-rt-14-dev) ;;
     valgrind) packages+=(valgrind) ;;
     docs) packages+=(doxygen) ;;

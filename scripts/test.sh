@@ -20,6 +20,7 @@
 #   aarch64   the same for AArch64
 #   android   compile the library for Android without an NDK, make a package of stand-ins for its libraries, and compile
 #             the Java lines of docs/android.md
+#   web       build and test the engine as WebAssembly, make its npm package, and try that in node, Chromium and Firefox
 #   format    layout of the sources (clang-format)
 #   tidy      lint of the sources (clang-tidy)
 #   docs      make the pages of the public headers, every name described, and follow the links of all pages
@@ -29,7 +30,7 @@ cd "$(dirname "$0")/.."
 export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
 export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
 
-all_steps=(release bench sample java video plugins readme asan tsan valgrind fuzz armhf aarch64 android format tidy docs)
+all_steps=(release bench sample java video plugins readme asan tsan valgrind fuzz armhf aarch64 android web format tidy docs)
 
 # Sanitizers lay out memory themselves, which some kernels' address randomisation gets in the way of.
 fixed_addresses() {
@@ -82,6 +83,12 @@ step_android() {
   bash tests/install/android_package.sh
   bash scripts/check_android_page.sh
 }
+step_web() {
+  bash scripts/cross_test.sh wasm wasm-scalar
+  bash scripts/web_package.sh out/web
+  quietly timeout --kill-after=10 120 npm --prefix web test
+  bash scripts/try_web_browsers.sh
+}
 step_format() { bash scripts/format.sh --check; }
 step_tidy() {
   quietly cmake --preset release
@@ -112,13 +119,15 @@ needs() { # PURPOSE STEP...
   done
 }
 needs bench bench
-needs video video
+needs video video web
 needs plugins plugins
 needs check format tidy
 needs valgrind valgrind
 needs fuzz fuzz
 needs cross armhf aarch64
 needs android android
+needs web web
+needs browsers web
 needs docs docs
 bash scripts/setup.sh "${purposes[@]}"
 for step in "${steps[@]}"; do

@@ -1,0 +1,2 @@
+export { Beautifier } from './beautifier.js';
+export { createBeautyTrack } from './beauty_track.js';

@@ -1,0 +1,36 @@
+/// Frames of a track where processors and generators are in workers only: a copy of the track goes there, and a new one
+/// comes back.
+
+/** @typedef {import('./worker_link.js').WorkerLink} WorkerLink */
+
+/**
+ * @param {WorkerLink} link
+ * @param {MediaStreamTrack} input
+ * @returns {Promise<import('./beauty_track.js').Carrier | null>} null where the browser cannot after all
+ */
+export async function startWorkerCarrier(link, input) {
+  const copy = input.clone();
+  const arrived = new Promise((resolve) => {
+    link.onTrack = resolve;
+  });
+  try {
+    link.post({ type: 'track', track: copy }, [/** @type {Transferable} */ (/** @type {unknown} */ (copy))]);
+  } catch {
+    copy.stop();
+    return null;
+  }
+  const output = await Promise.race([arrived, link.closed]);
+  if (output === null) return null;
+  if (!output) throw new Error('closed');
+  const end = () => link.end();
+  input.addEventListener('ended', end);
+  // A track that is stopped says nothing, and its copy goes on.
+  link.onStats = () => {
+    if (input.readyState === 'ended') end();
+  };
+  const stop = () => {
+    input.removeEventListener('ended', end);
+    output.stop();
+  };
+  return { output, dropped: () => 0, stop };
+}

@@ -1,0 +1,3 @@
+/// The package's worker with a laboratory in it.
+import './instruments.js';
+import '/exports/worker.js';

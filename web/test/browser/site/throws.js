@@ -1,0 +1,1 @@
+throw new Error('a worker that is no worker of the package');
