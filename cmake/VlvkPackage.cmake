@@ -30,8 +30,8 @@ endfunction()
 
 set(VLVK_LIBRARY_PACKAGE libvlvkmakeupengine${PROJECT_VERSION_MAJOR})
 set(VLVK_ABOUT
-  "VLVKMakeupEngine smooths skin in frames of camera video, leaves edges, eyes and
-hair alone, whitens and adjusts colours, in real time.
+  "VLVKMakeupEngine smooths skin in frames of camera video and keeps edges and eyes,
+then whitens and adjusts colours, in real time.
 .")
 
 set(CPACK_COMPONENTS_ALL "")
@@ -39,9 +39,11 @@ if(BUILD_SHARED_LIBS)
   vlvk_add_package(library ${VLVK_LIBRARY_PACKAGE} libs "skin beautification for camera video, shared library"
     "${VLVK_ABOUT}\nThis package has the shared library.")
   set(CPACK_DEBIAN_LIBRARY_PACKAGE_SHLIBDEPS ON)
-  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
-  set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/cmake/debian/triggers)
+  # Left to CPack this file would be looked for in plugins too, with a warning for each as none has a SONAME.
+  set(VLVK_SHLIBS ${CMAKE_CURRENT_BINARY_DIR}/package/shlibs)
+  file(WRITE ${VLVK_SHLIBS}
+    "libVLVKMakeupEngine ${PROJECT_VERSION_MAJOR} ${VLVK_LIBRARY_PACKAGE} (>= ${PROJECT_VERSION})\n")
+  set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/cmake/debian/triggers ${VLVK_SHLIBS})
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${VLVK_LIBRARY_PACKAGE} (= ${PROJECT_VERSION})")
 endif()
 vlvk_add_package(development libvlvkmakeupengine-dev libdevel "skin beautification for camera video, development files"
@@ -75,6 +77,7 @@ if(TARGET gstvlvkmakeup)
   endif()
 endif()
 if(TARGET vlvk_frei0r)
+  # CPack takes what lies one folder below /usr/lib for a library, so that this package runs ldconfig, which does no harm.
   vlvk_add_package(frei0r frei0r-vlvkmakeup video "skin beautification for FFmpeg, Kdenlive, Shotcut (frei0r)"
     "${VLVK_ABOUT}\nThis package has the plugin vlvkmakeup for programs that load frei0r plugins.")
   set(CPACK_DEBIAN_FREI0R_PACKAGE_SHLIBDEPS ${VLVK_PLUGIN_SHLIBDEPS})

@@ -6,8 +6,7 @@ namespace vlvk::plugins {
 
 inline constexpr char kAuthor[] = "VLVKMakeupEngine maintainers";
 inline constexpr char kDescription[] =
-    "Smooths skin, leaves edges, eyes and hair alone, whitens, evens the colour of skin and adjusts colours, in real "
-    "time";
+    "Smooths skin, keeps edges and eyes, whitens, evens the colour of skin and adjusts colours, in real time";
 
 }  // namespace vlvk::plugins
 

@@ -64,6 +64,11 @@ make -loop 1 -i large.png -frames:v 5 -vf "frei0r=vlvkmakeup:0.5|1|0|y|n|0|none.
 same "what is said of no table" "vlvkmakeup: none.vlk: No such file or directory" "$(cat said)"
 vlvk-makeup photo large.png expected.png
 alike "FFmpeg, no table" expected.png found.png
+head -c 5000 large.png >broken.vlk
+make -i large.png -vf "frei0r=vlvkmakeup:0.5|1|0|y|n|0|broken.vlk" found.png 2>said
+line=$(sed 's/broken.vlk/FILE/' said)
+grep -qF -- "| \`$line\` |" "$page" || fail "docs/plugins.md does not have this line: $line"
+alike "FFmpeg, a broken table" expected.png found.png
 
 # melt: what editors show, and a clip whose whitening goes from 0 to 1.
 edit -query filter=frei0r.vlvkmakeup

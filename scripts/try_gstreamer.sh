@@ -30,11 +30,11 @@ launch() { timeout -k 5 60 gst-launch-1.0 -q "$@"; }
 launch_error() { timeout -s INT -k 5 5 gst-launch-1.0 -q "$@" >said 2>&1; }
 export -f launch
 
-# The lines of the page's fenced blocks of a language in which a camera and a screen that every machine has stand for others.
+# examples LANGUAGE SCREEN: the lines of the page's fenced blocks, with a camera and a screen that every machine has.
 examples() {
-  local camera='videotestsrc num-buffers=20 ! video/x-raw,width=640,height=480 ! jpegenc'
+  local camera='videotestsrc num-buffers=20 ! video/x-raw,width=1280,height=720 ! jpegenc'
   awk -v fence="\`\`\`$1" '/^## / {here = /GStreamer/} /^```/ {inside = here && $0 == fence; next} inside' "$page" |
-    sed -e "s|v4l2src device=/dev/video0|$camera|" -e 's/autovideosink/fakesink/' \
+    sed -e "s|v4l2src device=/dev/video0|$camera|" -e "s/autovideosink/$2/" \
       -e 's|v4l2sink device=/dev/video9|fakesink|' -e 's/^gst-launch-1.0/launch/'
 }
 
@@ -57,13 +57,14 @@ same_as_program() { # FORMAT
 try_gstreamer() {
   launch -e videotestsrc num-buffers=25 ! video/x-raw,width=320,height=240 ! vp8enc ! webmmux name=m ! \
     filesink location=in.webm audiotestsrc num-buffers=40 ! vorbisenc ! m.
-  examples sh >pipelines.sh
+  examples sh 'y4menc ! filesink location=screen.y4m' >pipelines.sh
   [ "$(grep -c ^launch pipelines.sh)" -ge 5 ] || fail "the page has lost its pipelines"
   bash -e pipelines.sh || fail "a pipeline of docs/plugins.md has failed"
   [ -s out.webm ] || fail "no out.webm"
+  head -n 1 screen.y4m | grep -q ' W1280 H360 ' || fail "original and result are not side by side"
   cp both.jpg "$out/gstreamer.jpg"
 
-  examples c >example.c
+  examples c fakesink >example.c
   local lib
   lib=/usr/lib/$(gcc -print-multiarch)
   gcc -Wall -Werror example.c -o example -I/usr/include/gstreamer-1.0 -I/usr/include/glib-2.0 \

@@ -15,7 +15,7 @@ constexpr std::array<ParameterText, kParameterCount> kTexts = {{
     {"radius", F0R_PARAM_DOUBLE,
      "Reach of the smoothing, times 128 pixels, rounded up to a multiple of 8; 0: goes with the size of the frame"},
     {"relative contrast", F0R_PARAM_BOOL,
-     "Measure contrast against the brightness around it, which keeps eyes and hair in dim light; off: in levels"},
+     "Measure contrast against the brightness around it, which keeps edges and eyes in dim light; off: in levels"},
     {"whiten skin only", F0R_PARAM_BOOL, "Whiten what has the colour of skin; off: the whole picture"},
     {"even tone", F0R_PARAM_DOUBLE, "Evening of skin colour, such as red spots; 0: none"},
     {"table", F0R_PARAM_STRING, "Path of a colour table, an adjust.vlk file; empty: none"},

@@ -78,9 +78,10 @@ void installProperties(GObjectClass* objectClass) {
   }
   g_object_class_install_property(
       objectClass, kTable,
-      g_param_spec_string("table", "Colour table",
-                          "File of a colour table (adjust.vlk), read at the start, or at once while running", nullptr,
-                          kFlags));
+      g_param_spec_string(
+          "table", "Colour table",
+          "File of a colour table (adjust.vlk), read at the start, or at once while running; empty: none", nullptr,
+          kFlags));
   g_object_class_install_property(
       objectClass, kEnabled, g_param_spec_boolean("enabled", "Enabled", "Whether frames are changed", TRUE, kFlags));
 }

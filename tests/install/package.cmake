@@ -5,6 +5,9 @@
 include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 file(REMOVE_RECURSE ${WORK})
 run(${CPACK} -G DEB -B ${WORK} --config ${BUILD}/CPackConfig.cmake)
+if(error MATCHES "Warning")
+  message(FATAL_ERROR "cpack warns: ${error}")
+endif()
 
 # check_package(name DEPENDS pattern FILES pattern ...): a package with these files, which depends on what is named.
 function(check_package name)
@@ -27,6 +30,11 @@ set(library libvlvkmakeupengine${SOVERSION})
 check_package(${library} DEPENDS "libc6 .*libstdc\\+\\+6[^\n]*" FILES
   "-rw-r--r-- root/root [^\n]*/usr/lib[^\n]*/libVLVKMakeupEngine.so.${VERSION}"
   "lrwxrwxrwx root/root [^\n]*/libVLVKMakeupEngine.so.${SOVERSION} -> libVLVKMakeupEngine.so.${VERSION}")
+file(GLOB package ${WORK}/${library}_*.deb)
+run(${DPKG_DEB} -I ${package} shlibs)
+if(NOT output STREQUAL "libVLVKMakeupEngine ${SOVERSION} ${library} (>= ${VERSION})\n")
+  message(FATAL_ERROR "other packages would depend on: ${output}")
+endif()
 check_package(libvlvkmakeupengine-dev DEPENDS "${library} \\(= ${VERSION}\\)" FILES
   "lrwxrwxrwx root/root [^\n]*/libVLVKMakeupEngine.so -> libVLVKMakeupEngine.so.${SOVERSION}"
   "-rw-r--r-- root/root [^\n]*/usr/include/vlvk/CFastEdgePreserved.h"
