@@ -21,6 +21,11 @@ const savePicture = find('#save-picture', HTMLButtonElement);
 const cameraList = find('#camera', HTMLSelectElement);
 const mirror = find('#mirror', HTMLInputElement);
 const fileChoice = find('#file', HTMLInputElement);
+const sources = {
+  camera: find('#use-camera', HTMLButtonElement),
+  file: find('#choose-file', HTMLButtonElement),
+  sample: find('#use-sample', HTMLButtonElement)
+};
 
 const complain = (/** @type {unknown} */ error) => say(message, `${wordsOf(error)}.`.replace(/\.\.$/, '.'));
 
@@ -59,6 +64,7 @@ function show(next, controller) {
   player.video = next?.player ?? null;
   savePicture.disabled = !next;
   status.textContent = next?.words ?? '';
+  for (const [kind, button] of Object.entries(sources)) button.setAttribute('aria-pressed', String(kind === next?.kind));
   showMirror();
   showCameras();
 }
@@ -152,9 +158,9 @@ function onVisibility() {
   }
 }
 
-find('#use-camera', HTMLButtonElement).addEventListener('click', () => replace(cameraSource(), true));
-find('#use-sample', HTMLButtonElement).addEventListener('click', () => replace(sampleSource));
-find('#choose-file', HTMLButtonElement).addEventListener('click', () => fileChoice.click());
+sources.camera.addEventListener('click', () => replace(cameraSource(), true));
+sources.sample.addEventListener('click', () => replace(sampleSource));
+sources.file.addEventListener('click', () => fileChoice.click());
 fileChoice.addEventListener('change', () => {
   takeFiles([...(fileChoice.files ?? [])]);
   fileChoice.value = ''; // so that the same file can be chosen again

@@ -53,7 +53,7 @@ function latestOnly(task, onError) {
 
 /**
  * @param {Blob} file
- * @param {{name: string, words: string}} naming
+ * @param {{kind: 'file' | 'sample', name: string, words: string}} naming
  * @param {import('./session.js').Look} look
  * @param {AbortSignal} signal
  * @returns {Promise<import('./session.js').Session>}
@@ -95,7 +95,7 @@ export async function openPhoto(file, naming, look, signal) {
     original.width = result.width = 0; // frees their memory at once
   });
   return {
-    kind: 'photo',
+    kind: naming.kind,
     name: naming.name,
     words: naming.words + size,
     original,

@@ -8,7 +8,7 @@
 
 /**
  * @typedef {object} Session  a source and its result; all of it is let go when the signal that it was opened with aborts
- * @property {'photo' | 'video' | 'camera'} kind
+ * @property {'camera' | 'file' | 'sample'} kind
  * @property {string} name  for files that are saved
  * @property {string} words  what is shown
  * @property {HTMLCanvasElement | HTMLVideoElement} original

@@ -16,7 +16,7 @@ export function cameraSource(device) {
 export async function sampleSource(look, signal) {
   const response = await fetch(SAMPLE, { signal });
   if (!response.ok) throw new Error(`the sample picture cannot be fetched: HTTP status ${response.status}`);
-  return openPhoto(await response.blob(), { name: 'portrait', words: 'Sample picture' }, look, signal);
+  return openPhoto(await response.blob(), { kind: 'sample', name: 'portrait', words: 'Sample picture' }, look, signal);
 }
 
 /** @param {File} file @returns {Opening} */
@@ -24,7 +24,7 @@ export function fileSource(file) {
   return async (look, signal) => {
     try {
       return await (file.type.startsWith('image/')
-        ? openPhoto(file, { name: file.name, words: file.name }, look, signal)
+        ? openPhoto(file, { kind: 'file', name: file.name, words: file.name }, look, signal)
         : openVideo(file, look, signal));
     } catch (error) {
       throw signal.aborted ? error : new Error(`${/** @type {Error} */ (error).message}: ${file.name}`);

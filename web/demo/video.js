@@ -92,7 +92,7 @@ export async function openVideo(file, look, signal, place = { time: 0, isPaused:
         openVideo(file, nextLook, nextSignal, left);
     };
     const words = `${file.name}, without sound`;
-    return { kind: 'video', name: file.name, words, original: canvas, player, again, ...live, setLook };
+    return { kind: 'file', name: file.name, words, original: canvas, player, again, ...live, setLook };
   } finally {
     clearInterval(drawing);
   }

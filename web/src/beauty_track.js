@@ -15,26 +15,6 @@ import { WorkerLink } from './worker_link.js';
  * @property {() => void} stop  ends the output, and leaves the input as it is
  */
 
-/** Milliseconds between two looks at whether the input lives. */
-const PULSE = 500;
-
-/**
- * Finds that a track was stopped: that fires no event, and a browser may leave its frames without an end.
- *
- * @param {MediaStreamTrack} track
- * @param {() => void} onEnd
- * @returns {() => void} stops watching
- */
-function watchInput(track, onEnd) {
-  let wasOver = false; // seen twice, because the last frames may still be in work
-  const timer = setInterval(() => {
-    const isOver = track.readyState === 'ended';
-    if (isOver && wasOver) onEnd();
-    wasOver = isOver;
-  }, PULSE);
-  return () => clearInterval(timer);
-}
-
 /** @param {MediaStreamTrack} track */
 function checkTrack(track) {
   if (track?.kind !== 'video' || typeof track.getSettings !== 'function') {
@@ -131,9 +111,7 @@ export async function createBeautyTrack(track, options = {}) {
     const result = new BeautyTrack(link, carrier, look);
     const stop = () => result.stop();
     signal?.addEventListener('abort', stop);
-    const forgetInput = watchInput(track, () => link.end());
     const finish = () => {
-      forgetInput();
       signal?.removeEventListener('abort', stop);
       endOutput(carrier);
     };

@@ -1,6 +1,7 @@
 /// Frames of a track by way of a video element, and results by way of a canvas that is captured. The page only hands
 /// frames on; the work is the worker's.
 import { PATIENCE } from './patience.js';
+import { watchEnd } from './watch_end.js';
 
 /** @typedef {import('./worker_link.js').WorkerLink} WorkerLink */
 
@@ -13,31 +14,13 @@ export function hasCanvasCarrier() {
   );
 }
 
-/** @param {MediaStream} stream */
-function playStream(stream) {
+/** @param {MediaStreamTrack} track */
+function elementOf(track) {
   const video = document.createElement('video');
   video.muted = true;
   video.playsInline = true;
-  video.srcObject = stream;
+  video.srcObject = new MediaStream([track]);
   return video;
-}
-
-/**
- * Says when a track ends. One that is stopped says nothing by itself; a stream of it alone or what plays that does, as
- * the browser likes.
- *
- * @param {MediaStreamTrack} track
- * @param {MediaStream} stream
- * @param {HTMLVideoElement} video
- * @param {() => void} onEnd
- * @returns {() => void} stops listening
- */
-function watchEnd(track, stream, video, onEnd) {
-  const sources = /** @type {[EventTarget, string][]} */ ([[track, 'ended'], [stream, 'inactive'], [video, 'ended']]);
-  for (const [source, type] of sources) source.addEventListener(type, onEnd);
-  return () => {
-    for (const [source, type] of sources) source.removeEventListener(type, onEnd);
-  };
 }
 
 /** A canvas as large as the frames that are drawn. */
@@ -79,8 +62,7 @@ class CaptureCanvas {
  * @param {MediaStreamTrack} input
  */
 export function startCanvasCarrier(link, input) {
-  const stream = new MediaStream([input]);
-  const video = playStream(stream);
+  const video = elementOf(input);
   const canvas = new CaptureCanvas(input.getSettings());
   const output = canvas.capture();
   let isBusy = false;
@@ -121,7 +103,7 @@ export function startCanvasCarrier(link, input) {
   };
 
   request = video.requestVideoFrameCallback(onFrame);
-  const stopWatching = watchEnd(input, stream, video, () => link.end());
+  const stopWatching = watchEnd(input, () => link.end(), video);
   video.play().catch((error) => {
     if (!isOver) link.end(new Error(`the track cannot be played: ${error.message}`));
   });

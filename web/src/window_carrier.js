@@ -1,4 +1,5 @@
 /// Frames of a track by way of a processor and a generator in the window, whose streams go to the worker.
+import { watchEnd } from './watch_end.js';
 
 /**
  * @typedef {import('./worker_link.js').WorkerLink} WorkerLink
@@ -7,6 +8,9 @@
 
 /** Frames that are on their way at most, between the track and the worker's report. */
 const UNDER_WAY = 2;
+
+/** Milliseconds that the worker has for the last frames of an input that has ended. */
+const LAST_FRAMES = 500;
 
 export function hasWindowCarrier() {
   return typeof MediaStreamTrackProcessor === 'function' && typeof MediaStreamTrackGenerator === 'function';
@@ -37,5 +41,11 @@ export function startWindowCarrier(link, input) {
     const { frames, dropped: atWorker } = link.stats;
     dropped = Math.max(dropped, arrived() - before - frames - atWorker - UNDER_WAY);
   };
-  return { output, dropped: () => dropped, stop: () => output.stop() };
+  // The stream's own end reaches the worker after the last frame, but is lost while the stream is on its way there.
+  const stopWatching = watchEnd(input, () => setTimeout(() => link.end(), LAST_FRAMES));
+  const stop = () => {
+    stopWatching();
+    output.stop();
+  };
+  return { output, dropped: () => dropped, stop };
 }

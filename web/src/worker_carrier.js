@@ -1,5 +1,6 @@
 /// Frames of a track where processors and generators are in workers only: a copy of the track goes there, and a new one
 /// comes back.
+import { watchEnd } from './watch_end.js';
 
 /** @typedef {import('./worker_link.js').WorkerLink} WorkerLink */
 
@@ -23,13 +24,13 @@ export async function startWorkerCarrier(link, input) {
   if (output === null) return null;
   if (!output) throw new Error('closed');
   const end = () => link.end();
-  input.addEventListener('ended', end);
-  // A track that is stopped says nothing, and its copy goes on.
+  const stopWatching = watchEnd(input, end);
+  // The copy of a track that is stopped goes on, and not every browser has an event for it.
   link.onStats = () => {
     if (input.readyState === 'ended') end();
   };
   const stop = () => {
-    input.removeEventListener('ended', end);
+    stopWatching();
     output.stop();
   };
   return { output, dropped: () => 0, stop };

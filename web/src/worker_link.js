@@ -38,7 +38,8 @@ function startWorker(url) {
   if (typeof Worker === 'undefined') throw new Error('this browser has no workers');
   if (typeof WebAssembly === 'undefined') throw new Error('this browser has no WebAssembly');
   try {
-    // Bundlers look for exactly the first form.
+    // Bundlers look for exactly the first form and put their own address there. No error can name it: the event of a
+    // worker that cannot be loaded has none.
     return url === undefined
       ? new Worker(new URL('./worker.js', import.meta.url), { type: 'module' })
       : new Worker(url, { type: 'module' });

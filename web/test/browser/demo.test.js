@@ -79,14 +79,18 @@ test('every setting changes the sample picture, and reset brings it back', async
   assert.equal(await textOf('#table-name'), 'warm.vlk');
 });
 
+const openSources = () => page.$$eval('.sources [aria-pressed="true"]', (all) => all.map(({ id }) => id));
+
 test('camera, photo and video are shown one after the other, and what is none is refused with words', async () => {
   const still = await pictureAfter('');
+  assert.deepEqual(await openSources(), ['use-sample']);
   await page.click('#use-camera');
   await page.waitForSelector('.layer.result video');
   const moving = await pictureAfter(still);
   await pictureAfter(moving);
   await page.waitForFunction('Number(document.querySelector("#rate").textContent) > 5');
   assert.equal(await textOf('#size'), '1280 × 720');
+  assert.deepEqual(await openSources(), ['use-camera']);
   await page.screenshot({ path: join(out, 'demo-camera.png') });
   const other = await browser.newPage();
   await workersEnd(page); // a page that is not seen keeps no camera
@@ -103,6 +107,7 @@ test('camera, photo and video are shown one after the other, and what is none is
   await page.waitForSelector('.layer.result canvas');
   await page.waitForFunction('document.querySelector("#size").textContent === "512 × 512"');
   await workersEnd(page, 1);
+  assert.deepEqual(await openSources(), ['choose-file']);
 });
 
 test('everything is reached by keyboard, also on a phone, in light and dark', async () => {
@@ -129,6 +134,14 @@ test('everything is reached by keyboard, also on a phone, in light and dark', as
   await page.keyboard.press('Home');
   await page.keyboard.press('ArrowRight');
   assert.equal(await page.$eval('#divider', (element) => element.ariaValueNow), '1');
+  // On the phone's width a caption is whole or out of sight.
+  const captions = () => page.$$eval('.caption', (all) => all.map((caption) => {
+    const [room, { left, right, top }] = [caption, caption.lastChild].map((element) => element.getBoundingClientRect());
+    return top >= room.bottom ? 'hidden' : left >= room.left && right <= room.right;
+  }));
+  assert.deepEqual(await captions(), ['hidden', true]);
+  for (let i = 0; i < 9; ++i) await page.keyboard.press('PageUp');
+  assert.deepEqual(await captions(), [true, 'hidden']);
   await page.keyboard.press('b');
   assert.equal(await page.$eval('#show-original', (element) => element.ariaPressed), 'true');
 });

@@ -24,8 +24,10 @@ test('frames of a camera come out by way of a canvas until they are stopped', as
     await pause(500);
     const again = second.stats.frames;
     const states = [made.track.readyState, input.readyState];
+    const third = await createBeautyTrack(input);
     input.stop();
-    second.stop();
+    await Promise.all([second.closed, third.closed]);
+    states.push(second.track.readyState, third.track.readyState);
     return { stats, size: [width, height], moves: pictures.size, bad, again, states };
   });
   const { frames, dropped, milliseconds } = stats;
@@ -33,7 +35,7 @@ test('frames of a camera come out by way of a canvas until they are stopped', as
   assert.ok(frames > 10 && moves > 5 && again > 2);
   assert.deepEqual(size, [640, 480]);
   assert.match(bad, /^RangeError: look.whitening/);
-  assert.deepEqual(states, ['ended', 'live']);
+  assert.deepEqual(states, ['ended', 'live', 'ended', 'ended']);
   await workersEnd(lab.page);
 });
 

@@ -52,11 +52,11 @@ test('a bad look throws, names the member, and changes nothing', async () => {
 test('stop, abort and the end of the input end the track and the worker, and leave the camera', async () => {
   const ends = await lab.page.evaluate(async () => {
     const results = [];
-    for (const end of ['stop', 'abort', 'input']) {
+    for (const end of ['stop', 'abort', 'input', 'early']) {
       const input = await camera();
       const abort = new AbortController();
       const made = await createBeautyTrack(input, { signal: abort.signal });
-      await framesCome(made.track);
+      if (end !== 'early') await framesCome(made.track); // else the streams are still on their way
       const ended = watch(made.track, () => undefined); // until the end
       if (end === 'stop') made.stop();
       else if (end === 'abort') abort.abort();
@@ -72,7 +72,8 @@ test('stop, abort and the end of the input end the track and the worker, and lea
     return results;
   });
   assert.deepEqual(ends, [
-    ['stop', 'resolved', 'ended', true], ['abort', 'resolved', 'ended', true], ['input', 'resolved', 'ended', false]
+    ['stop', 'resolved', 'ended', true], ['abort', 'resolved', 'ended', true], ['input', 'resolved', 'ended', false],
+    ['early', 'resolved', 'ended', false]
   ]);
   await workersEnd(lab.page);
   const aborted = await lab.page.evaluate(async () => {
