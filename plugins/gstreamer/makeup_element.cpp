@@ -47,11 +47,11 @@ void finalize(GObject* object) {
   G_OBJECT_CLASS(gst_vlvk_makeup_parent_class)->finalize(object);
 }
 
-void getProperty(GObject* object, guint id, GValue* value, GParamSpec* /*spec*/) {
+void getProperty(GObject* object, guint id, GValue* value, GParamSpec* /*definition*/) {
   vlvk::gstreamer::getProperty(streamOf(object), id, value);
 }
 
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* /*spec*/) {
+void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* /*definition*/) {
   passed(object, vlvk::gstreamer::setProperty(streamOf(object), id, value));
 }
 

@@ -1,2 +1,3 @@
+/// What the package offers to pages.
 export { Beautifier } from './beautifier.js';
 export { createBeautyTrack } from './beauty_track.js';

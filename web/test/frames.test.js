@@ -1,3 +1,4 @@
+/// Frames in node: both modules against each other, and against the program.
 import assert from 'node:assert/strict';
 import { beforeEach, test } from 'node:test';
 import { FrameProcessor } from '../src/frame_processor.js';

@@ -1,3 +1,4 @@
+/// Looks: defaults, what is refused and in which words, tables.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { readLook } from '../src/look.js';
