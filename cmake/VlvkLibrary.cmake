@@ -144,7 +144,10 @@ unset(CMAKE_TRY_COMPILE_TARGET_TYPE)
 if(VLVK_PROCESSOR_X86_64)
   list(APPEND VLVK_LIBRARY_SOURCES
     simd/avx2.h
+    simd/bytes128.h
+    simd/pixels128.h
     simd/sse2.h
+    simd/sums128.h
     simd/x86_128.h
     rows/row_loops_avx2.cpp
     rows/row_loops_sse2.cpp)
@@ -156,6 +159,9 @@ elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
     rows/row_loops_neon.cpp)
 elseif(VLVK_PROCESSOR_WASM128)
   list(APPEND VLVK_LIBRARY_SOURCES
+    simd/bytes128.h
+    simd/pixels128.h
+    simd/sums128.h
     simd/wasm128.h
     rows/row_loops_wasm128.cpp)
 endif()

@@ -8,6 +8,9 @@
 #include <immintrin.h>
 
 #include "simd/x86_128.h"
+// After the instructions.
+#include "simd/bytes128.h"
+#include "simd/channel_weights.h"
 
 namespace vlvk::VLVK_TARGET {
 
@@ -37,18 +40,18 @@ struct Pixels8 {
   __m256i v;
 };
 
-VLVK_INLINE __m256i loadUnaligned256(const void* from) {
+VLVK_INLINE __m256i load256(const void* from) {
   return _mm256_loadu_si256(static_cast<const __m256i*>(from));
 }
 
-VLVK_INLINE void storeUnaligned256(void* to, __m256i v) {
+VLVK_INLINE void store256(void* to, __m256i v) {
   _mm256_storeu_si256(static_cast<__m256i*>(to), v);
 }
 
 // Memory.
 
 VLVK_INLINE U32x8 load8(const std::uint32_t* from) {
-  return {loadUnaligned256(from)};
+  return {load256(from)};
 }
 VLVK_INLINE F32x8 load8(const float* from) {
   return {_mm256_loadu_ps(from)};
@@ -59,10 +62,10 @@ VLVK_INLINE __m256i evenWords(__m256i a, __m256i b) {
   return _mm256_permute4x64_epi64(_mm256_castps_si256(even), 0xD8);  // quarters 0, 2, 1, 3
 }
 VLVK_INLINE U32x8 loadLow8(const std::uint64_t* from) {
-  return {evenWords(loadUnaligned256(from), loadUnaligned256(from + 4))};
+  return {evenWords(load256(from), load256(from + 4))};
 }
 VLVK_INLINE void store(std::uint32_t* to, U32x8 v) {
-  storeUnaligned256(to, v.v);
+  store256(to, v.v);
 }
 VLVK_INLINE void store(float* to, F32x8 v) {
   _mm256_storeu_ps(to, v.v);
@@ -87,7 +90,7 @@ VLVK_INLINE U32x8 widen(U16x8 v) {
 }
 /// 255 * 255 fits 16 bits.
 VLVK_INLINE U16x8 squareWiden(U8x8 v) {
-  const __m128i wide = widen(v);
+  const __m128i wide = widenLow8(v.v);
   return {_mm_mullo_epi16(wide, wide)};
 }
 VLVK_INLINE U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
@@ -118,12 +121,12 @@ struct PairSteps {
   U32x8 odd;
 };
 VLVK_INLINE PairSteps pairSteps(const std::uint16_t* entering, const std::uint16_t* leaving) {
-  const __m256i steps = _mm256_sub_epi16(loadUnaligned256(entering), loadUnaligned256(leaving));
+  const __m256i steps = _mm256_sub_epi16(load256(entering), load256(leaving));
   return {{_mm256_madd_epi16(steps, _mm256_set1_epi16(1))}, {_mm256_srai_epi32(steps, 16)}};
 }
 VLVK_INLINE PairSteps pairSteps(const std::uint32_t* entering, const std::uint32_t* leaving) {
-  const __m256i first = _mm256_sub_epi32(loadUnaligned256(entering), loadUnaligned256(leaving));
-  const __m256i second = _mm256_sub_epi32(loadUnaligned256(entering + 8), loadUnaligned256(leaving + 8));
+  const __m256i first = _mm256_sub_epi32(load256(entering), load256(leaving));
+  const __m256i second = _mm256_sub_epi32(load256(entering + 8), load256(leaving + 8));
   // Columns 0-3 8-11 and 4-7 12-15, so that splitting inside the halves leaves pairs in order.
   const __m256 low = _mm256_castsi256_ps(_mm256_permute2x128_si256(first, second, 0x20));
   const __m256 high = _mm256_castsi256_ps(_mm256_permute2x128_si256(first, second, 0x31));
@@ -222,7 +225,7 @@ struct Table64 {
   __m128i quarter[4];
 };
 VLVK_INLINE Table64 loadTable64(const std::uint8_t* from) {
-  return {{loadUnaligned(from), loadUnaligned(from + 16), loadUnaligned(from + 32), loadUnaligned(from + 48)}};
+  return {{load128(from), load128(from + 16), load128(from + 32), load128(from + 48)}};
 }
 /// A byte shuffle gives 0 for an index with its top bit set: each quarter sees its own indices below 16, others above
 /// 127.
@@ -248,11 +251,11 @@ VLVK_INLINE U8x16x2 mixBy64ths(U8x16x2 a, U8x16x2 b, U8x16 weight) {
 // Row pairs.
 
 VLVK_INLINE U8x16x2 loadRows(const std::uint8_t* from0, const std::uint8_t* from1) {
-  return {_mm256_inserti128_si256(_mm256_castsi128_si256(loadUnaligned(from0)), loadUnaligned(from1), 1)};
+  return {_mm256_inserti128_si256(_mm256_castsi128_si256(load128(from0)), load128(from1), 1)};
 }
 VLVK_INLINE void storeHalves(std::uint8_t* to0, std::uint8_t* to1, __m256i v) {
-  storeUnaligned(to0, _mm256_castsi256_si128(v));
-  storeUnaligned(to1, _mm256_extracti128_si256(v, 1));
+  store128(to0, _mm256_castsi256_si128(v));
+  store128(to1, _mm256_extracti128_si256(v, 1));
 }
 VLVK_INLINE void storeRows(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 v) {
   storeHalves(to0, to1, v.v);
@@ -295,7 +298,7 @@ VLVK_INLINE void storePixels(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 c0, U
 // Chroma terms.
 
 VLVK_INLINE ChromaPairs loadChromaPairs(const std::uint8_t* from) {
-  return {_mm256_broadcastsi128_si256(loadUnaligned(from))};
+  return {_mm256_broadcastsi128_si256(load128(from))};
 }
 VLVK_INLINE I16x8 splatI16(std::int16_t value) {
   return {_mm256_set1_epi16(value)};
@@ -330,7 +333,7 @@ VLVK_INLINE I16x16 duplicateFours(I16x8 v) {
 // Pixels to luma and chroma.
 
 VLVK_INLINE Pixels16 loadPixels16(const std::uint8_t* from) {
-  return {{loadUnaligned256(from), loadUnaligned256(from + 32)}};
+  return {{load256(from), load256(from + 32)}};
 }
 VLVK_INLINE Pixels8 evenPixels(const Pixels16& v) {
   return {evenWords(v.eight[0], v.eight[1])};
@@ -343,7 +346,7 @@ VLVK_INLINE void storeColorIndices(std::uint32_t* to, const Pixels16& v) {
   const __m256i second = _mm256_set1_epi32(c0 == 0 ? 0x10000001 : 0x00010040);
   for (int i = 0; i < 2; ++i) {
     const __m256i digits = _mm256_and_si256(_mm256_srli_epi16(v.eight[i], 2), _mm256_set1_epi32(0x003F3F3F));
-    storeUnaligned256(to + 8 * i, _mm256_madd_epi16(_mm256_maddubs_epi16(digits, first), second));
+    store256(to + 8 * i, _mm256_madd_epi16(_mm256_maddubs_epi16(digits, first), second));
   }
 }
 /// Byte weights of a pixel for the multiply-add of unsigned with signed bytes, whose pair sums must fit 16 bits with
@@ -388,14 +391,14 @@ VLVK_INLINE void storeWeightedPairs(std::uint8_t* to, const Pixels8& v) {
   // The upper byte of each: four first ones, four second ones in either half.
   const __m128i interleave = _mm_setr_epi8(1, 9, 3, 11, 5, 13, 7, 15, 1, 9, 3, 11, 5, 13, 7, 15);
   const __m256i pairs = _mm256_shuffle_epi8(biased, _mm256_broadcastsi128_si256(interleave));
-  storeUnaligned(to, _mm_unpacklo_epi64(_mm256_castsi256_si128(pairs), _mm256_extracti128_si256(pairs, 1)));
+  store128(to, _mm_unpacklo_epi64(_mm256_castsi256_si128(pairs), _mm256_extracti128_si256(pairs, 1)));
 }
 
 // Pixels changed.
 
 VLVK_INLINE void store(std::uint8_t* to, const Pixels16& v) {
-  storeUnaligned256(to, v.eight[0]);
-  storeUnaligned256(to + 32, v.eight[1]);
+  store256(to, v.eight[0]);
+  store256(to + 32, v.eight[1]);
 }
 /// Bytes 8 * kHalf + i of `v` to the first three bytes of pixel i.
 template <int kHalf>
