@@ -7,6 +7,12 @@ if(VLVK_PROCESSOR_ARM OR VLVK_PROCESSOR_AARCH64)
   vlvk_set_flags(vlvk_count_rows)
 endif()
 
+# Frames with pauses, through builds of the shared library that are named when it runs.
+add_executable(vlvk_paced_bench bench/options.cpp bench/options.h bench/paced_frames.cpp tools/engine/skin_frame.h)
+target_include_directories(vlvk_paced_bench PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/include)
+target_link_libraries(vlvk_paced_bench PRIVATE ${CMAKE_DL_LIBS} Threads::Threads)
+vlvk_set_flags(vlvk_paced_bench)
+
 find_package(benchmark CONFIG QUIET)
 if(NOT benchmark_FOUND)
   vlvk_report_missing(VLVK_BUILD_BENCHMARKS vlvk_bench "Google Benchmark")

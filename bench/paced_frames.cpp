@@ -1,0 +1,211 @@
+/// Times frames with pauses in between, as a camera leaves them, through one build of the shared library or several.
+///
+///     vlvk_paced_bench [--size=WIDTHxHEIGHT]... [--pace=MS]... [--threads=N] [--seconds=S] LIBRARY...
+///
+/// Frames back to back keep threads on the processors where they are. After a pause the scheduler places them anew, so
+/// times differ, and so does what is won by changes to the running of bands. All libraries and both interfaces take
+/// turns within one run. The first library is the base: ratios are its median by the other's, so above 1 is faster.
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <functional>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <vlvk/CFastEdgePreserved.h>
+#include <vlvk/makeup.h>
+#include "bench/options.h"
+#include "tools/engine/skin_frame.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr int kRounds = 5;
+constexpr int kWarmUpFrames = 3;
+
+struct Options {
+  vlvk_bench::Size size;  ///< the one in turn
+  std::vector<vlvk_bench::Size> sizes;
+  std::vector<double> paces;
+  int threads = 4;
+  double seconds = 2;  ///< for each contender and pause
+  std::vector<std::string> libraries;
+};
+
+/// A function of one of several builds of the library.
+template <class Function>
+Function find(void* library, const char* name) {
+  void* found = dlsym(library, name);
+  if (found == nullptr) throw std::runtime_error(dlerror());
+  return reinterpret_cast<Function>(found);
+}
+
+/// Beautifies an NV21 frame in place.
+using Beautify = std::function<bool(std::uint8_t* frame)>;
+
+Beautify handleOf(void* library, const Options& options) {
+  const vlvk_bench::Size size = options.size;
+  VlvkSettings settings;
+  find<decltype(&vlvkSettingsInit)>(library, "vlvkSettingsInit")(&settings, sizeof settings);
+  settings.threads = options.threads;
+  settings.radius = 20;
+  VlvkMakeup* made = nullptr;
+  find<decltype(&vlvkMakeupCreate)>(library, "vlvkMakeupCreate")(&made, &settings);
+  const std::shared_ptr<VlvkMakeup> makeup(made, find<decltype(&vlvkMakeupDestroy)>(library, "vlvkMakeupDestroy"));
+  const auto process = find<decltype(&vlvkMakeupProcess)>(library, "vlvkMakeupProcess");
+  return [=](std::uint8_t* pixels) {
+    const VlvkFrame frame = {sizeof frame,
+                             VLVK_NV21,
+                             VLVK_BT601,
+                             VLVK_LIMITED,
+                             size.width,
+                             size.height,
+                             {pixels, pixels + size.pixels()},
+                             {size.width, size.width}};
+    return process(makeup.get(), &frame, &frame, nullptr) == VLVK_OK;
+  };
+}
+
+/// The class is found by its mangled names: several builds of it are loaded at once.
+Beautify classOf(void* library, const Options& options) {
+  const vlvk_bench::Size size = options.size;
+  using Construct = void (*)(void*, int, IBeautyResourceLoader*);
+  using Destroy = void (*)(CFastEdgePreserved*);
+  using Process =
+      int (*)(CFastEdgePreserved*, unsigned char*, int, unsigned char*, int, int, int, unsigned char*, int, bool);
+  void* memory = std::malloc(sizeof(CFastEdgePreserved));
+  find<Construct>(library, "_ZN18CFastEdgePreservedC1EiP21IBeautyResourceLoader")(memory, options.threads, nullptr);
+  const auto destroy = find<Destroy>(library, "_ZN18CFastEdgePreservedD1Ev");
+  const std::shared_ptr<CFastEdgePreserved> filter(static_cast<CFastEdgePreserved*>(memory),
+                                                   [=](CFastEdgePreserved* made) {
+                                                     destroy(made);
+                                                     std::free(made);
+                                                   });
+  filter->colorAdjustIntensity = 0;  // as the handle without a table
+  const auto process = find<Process>(library, "_ZN18CFastEdgePreserved12processVideoEPhiS0_iiiS0_ib");
+  return [=](std::uint8_t* pixels) {
+    return process(filter.get(), pixels, size.width, pixels + size.pixels(), size.width, size.width, size.height,
+                   nullptr, 0, true) == 0;
+  };
+}
+
+/// Milliseconds that all threads of the process have had a processor.
+double processorTime() {
+  timespec now{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+struct Contender {
+  std::string name;
+  std::size_t base;  ///< whose median is divided by this one's
+  Beautify beautify;
+  std::vector<double> times{};
+  double processor = 0;  ///< of all frames
+
+  double quantile(double share) {
+    const auto at = times.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(times.size() - 1));
+    std::nth_element(times.begin(), at, times.end());
+    return *at;
+  }
+};
+
+/// Frames for a while. What the threads do after the frame, on their way to sleep, counts as processor time too.
+void takeTurn(Contender& contender, const std::vector<std::uint8_t>& scene, Milliseconds pause, double seconds) {
+  std::vector<std::uint8_t> frame(scene.size());
+  const Clock::time_point end =
+      Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+  for (int i = -kWarmUpFrames; i < 0 || Clock::now() < end; ++i) {
+    std::copy(scene.begin(), scene.end(), frame.begin());
+    const double processorBefore = processorTime();
+    const Clock::time_point begin = Clock::now();
+    if (!contender.beautify(frame.data())) throw std::runtime_error(contender.name + ": the frame failed");
+    const Milliseconds time = Clock::now() - begin;
+    if (pause.count() > 0) std::this_thread::sleep_for(pause);
+    if (i < 0) continue;
+    contender.times.push_back(time.count());
+    contender.processor += processorTime() - processorBefore;
+  }
+}
+
+void measure(const Options& options, const std::vector<void*>& libraries, double pace) {
+  std::vector<Contender> contenders;
+  for (std::size_t i = 0; i < libraries.size(); ++i) {
+    contenders.push_back({"class of " + std::to_string(i), 0, classOf(libraries[i], options)});
+    contenders.push_back({"handle of " + std::to_string(i), 1, handleOf(libraries[i], options)});
+  }
+  const std::vector<std::uint8_t> scene = vlvk::tool::skinFrame(options.size.width, options.size.height);
+  for (int round = 0; round < kRounds; ++round) {
+    for (Contender& contender : contenders)
+      takeTurn(contender, scene, Milliseconds(pace), options.seconds / kRounds);
+  }
+  std::printf("\n%s, %d threads, %g ms between frames\n%-14s%8s%12s%10s%10s%14s%8s\n", options.size.name().c_str(),
+              options.threads, pace, "", "frames", "median ms", "99 %", "ratio", "processor ms", "class");
+  const double classicMedian = contenders[0].quantile(0.5);
+  for (Contender& contender : contenders) {
+    const double median = contender.quantile(0.5);
+    std::printf("%-14s%8zu%12.3f%10.3f%10.2f%14.3f%8.2f\n", contender.name.c_str(), contender.times.size(), median,
+                contender.quantile(0.99), contenders[contender.base].quantile(0.5) / median,
+                contender.processor / static_cast<double>(contender.times.size()), classicMedian / median);
+  }
+}
+
+/// The value of `--name=value`, or null.
+const char* valueOf(const std::string& argument, const char* name) {
+  const std::string start = std::string("--") + name + "=";
+  return argument.rfind(start, 0) == 0 ? argument.c_str() + start.size() : nullptr;
+}
+
+Options readOptions(int argc, char** argv) {
+  Options options;
+  options.sizes = vlvk_bench::takeSizes(&argc, argv);
+  for (int i = 1; i < argc; ++i) {
+    const std::string argument = argv[i];
+    if (const char* pace = valueOf(argument, "pace")) {
+      options.paces.push_back(std::clamp(std::atof(pace), 0.0, 1000.0));
+    } else if (const char* threads = valueOf(argument, "threads")) {
+      options.threads = std::clamp(std::atoi(threads), 1, 64);
+    } else if (const char* seconds = valueOf(argument, "seconds")) {
+      options.seconds = std::clamp(std::atof(seconds), 0.01, 600.0);
+    } else if (argument.rfind("--", 0) == 0) {
+      throw std::runtime_error("unknown option " + argument);
+    } else {
+      options.libraries.push_back(argument);
+    }
+  }
+  if (options.libraries.empty()) throw std::runtime_error("name a shared library, or the base and others");
+  if (options.paces.empty()) options.paces = {0, 5, 15, 33};
+  return options;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  Options options = readOptions(argc, argv);
+  std::vector<void*> libraries;
+  for (const std::string& file : options.libraries) {
+    libraries.push_back(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL));
+    if (libraries.back() == nullptr) throw std::runtime_error(dlerror());
+    std::printf("%zu: %s\n", libraries.size() - 1, file.c_str());
+  }
+  for (const vlvk_bench::Size size : options.sizes) {
+    options.size = size;
+    for (const double pace : options.paces)
+      measure(options, libraries, pace);
+  }
+  return 0;
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "vlvk_paced_bench: %s\n", error.what());
+  return 1;
+}
