@@ -1,19 +1,65 @@
-/// Threads for the bands of a frame.
+/// Threads for the bands of a handle's frames.
 #ifndef VLVK_ENGINE_BAND_TEAM_H
 #define VLVK_ENGINE_BAND_TEAM_H
 
+#include <pthread.h>
+#include <sys/types.h>
+
 namespace vlvk {
+
+inline constexpr int kMostBands = 64;
 
 /// How many bands a frame has where the settings leave it open: the processors that are there, at most 8.
 int defaultBands();
 
-/// Runs `task(context, band)` for band = 0 .. bands - 1, each on a thread of its own, the last on the calling one, and
-/// returns when all are done. The calling thread takes over what no thread can be had for.
+/// Threads that stay from frame to frame and sleep in between: a thread that is started for a frame costs more than a
+/// small frame, and lands where the scheduler puts new threads.
 ///
-/// @param bands  1 to kMostBands
-void runBands(int bands, void (*task)(const void* context, int band), const void* context);
+/// Whichever thread is free takes the next band, the calling one included, so a thread that waits for a processor
+/// holds up no more than the band it has. A child of a process that forked has none of its parent's threads: it gets
+/// its own with its first frame. All signals that are sent to the process, rather than caused by a thread, stay with
+/// the host's threads.
+class BandTeam {
+ public:
+  using Task = void (*)(const void* context, int band);
 
-inline constexpr int kMostBands = 64;
+  BandTeam() = default;
+  BandTeam(const BandTeam&) = delete;
+  BandTeam& operator=(const BandTeam&) = delete;
+  /// Ends the threads. No run may be on its way.
+  ~BandTeam();
+
+  /// Runs `task(context, band)` for band = 0 .. bands - 1, in any order, and returns when all are done. One run at a
+  /// time. Starts threads where fewer are there than bands besides the calling one's; it takes over what no thread can
+  /// be had for.
+  ///
+  /// @param bands  1 to kMostBands
+  void run(int bands, Task task, const void* context);
+
+ private:
+  /// What the threads share, guarded by `mutex` as it is itself.
+  struct Shared {
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    pthread_cond_t work = PTHREAD_COND_INITIALIZER;  ///< there are bands to take, or the end has come
+    pthread_cond_t done = PTHREAD_COND_INITIALIZER;  ///< no band is unfinished
+    Task task = nullptr;
+    const void* context = nullptr;
+    int next = 0;  ///< the first band that was not taken
+    int bands = 0;
+    int unfinished = 0;
+    bool ended = false;
+  };
+
+  static void* work(void* shared);
+  static void takeBands(Shared& shared);
+  void forgetThreadsOfParent();
+  void startWorkers(int wanted);
+
+  Shared shared_;
+  int workers_ = 0;
+  pid_t process_ = 0;  ///< whose threads they are
+  pthread_t threads_[kMostBands - 1];
+};
 
 }  // namespace vlvk
 

@@ -25,7 +25,7 @@ using vlvk::FrameView;
 using BandStep = void (*)(const FrameJob& job, int band);
 
 /// Takes a step with every band, and waits until all have taken it.
-void eachBand(const FrameJob& job, BandStep step) {
+void eachBand(vlvk::BandTeam& team, const FrameJob& job, BandStep step) {
   struct Call {
     const FrameJob& job;
     BandStep step;
@@ -35,7 +35,7 @@ void eachBand(const FrameJob& job, BandStep step) {
     const auto& c = *static_cast<const Call*>(context);
     c.step(c.job, band);
   };
-  vlvk::runBands(job.plan.bands, run, &call);
+  team.run(job.plan.bands, run, &call);
 }
 
 }  // namespace
@@ -54,6 +54,7 @@ struct VlvkMakeup {
   vlvk::KeptSkinWeights skin;
   vlvk::ColorStep colors;
   vlvk::FrameMemory memory;
+  vlvk::BandTeam team;
 
   explicit VlvkMakeup(const VlvkSettings& s) : settings(s) {}
   VlvkMakeup(const VlvkMakeup&) = delete;
@@ -91,13 +92,13 @@ VlvkResult VlvkMakeup::process(const FrameView& source, const FrameView& target,
   }
   if (vlvk::needsPreparing(job)) {
     if (job.copiesLuma || job.evens) {
-      eachBand(job, vlvk::prepareBand);
+      eachBand(team, job, vlvk::prepareBand);
     } else {  // mere copies: not worth a thread
       for (int band = 0; band < job.plan.bands; ++band)
         vlvk::prepareBand(job, band);
     }
   }
-  eachBand(job, vlvk::runBand);
+  eachBand(team, job, vlvk::runBand);
   return VLVK_OK;
 }
 

@@ -12,7 +12,7 @@
 
 namespace vlvk {
 
-/// A band of a frame and the thread that runs it.
+/// A band of a frame, and a thread that takes this one or others.
 struct BandWork {
   CFastEdgePreserved::BandTask task;
   const FramePlan* plan;

@@ -2,6 +2,7 @@
 #include <pthread.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -90,21 +91,29 @@ CFastEdgePreserved::Stage bandStage(const FramePlan& plan, int band) {
   return &CFastEdgePreserved::FastEdgePreservedMid;
 }
 
-/// Start routine of a band's thread.
-void* runWork(void* argument) {
-  auto& work = *static_cast<BandWork*>(argument);
-  vlvk::runBand(*work.plan, work.task);
+/// The bands of a frame on their way; which was taken last is counted by all threads.
+struct FrameBands {
+  BandWork* work;
+  int count;
+  std::atomic<int> next;
+};
+
+/// Start routine of a worker thread: takes bands until there are no more.
+void* takeBands(void* argument) {
+  auto& frame = *static_cast<FrameBands*>(argument);
+  for (int i = frame.next++; i < frame.count; i = frame.next++)
+    vlvk::runBand(*frame.work[i].plan, frame.work[i].task);
   return nullptr;
 }
 
-/// Runs every band on a thread of its own, or here where no thread can be had.
+/// Runs every band on whichever thread is free, this one included. A thread for each is started; one that gets a
+/// processor late finds its band done by another.
 void runBands(BandWork* work, int count) {
+  FrameBands frame{work, count, 0};
   for (int i = 0; i < count; ++i) {
-    work[i].started = pthread_create(&work[i].thread, nullptr, runWork, &work[i]) == 0;
+    work[i].started = pthread_create(&work[i].thread, nullptr, takeBands, &frame) == 0;
   }
-  for (int i = 0; i < count; ++i) {
-    if (!work[i].started) runWork(&work[i]);
-  }
+  takeBands(&frame);
   for (int i = 0; i < count; ++i) {
     if (work[i].started) pthread_join(work[i].thread, nullptr);
   }

@@ -1,6 +1,11 @@
 /// The handle's calls on several threads at once.
 #include <gtest/gtest.h>
 
+#include <pthread.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <atomic>
 #include <thread>
@@ -41,6 +46,63 @@ TEST(MakeupThreads, MayChangeSettingsWhileFramesRun) {
   }
   first.join();
   second.join();
+}
+
+// Fewer and more threads than before, each frame on a thread that is new.
+TEST(MakeupThreads, FollowTheSettingsAndServeEveryCaller) {
+  Random random(313);
+  Engine engine(settingsOf(50, 1000, 16, 1));
+  for (const int threads : {5, 2, 1, 8, 3, 8}) {
+    engine.put(settingsOf(50, 1000, 16, threads));
+    const Picture picture(VLVK_NV21, 0, 50, 91, random);
+    std::thread([&] { EXPECT_EQ(engine.check(picture, picture), "") << threads; }).join();
+  }
+}
+
+// A child has the handle and none of its threads; the parent keeps them. A sanitizer of threads ends a child that
+// starts threads.
+TEST(MakeupThreads, AreTheirOwnInAProcessThatForked) {
+#if defined(__SANITIZE_THREAD__)
+  GTEST_SKIP();
+#endif
+  Random random(314);
+  auto* engine = new Engine(settingsOf(50, 1000, 16, 4));
+  const Picture picture(VLVK_NV21, 0, 50, 91, random);
+  EXPECT_EQ(engine->check(picture, picture), "");
+  for (const bool hasFrames : {true, false}) {
+    const pid_t child = fork();
+    if (child == 0) {
+      alarm(20);
+      for (int i = 0; hasFrames && i < 3; ++i) {
+        if (!engine->check(picture, picture).empty()) _exit(1);
+      }
+      delete engine;
+      _exit(0);
+    }
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(engine->check(picture, picture), "");
+  }
+  delete engine;
+}
+
+// A host may block a signal in its threads to wait for it: no other thread may take it then.
+TEST(MakeupThreads, LeaveSignalsOfTheProcessToTheHost) {
+  Random random(315);
+  const Engine engine(settingsOf(50, 1000, 16, 4));
+  const Picture picture(VLVK_NV21, 0, 50, 91, random);
+  EXPECT_EQ(engine.check(picture, picture), "");
+  sigset_t wanted;
+  sigset_t before;
+  sigemptyset(&wanted);
+  sigaddset(&wanted, SIGUSR1);
+  pthread_sigmask(SIG_BLOCK, &wanted, &before);
+  EXPECT_EQ(kill(getpid(), SIGUSR1), 0);
+  int signal = 0;
+  EXPECT_EQ(sigwait(&wanted, &signal), 0);
+  EXPECT_EQ(signal, SIGUSR1);
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 /// Threads where there are none: the part of POSIX that the engine asks for, on one thread. The C library of modules
 /// has the types, and neither functions nor this header.
 ///
-/// A thread cannot be had, so bands run one after the other on the caller's; a mutex is never held meanwhile.
+/// A thread cannot be had, so bands run one after the other on the caller's; a mutex is never held by another, and a
+/// condition never waited for.
 #ifndef VLVK_WEB_PTHREAD_H
 #define VLVK_WEB_PTHREAD_H
 
@@ -13,6 +14,13 @@
     {                             \
       { 0 }                       \
     }                             \
+  }
+
+#define PTHREAD_COND_INITIALIZER \
+  {                              \
+    {                            \
+      { 0 }                      \
+    }                            \
   }
 
 #ifdef __cplusplus
@@ -38,6 +46,22 @@ static inline int pthread_mutex_unlock(pthread_mutex_t* mutex) {
 }
 static inline int pthread_mutex_destroy(pthread_mutex_t* mutex) {
   (void)mutex;
+  return 0;
+}
+static inline int pthread_cond_wait(pthread_cond_t* condition, pthread_mutex_t* mutex) {
+  (void)condition, (void)mutex;
+  return EINVAL;
+}
+static inline int pthread_cond_signal(pthread_cond_t* condition) {
+  (void)condition;
+  return 0;
+}
+static inline int pthread_cond_broadcast(pthread_cond_t* condition) {
+  (void)condition;
+  return 0;
+}
+static inline int pthread_cond_destroy(pthread_cond_t* condition) {
+  (void)condition;
   return 0;
 }
 
