@@ -59,7 +59,8 @@ Beautify handleOf(void* library, const Options& options) {
   VlvkSettings settings;
   find<decltype(&vlvkSettingsInit)>(library, "vlvkSettingsInit")(&settings, sizeof settings);
   settings.threads = options.threads;
-  settings.radius = 20;
+  settings.radius = 20;  // this and contrast as the class
+  settings.contrast = VLVK_CONTRAST_ABSOLUTE;
   VlvkMakeup* made = nullptr;
   find<decltype(&vlvkMakeupCreate)>(library, "vlvkMakeupCreate")(&made, &settings);
   const std::shared_ptr<VlvkMakeup> makeup(made, find<decltype(&vlvkMakeupDestroy)>(library, "vlvkMakeupDestroy"));

@@ -4,7 +4,7 @@
 ///     frame (NV21 / NV12) -> smooth luma -> blend by skin weight -> RGBA / BGRA -> colour table
 ///                                                                   -> caller's pixels, or back into the frame
 ///
-/// A frame is cut into `threadCount` horizontal bands, each run by a thread of its own.
+/// A frame is cut into `threadCount` horizontal bands, which as many threads and the calling one take in turn.
 #ifndef VLVK_CFASTEDGEPRESERVED_H
 #define VLVK_CFASTEDGEPRESERVED_H
 

@@ -82,6 +82,7 @@ struct TableOptions {
 struct BenchOptions {
   std::vector<FrameSize> sizes{{1280, 720}, {1920, 1080}, {3840, 2160}};
   double seconds = 1;
+  double pace = 0;  ///< milliseconds between frames
   int threads = 4;
   std::vector<std::string> targets = targetNames();
 };

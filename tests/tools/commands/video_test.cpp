@@ -206,10 +206,12 @@ TEST(Bench, HasARowForEachSizeAndTarget) {
     for (const std::string expected : {"64x36", "7x5"}) {
       for (const std::string& expectedTarget : targets) {
         std::string size, target;
-        double rate = 0, time = 0;
-        EXPECT_TRUE(out >> size >> target >> rate >> time);
+        double rate = 0, time = 0, slowest = 0, processor = 0;
+        EXPECT_TRUE(out >> size >> target >> rate >> time >> slowest >> processor);
         EXPECT_EQ(size + target, expected + expectedTarget);
         EXPECT_NEAR(rate * time, 1000, 1 + 0.0006 * rate);  // both are rounded
+        EXPECT_GE(slowest, time);
+        EXPECT_GT(processor, 0);
       }
     }
     EXPECT_FALSE(out >> std::ws && !out.eof());
@@ -217,6 +219,9 @@ TEST(Bench, HasARowForEachSizeAndTarget) {
   expectRows(Arguments{"bench"} + rows, tool::targetNames());
   expectRows(Arguments{"bench", "--target", "scalar", "--threads", "3"} + rows, {"scalar"});
   expectRows(Arguments{"--target", "scalar", "bench"} + rows, {"scalar"});
+  const auto begin = std::chrono::steady_clock::now();
+  expectRows(Arguments{"--target", "scalar", "bench", "--pace", "40"} + rows, {"scalar"});
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(2 * 3 * 40)) << "three frames a row";
 }
 
 }  // namespace

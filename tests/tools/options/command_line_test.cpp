@@ -75,6 +75,7 @@ TEST(CommandLine, WhatMakesNoSenseIsRefused) {
       {sheet + Arguments{"--crop"}, {"", "9x9", "0x9+0+0", "9x9+0+-1", "9x9+0+0+0", "9x9+0+99999999999", "9x9+0+0 "}},
       {video + Arguments{"--size", "2x2", "--format"}, {"yuy2", ""}},
       {{"bench", "--seconds"}, {"nan", "0", "61"}},
+      {{"bench", "--pace"}, {"-1", "1001"}},
       {{"bench", "--size", "8x8", "--size"}, {"", "8", "8x", "x8", "8x8x", "8y8", "0x8", "8x-8", "1e2x8"}},
       {{"bench", "--size"}, {"32769x8", "32768x32768"}},
       {{"table", "convert", "a", "b", "--in-layout"}, {"tiles"}},
