@@ -50,7 +50,7 @@ class BandTeam {
     bool ended = false;
   };
 
-  static void* work(void* shared);
+  static void* work(void* argument);
   static void takeBands(Shared& shared);
   void forgetThreadsOfParent();
   void startWorkers(int wanted);
