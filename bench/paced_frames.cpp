@@ -1,10 +1,11 @@
 /// Times frames with pauses in between, as a camera leaves them, through one build of the shared library or several.
 ///
-///     vlvk_paced_bench [--size=WIDTHxHEIGHT]... [--pace=MS]... [--threads=N] [--seconds=S] LIBRARY...
+///     vlvk_paced_bench [--size=WIDTHxHEIGHT]... [--pace=MS]... [--threads=N] [--seconds=S | --frames=N] LIBRARY...
 ///
 /// Frames back to back keep threads on the processors where they are. After a pause the scheduler places them anew, so
 /// times differ, and so does what is won by changes to the running of bands. All libraries and both interfaces take
 /// turns within one run. The first library is the base: ratios are its median by the other's, so above 1 is faster.
+/// With a number of frames, memory that grows from the first of them to the last is printed as well.
 #include <dlfcn.h>
 
 #include <algorithm>
@@ -23,6 +24,7 @@
 
 #include <vlvk/CFastEdgePreserved.h>
 #include <vlvk/makeup.h>
+#include "bench/allocation_counter.h"
 #include "bench/options.h"
 #include "tools/engine/skin_frame.h"
 
@@ -31,7 +33,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-constexpr int kRounds = 5;
+constexpr int kRounds = 10;
 constexpr int kWarmUpFrames = 3;
 
 struct Options {
@@ -40,6 +42,7 @@ struct Options {
   std::vector<double> paces;
   int threads = 4;
   double seconds = 2;  ///< for each contender and pause
+  int frames = 0;      ///< as well, in place of the time
   std::vector<std::string> libraries;
 };
 
@@ -122,21 +125,38 @@ struct Contender {
   }
 };
 
-/// Frames for a while. What the threads do after the frame, on their way to sleep, counts as processor time too.
-void takeTurn(Contender& contender, const std::vector<std::uint8_t>& scene, Milliseconds pause, double seconds) {
-  std::vector<std::uint8_t> frame(scene.size());
-  const Clock::time_point end =
-      Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
-  for (int i = -kWarmUpFrames; i < 0 || Clock::now() < end; ++i) {
+/// How long one contender goes on: for a number of frames, or for a time.
+struct Turn {
+  Milliseconds pause;
+  int frames;
+  Milliseconds time;
+};
+
+/// What the threads do after the frame, on their way to sleep, counts as processor time too.
+void takeTurn(Contender& contender, const std::vector<std::uint8_t>& scene, std::vector<std::uint8_t>& frame,
+              Turn turn) {
+  const Clock::time_point begun = Clock::now();
+  const auto goesOn = [&](int i) { return turn.frames > 0 ? i < turn.frames : Clock::now() - begun < turn.time; };
+  for (int i = -kWarmUpFrames; i < 0 || goesOn(i); ++i) {
     std::copy(scene.begin(), scene.end(), frame.begin());
     const double processorBefore = processorTime();
     const Clock::time_point begin = Clock::now();
     if (!contender.beautify(frame.data())) throw std::runtime_error(contender.name + ": the frame failed");
     const Milliseconds time = Clock::now() - begin;
-    if (pause.count() > 0) std::this_thread::sleep_for(pause);
+    if (turn.pause.count() > 0) std::this_thread::sleep_for(turn.pause);
     if (i < 0) continue;
     contender.times.push_back(time.count());
     contender.processor += processorTime() - processorBefore;
+  }
+}
+
+void printTimes(std::vector<Contender>& contenders) {
+  const double classicMedian = contenders[0].quantile(0.5);
+  for (Contender& contender : contenders) {
+    const double median = contender.quantile(0.5);
+    std::printf("%-14s%8zu%12.3f%10.3f%10.2f%14.3f%8.2f\n", contender.name.c_str(), contender.times.size(), median,
+                contender.quantile(0.99), contenders[contender.base].quantile(0.5) / median,
+                contender.processor / static_cast<double>(contender.times.size()), classicMedian / median);
   }
 }
 
@@ -147,19 +167,30 @@ void measure(const Options& options, const std::vector<void*>& libraries, double
     contenders.push_back({"handle of " + std::to_string(i), 1, handleOf(libraries[i], options)});
   }
   const std::vector<std::uint8_t> scene = vlvk::tool::skinFrame(options.size.width, options.size.height);
+  std::vector<std::uint8_t> frame(scene.size());
+  const Turn turn = {Milliseconds(pace), options.frames / kRounds, Milliseconds(options.seconds * 1e3 / kRounds)};
+  for (int i = 0; i < 2; ++i) {  // twice: stacks that a class gave back go to a handle's workers
+    for (Contender& contender : contenders)
+      takeTurn(contender, scene, frame, turn);
+  }
+  for (Contender& contender : contenders) {
+    contender.times.assign(static_cast<std::size_t>(options.frames), 0.0);  // there from now on
+    contender.times.clear();
+    contender.processor = 0;
+  }
+  vlvk_bench::residentBytes();  // what its first call takes stays
+  const std::size_t heap = vlvk_bench::heapBytes();
+  const std::size_t resident = vlvk_bench::residentBytes();
   for (int round = 0; round < kRounds; ++round) {
     for (Contender& contender : contenders)
-      takeTurn(contender, scene, Milliseconds(pace), options.seconds / kRounds);
+      takeTurn(contender, scene, frame, turn);
   }
+  const auto heapGrowth = static_cast<std::ptrdiff_t>(vlvk_bench::heapBytes() - heap);
+  const auto growth = static_cast<std::ptrdiff_t>(vlvk_bench::residentBytes() - resident);
   std::printf("\n%s, %d threads, %g ms between frames\n%-14s%8s%12s%10s%10s%14s%8s\n", options.size.name().c_str(),
               options.threads, pace, "", "frames", "median ms", "99 %", "ratio", "processor ms", "class");
-  const double classicMedian = contenders[0].quantile(0.5);
-  for (Contender& contender : contenders) {
-    const double median = contender.quantile(0.5);
-    std::printf("%-14s%8zu%12.3f%10.3f%10.2f%14.3f%8.2f\n", contender.name.c_str(), contender.times.size(), median,
-                contender.quantile(0.99), contenders[contender.base].quantile(0.5) / median,
-                contender.processor / static_cast<double>(contender.times.size()), classicMedian / median);
-  }
+  printTimes(contenders);
+  if (options.frames > 0) std::printf("growth: heap %td, process %td bytes\n", heapGrowth, growth);
 }
 
 /// The value of `--name=value`, or null.
@@ -179,6 +210,8 @@ Options readOptions(int argc, char** argv) {
       options.threads = std::clamp(std::atoi(threads), 1, 64);
     } else if (const char* seconds = valueOf(argument, "seconds")) {
       options.seconds = std::clamp(std::atof(seconds), 0.01, 600.0);
+    } else if (const char* frames = valueOf(argument, "frames")) {
+      options.frames = std::clamp(std::atoi(frames), kRounds, 1'000'000) / kRounds * kRounds;
     } else if (argument.rfind("--", 0) == 0) {
       throw std::runtime_error("unknown option " + argument);
     } else {

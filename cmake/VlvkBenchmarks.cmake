@@ -7,10 +7,22 @@ if(VLVK_PROCESSOR_ARM OR VLVK_PROCESSOR_AARCH64)
   vlvk_set_flags(vlvk_count_rows)
 endif()
 
+# For bench/allocation_counter.cpp.
+set(VLVK_COUNT_ALLOCATIONS
+  -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc,--wrap=aligned_alloc,--wrap=posix_memalign)
+
 # Frames with pauses, through builds of the shared library that are named when it runs.
-add_executable(vlvk_paced_bench bench/options.cpp bench/options.h bench/paced_frames.cpp tools/engine/skin_frame.h)
+add_executable(vlvk_paced_bench
+  bench/allocation_counter.cpp
+  bench/allocation_counter.h
+  bench/options.cpp
+  bench/options.h
+  bench/paced_frames.cpp
+  tools/engine/skin_frame.h
+)
 target_include_directories(vlvk_paced_bench PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/include)
 target_link_libraries(vlvk_paced_bench PRIVATE ${CMAKE_DL_LIBS} Threads::Threads)
+target_link_options(vlvk_paced_bench PRIVATE ${VLVK_COUNT_ALLOCATIONS})
 vlvk_set_flags(vlvk_paced_bench)
 
 find_package(benchmark CONFIG QUIET)
@@ -47,8 +59,7 @@ add_executable(vlvk_bench
   tools/engine/skin_frame.h
 )
 target_link_libraries(vlvk_bench PRIVATE vlvk_objects benchmark::benchmark)
-target_link_options(vlvk_bench PRIVATE 
-  -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc,--wrap=aligned_alloc,--wrap=posix_memalign)
+target_link_options(vlvk_bench PRIVATE ${VLVK_COUNT_ALLOCATIONS})
 vlvk_set_flags(vlvk_bench)
 
 # The sample picture as a scene, where the program's picture files can be read.
