@@ -28,11 +28,12 @@ import java.util.Objects;
  * the frame in work, which keeps those that it began with. A wait is not cut short by an interrupt, which is kept for
  * the caller. A resource loader must not use the engine that it loads for, but may change its settings.
  *
- * <p><b>Memory.</b> An engine keeps its tables and buffers from frame to frame: a frame of the size and format of the
- * one before allocates nothing. {@link #close} frees them. What arrays leave is a sleeping thread and a few kilobytes,
- * which the next engine takes over, so there are never more of these than engines that were open at one time. An engine
- * that is dropped without being closed is freed by {@code java.lang.ref.Cleaner}, from Java 9 and Android 13 on, unless
- * its resource loader refers to it; without a {@code Cleaner} it keeps its memory. There is no finalizer.
+ * <p><b>Memory.</b> An engine keeps its tables, buffers and native threads from frame to frame: a frame of the size and
+ * format of the one before allocates nothing. {@link #close} frees them. What arrays leave is a sleeping thread and a
+ * few kilobytes, which the next engine takes over, so there are never more of these than engines that were open at one
+ * time. An engine that is dropped without being closed is freed by {@code java.lang.ref.Cleaner}, from Java 9 and
+ * Android 13 on, unless its resource loader refers to it; without a {@code Cleaner} it keeps its memory. There is no
+ * finalizer.
  */
 public final class MakeupEngine implements AutoCloseable {
     /** Whitening of a new engine, in percent. */
