@@ -75,6 +75,8 @@ set(VLVK_LIBRARY_SOURCES
   filter/CFastEdgePreserved.cpp
   filter/band_rows.cpp
   filter/band_rows.h
+  filter/band_threads.cpp
+  filter/band_threads.h
   filter/band_worker.cpp
   filter/band_worker.h
   filter/color_adjust.cpp
@@ -82,7 +84,10 @@ set(VLVK_LIBRARY_SOURCES
   filter/color_table.h
   filter/frame_buffers.cpp
   filter/frame_buffers.h
+  filter/frame_phases.cpp
+  filter/frame_phases.h
   filter/frame_pipeline.cpp
+  filter/frame_pipeline.h
   filter/frame_plan.h
   filter/tone_curves.cpp
   filter/tone_curves.h

@@ -78,7 +78,11 @@ endif()
 
 # Modules have neither pages that cannot be read nor threads.
 set(VLVK_GUARDED_BUFFER tests/support/guarded_buffer.cpp)
-set(VLVK_THREAD_TESTS tests/engine/makeup_threads_test.cpp tests/filter/frame_pipeline_test.cpp)
+set(VLVK_THREAD_TESTS
+  tests/engine/makeup_threads_test.cpp
+  tests/filter/band_threads_test.cpp
+  tests/filter/frame_pipeline_test.cpp
+)
 if(VLVK_WASM)
   set(VLVK_GUARDED_BUFFER tests/support/canary_buffer.cpp ${VLVK_WASM_RUNTIME})
   set(VLVK_THREAD_TESTS "")

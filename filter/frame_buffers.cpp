@@ -28,16 +28,23 @@ bool resizeFrameBuffers(CFastEdgePreserved& filter, const FramePlan& plan) {
   const CheckedSize lineBytes = context * 4 * plan.width * bands;
   const CheckedSize edgeBytes = plan.inPlace ? context * 2 * plan.stride * (plan.bands - 1) : CheckedSize(0);
   const CheckedSize pixelBytes = plan.inPlace ? bands * kStripRows * 4 * plan.width : CheckedSize(0);
+  const CheckedSize taskBytes = bands * (sizeof(CFastEdgePreserved::BandTask) + sizeof(BandThread));
   return resizeBuffer(filter.meanBuffer, filter.meanBufferSize, frameBytes) &&
          resizeBuffer(filter.scratchA, filter.scratchASize, bands * kSumBytes * groups) &&
          resizeBuffer(filter.scratchB, filter.scratchBSize, bands * kSquareBytes * groups) &&
          resizeBuffer(filter.lineSums, filter.lineSumsSize, lineBytes) &&
          resizeBuffer(filter.edgeRows, filter.edgeRowsSize, edgeBytes) &&
          resizeBuffer(filter.rgbaBuffer, filter.rgbaBufferSize, pixelBytes) &&
-         resizeBuffer(filter.taskBuffer, filter.taskBufferSize, bands * sizeof(BandWork));
+         resizeBuffer(filter.taskBuffer, filter.taskBufferSize, taskBytes);
 }
 
 }  // namespace
+
+TaskMemory taskMemory(const CFastEdgePreserved& filter, const FramePlan& plan) {
+  static_assert(alignof(BandThread) <= alignof(CFastEdgePreserved::BandTask));
+  auto* bands = static_cast<CFastEdgePreserved::BandTask*>(static_cast<void*>(filter.taskBuffer));
+  return {bands, static_cast<BandThread*>(static_cast<void*>(bands + plan.bands))};
+}
 
 bool resizeBuffer(unsigned char*& buffer, std::size_t& size, CheckedSize needed) {
   if (needed.fits() && needed.bytes() == size) return true;

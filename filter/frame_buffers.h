@@ -2,23 +2,22 @@
 #ifndef VLVK_FILTER_FRAME_BUFFERS_H
 #define VLVK_FILTER_FRAME_BUFFERS_H
 
-#include <pthread.h>
-
 #include <cstddef>
 
 #include <vlvk/CFastEdgePreserved.h>
 #include "base/checked_size.h"
+#include "filter/band_threads.h"
 #include "filter/frame_plan.h"
 
 namespace vlvk {
 
-/// A band of a frame, and a thread that takes this one or others.
-struct BandWork {
-  CFastEdgePreserved::BandTask task;
-  const FramePlan* plan;
-  pthread_t thread;
-  bool started;
+/// What a frame's taskBuffer holds: as many orders and threads as the plan has bands.
+struct TaskMemory {
+  CFastEdgePreserved::BandTask* bands;
+  BandThread* threads;
 };
+
+TaskMemory taskMemory(const CFastEdgePreserved& filter, const FramePlan& plan);
 
 /// Gives `buffer` exactly `needed` zeroed bytes, keeping it as it is when it has that size already. No bytes: null.
 /// Returns false, with an empty buffer, when there is no memory.
