@@ -1,13 +1,14 @@
 /// The entry point for Android bitmaps.
 #include <cstddef>
 
+#include <vlvk/CFastEdgePreserved.h>
 #include <vlvk/makeup_entry_points.h>
-#include <vlvk/rgb_to_yuv.h>
 #include "base/checked_size.h"
+#include "base/mutex_lock.h"
 #include "base/scratch_memory.h"
 #include "bindings/android_bitmap.h"
 #include "bindings/engine_handle.h"
-#include "convert/odd_edge.h"
+#include "filter/frame_pipeline.h"
 
 namespace {
 
@@ -22,9 +23,9 @@ bool processPixels(CMakeupEngine3& engine, unsigned char* pixels, const AndroidB
   const vlvk::ScratchMemory frame(frameSize + vlvk::CheckedSize(1));  // never empty, so that none means no memory
   if (!frame.available()) return false;
   auto* luma = frame.at<unsigned char>(0);
-  VKRGBAToNV21_NeonCall(pixels, stride, luma, width, luma + lumaSize.bytes(), width, width, height);
-  vlvk::repeatOddEdge(luma, width, width, height);
-  engine.processVideo(luma, width, height, pixels, stride);  // what it returns is not the bitmap's concern
+  const vlvk::MutexLock lock(engine.filter->mutex);
+  // What it returns is not the bitmap's concern.
+  vlvk::processPixels(*engine.filter, {pixels, stride}, luma, width, width, height, pixels, stride, true);
   return true;
 }
 
