@@ -1,11 +1,14 @@
-/// Time of a whole NV21 frame, in place and to RGBA, of its copy, and of the first frame of a new filter.
+/// Time of a whole NV21 frame, in place and to RGBA, of a BGRA picture, of a copy, and of the first frame of a new
+/// filter.
 ///
 /// Wall clock: the standard engine runs four threads.
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
 #include <vlvk/CFastEdgePreserved.h>
+#include <vlvk/yuv_to_rgb.h>
 #include "bench/allocation_counter.h"
 #include "bench/measure.h"
 #include "bench/scene.h"
@@ -15,7 +18,7 @@ namespace vlvk_bench {
 
 namespace {
 
-enum class Output { kInPlace, kToRgba };
+enum class Output { kInPlace, kToRgba, kBgraToBgra };
 
 struct FrameCase {
   Size size;
@@ -29,16 +32,27 @@ struct FrameCase {
 /// One frame and where it goes.
 struct Run {
   explicit Run(const FrameCase& c)
-      : original(c.scene->make(c.size)), frame(original), rgba(c.output == Output::kToRgba ? c.size.pixels() * 4 : 0) {}
+      : original(c.scene->make(c.size)),
+        frame(original),
+        bgra(c.output == Output::kBgraToBgra ? c.size.pixels() * 4 : 0),
+        pixels(c.output != Output::kInPlace ? c.size.pixels() * 4 : 0) {
+    if (bgra.empty()) return;
+    VKNV21ToBGRA_NeonCall(frame.data(), c.size.width, frame.data() + c.size.pixels(), c.size.width, bgra.data(),
+                          4 * c.size.width, c.size.width, c.size.height);
+  }
 
   int process(CFastEdgePreserved& filter, const FrameCase& c) {
+    const int stride = 4 * c.size.width;
+    if (!bgra.empty())
+      return filter.processBGRAVideo(bgra.data(), c.size.width, c.size.height, stride, pixels.data(), stride);
     return filter.processVideo(frame.data(), c.size.width, frame.data() + c.size.pixels(), c.size.width, c.size.width,
-                               c.size.height, rgba.empty() ? nullptr : rgba.data(), 4 * c.size.width, true);
+                               c.size.height, pixels.empty() ? nullptr : pixels.data(), stride, true);
   }
 
   const Nv21Frame original;
   Nv21Frame frame;
-  std::vector<std::uint8_t> rgba;
+  std::vector<std::uint8_t> bgra;
+  std::vector<std::uint8_t> pixels;
 };
 
 void steadyFrame(benchmark::State& state, const FrameCase& c) {
@@ -58,6 +72,7 @@ void steadyFrame(benchmark::State& state, const FrameCase& c) {
     if (run.process(filter, c) != 0) state.SkipWithError("the frame failed");
     benchmark::ClobberMemory();
   }
+  std::free(filter.nv12Scratch);
   countPixels(state, c.size.pixels());
 }
 
@@ -144,6 +159,8 @@ void addFrameBenchmarks(const std::vector<Size>& sizes) {
       addCase("in_place", {size, &skin, all.front(), Output::kInPlace, 4, radius});
     for (const int threads : {1, 2})
       addCase("in_place", {size, &skin, all.front(), Output::kInPlace, threads});
+    for (const int threads : {1, 4})
+      addCase("bgra", {size, &skin, all.front(), Output::kBgraToBgra, threads});
     const FrameCase first{size, &skin, all.front()};
     add(std::string("frame/first/") + first.target->name + "/" + size.name() + "/skin/threads:4/radius:20",
         [first](benchmark::State& state) { firstFrame(state, first); })

@@ -3,9 +3,10 @@
 ///     vlvk_paced_bench [--size=WIDTHxHEIGHT]... [--pace=MS]... [--threads=N] [--seconds=S | --frames=N] LIBRARY...
 ///
 /// Frames back to back keep threads on the processors where they are. After a pause the scheduler places them anew, so
-/// times differ, and so does what is won by changes to the running of bands. All libraries and both interfaces take
-/// turns within one run. The first library is the base: ratios are its median by the other's, so above 1 is faster.
-/// With a number of frames, memory that grows from the first of them to the last is printed as well.
+/// times differ, and so does what is won by changes to the running of bands. All libraries take turns within one run:
+/// class and handle with an NV21 frame, and the class with a BGRA picture. The first library is the base: ratios are
+/// its median by the other's, so above 1 is faster. With a number of frames, memory that grows from the first of them
+/// to the last is printed as well.
 #include <dlfcn.h>
 
 #include <algorithm>
@@ -24,6 +25,7 @@
 
 #include <vlvk/CFastEdgePreserved.h>
 #include <vlvk/makeup.h>
+#include <vlvk/yuv_to_rgb.h>
 #include "bench/allocation_counter.h"
 #include "bench/options.h"
 #include "tools/engine/skin_frame.h"
@@ -54,7 +56,7 @@ Function find(void* library, const char* name) {
   return reinterpret_cast<Function>(found);
 }
 
-/// Beautifies an NV21 frame in place.
+/// Beautifies a frame.
 using Beautify = std::function<bool(std::uint8_t* frame)>;
 
 Beautify handleOf(void* library, const Options& options) {
@@ -82,26 +84,49 @@ Beautify handleOf(void* library, const Options& options) {
 }
 
 /// The class is found by its mangled names: several builds of it are loaded at once.
-Beautify classOf(void* library, const Options& options) {
-  const vlvk_bench::Size size = options.size;
+std::shared_ptr<CFastEdgePreserved> filterOf(void* library, const Options& options) {
   using Construct = void (*)(void*, int, IBeautyResourceLoader*);
   using Destroy = void (*)(CFastEdgePreserved*);
-  using Process =
-      int (*)(CFastEdgePreserved*, unsigned char*, int, unsigned char*, int, int, int, unsigned char*, int, bool);
   void* memory = std::malloc(sizeof(CFastEdgePreserved));
   find<Construct>(library, "_ZN18CFastEdgePreservedC1EiP21IBeautyResourceLoader")(memory, options.threads, nullptr);
   const auto destroy = find<Destroy>(library, "_ZN18CFastEdgePreservedD1Ev");
-  const std::shared_ptr<CFastEdgePreserved> filter(static_cast<CFastEdgePreserved*>(memory),
-                                                   [=](CFastEdgePreserved* made) {
-                                                     destroy(made);
-                                                     std::free(made);
-                                                   });
-  filter->colorAdjustIntensity = 0;  // as the handle without a table
+  return {static_cast<CFastEdgePreserved*>(memory), [=](CFastEdgePreserved* made) {
+            std::free(made->nv12Scratch);
+            destroy(made);
+            std::free(made);
+          }};
+}
+
+Beautify classOf(void* library, const Options& options) {
+  const vlvk_bench::Size size = options.size;
+  using Process =
+      int (*)(CFastEdgePreserved*, unsigned char*, int, unsigned char*, int, int, int, unsigned char*, int, bool);
   const auto process = find<Process>(library, "_ZN18CFastEdgePreserved12processVideoEPhiS0_iiiS0_ib");
+  const auto filter = filterOf(library, options);
+  filter->colorAdjustIntensity = 0;  // as the handle without a table
   return [=](std::uint8_t* pixels) {
     return process(filter.get(), pixels, size.width, pixels + size.pixels(), size.width, size.width, size.height,
                    nullptr, 0, true) == 0;
   };
+}
+
+/// A BGRA picture onto itself, through the class and its table.
+Beautify bgraOf(void* library, const Options& options) {
+  const vlvk_bench::Size size = options.size;
+  using Process = int (*)(CFastEdgePreserved*, unsigned char*, int, int, int, unsigned char*, int);
+  const auto process = find<Process>(library, "_ZN18CFastEdgePreserved16processBGRAVideoEPhiiiS0_i");
+  return [=, filter = filterOf(library, options)](std::uint8_t* pixels) {
+    return process(filter.get(), pixels, size.width, size.height, 4 * size.width, pixels, 4 * size.width) == 0;
+  };
+}
+
+/// An NV21 frame as BGRA pixels.
+std::vector<std::uint8_t> pictureOf(const std::vector<std::uint8_t>& frame, vlvk_bench::Size size, void* library) {
+  std::vector<std::uint8_t> picture(4 * size.pixels());
+  const auto convert = find<decltype(&VKNV21ToBGRA_NeonCall)>(library, "VKNV21ToBGRA_NeonCall");
+  convert(frame.data(), size.width, frame.data() + size.pixels(), size.width, picture.data(), 4 * size.width,
+          size.width, size.height);
+  return picture;
 }
 
 /// Milliseconds that all threads of the process have had a processor.
@@ -114,6 +139,7 @@ double processorTime() {
 struct Contender {
   std::string name;
   std::size_t base;  ///< whose median is divided by this one's
+  const std::vector<std::uint8_t>* scene;
   Beautify beautify;
   std::vector<double> times{};
   double processor = 0;  ///< of all frames
@@ -133,12 +159,11 @@ struct Turn {
 };
 
 /// What the threads do after the frame, on their way to sleep, counts as processor time too.
-void takeTurn(Contender& contender, const std::vector<std::uint8_t>& scene, std::vector<std::uint8_t>& frame,
-              Turn turn) {
+void takeTurn(Contender& contender, std::vector<std::uint8_t>& frame, Turn turn) {
   const Clock::time_point begun = Clock::now();
   const auto goesOn = [&](int i) { return turn.frames > 0 ? i < turn.frames : Clock::now() - begun < turn.time; };
-  for (int i = -kWarmUpFrames; i < 0 || goesOn(i); ++i) {
-    std::copy(scene.begin(), scene.end(), frame.begin());
+  for (int i = -kWarmUpFrames; i < 1 || goesOn(i); ++i) {
+    std::copy(contender.scene->begin(), contender.scene->end(), frame.begin());
     const double processorBefore = processorTime();
     const Clock::time_point begin = Clock::now();
     if (!contender.beautify(frame.data())) throw std::runtime_error(contender.name + ": the frame failed");
@@ -161,17 +186,20 @@ void printTimes(std::vector<Contender>& contenders) {
 }
 
 void measure(const Options& options, const std::vector<void*>& libraries, double pace) {
+  const std::vector<std::uint8_t> scene = vlvk::tool::skinFrame(options.size.width, options.size.height);
+  const std::vector<std::uint8_t> picture = pictureOf(scene, options.size, libraries.front());
   std::vector<Contender> contenders;
   for (std::size_t i = 0; i < libraries.size(); ++i) {
-    contenders.push_back({"class of " + std::to_string(i), 0, classOf(libraries[i], options)});
-    contenders.push_back({"handle of " + std::to_string(i), 1, handleOf(libraries[i], options)});
+    const std::string of = " of " + std::to_string(i);
+    contenders.push_back({"class" + of, 0, &scene, classOf(libraries[i], options)});
+    contenders.push_back({"handle" + of, 1, &scene, handleOf(libraries[i], options)});
+    contenders.push_back({"picture" + of, 2, &picture, bgraOf(libraries[i], options)});
   }
-  const std::vector<std::uint8_t> scene = vlvk::tool::skinFrame(options.size.width, options.size.height);
-  std::vector<std::uint8_t> frame(scene.size());
+  std::vector<std::uint8_t> frame(picture.size());
   const Turn turn = {Milliseconds(pace), options.frames / kRounds, Milliseconds(options.seconds * 1e3 / kRounds)};
   for (int i = 0; i < 2; ++i) {  // twice: stacks that a class gave back go to a handle's workers
     for (Contender& contender : contenders)
-      takeTurn(contender, scene, frame, turn);
+      takeTurn(contender, frame, turn);
   }
   for (Contender& contender : contenders) {
     contender.times.assign(static_cast<std::size_t>(options.frames), 0.0);  // there from now on
@@ -183,7 +211,7 @@ void measure(const Options& options, const std::vector<void*>& libraries, double
   const std::size_t resident = vlvk_bench::residentBytes();
   for (int round = 0; round < kRounds; ++round) {
     for (Contender& contender : contenders)
-      takeTurn(contender, scene, frame, turn);
+      takeTurn(contender, frame, turn);
   }
   const auto heapGrowth = static_cast<std::ptrdiff_t>(vlvk_bench::heapBytes() - heap);
   const auto growth = static_cast<std::ptrdiff_t>(vlvk_bench::residentBytes() - resident);
