@@ -3,6 +3,7 @@
 #include <vlvk/skin_tables.h>
 #include "bench/measure.h"
 #include "bench/scene.h"
+#include "filter/tone_curves.h"
 #include "rows/pixel_formula.h"
 
 namespace vlvk_bench {
@@ -27,6 +28,9 @@ struct Rows {
         outSums(sums.size()),
         outSquares(sums.size()),
         colors(std::size_t{64} * 64 * 64 * 4, 90) {
+    unsigned char whitening[3][vlvk::kToneCurveSize];
+    vlvk::buildToneCurves(50, whitening[0], whitening[1], whitening[2]);
+    curves = vlvk::prepareCurves(whitening[0], whitening[1], whitening[2]);
     for (std::size_t i = 0; i < longSquares.size(); ++i)
       longSquares[i] = i * 22500;
     for (int i = 0; i < 64; ++i)
@@ -48,6 +52,7 @@ struct Rows {
   std::vector<std::uint32_t> outSums;
   std::vector<std::uint32_t> outSquares;
   std::vector<std::uint8_t> colors;
+  vlvk::ChannelCurves curves;
   std::uint8_t weights[64];
 };
 
@@ -107,6 +112,10 @@ const Loop kLoops[] = {
     {"lookUpColors", 1,
      [](const auto& l, Rows& r) {
        l.lookUpColors[vlvk::kOpaque][vlvk::kRgba](r.pixels.data(), r.pixels.data(), r.columns, r.colors.data());
+     }},
+    {"applyCurves", 1,
+     [](const auto& l, Rows& r) {
+       l.applyCurves[vlvk::kOpaque](r.pixels.data(), r.pixels.data(), r.columns, r.curves);
      }},
     {"yuvToPixels", 2,
      [](const auto& l, Rows& r) {

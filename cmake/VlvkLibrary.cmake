@@ -110,7 +110,6 @@ set(VLVK_LIBRARY_SOURCES
   rows/all_rows.h
   rows/blend_rows.h
   rows/box_scan_rows.h
-  rows/channel_curves.h
   rows/chroma_rows.h
   rows/color_rows.h
   rows/colorimetry.h
@@ -130,10 +129,14 @@ set(VLVK_LIBRARY_SOURCES
   rows/yuv_matrix.cpp
   rows/yuv_matrix.h
   rows/yuv_to_rgb_rows.h
+  simd/channel_curves.cpp
+  simd/channel_curves.h
   simd/channel_weights.h
+  simd/curve_loads.h
   simd/inline.h
   simd/reciprocal_estimate.h
   simd/scalar.h
+  simd/scalar/curves.h
 )
 
 # The processor that the compiler makes code for, which need not be the one that CMake names: a cross-compiler may come
@@ -149,6 +152,7 @@ unset(CMAKE_TRY_COMPILE_TARGET_TYPE)
 if(VLVK_PROCESSOR_X86_64)
   list(APPEND VLVK_LIBRARY_SOURCES
     simd/avx2.h
+    simd/avx2/curves.h
     simd/bytes128.h
     simd/pixels128.h
     simd/sse2.h
@@ -161,6 +165,7 @@ if(VLVK_PROCESSOR_X86_64)
 elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
   list(APPEND VLVK_LIBRARY_SOURCES
     simd/neon.h
+    simd/neon/curves.h
     rows/row_loops_neon.cpp)
 elseif(VLVK_PROCESSOR_WASM128)
   list(APPEND VLVK_LIBRARY_SOURCES

@@ -9,9 +9,11 @@
 namespace vlvk {
 
 void ColorStep::buildCurves(int whitening) {
-  if (whitening_ == whitening) return;
+  if (whitening_ == whitening && curvesOrder_ == order_) return;
   buildToneCurves(whitening, curves_[0], curves_[1], curves_[2]);
+  preparedCurves_ = prepareCurves(curves_[order_ == kRgba ? 0 : 2], curves_[1], curves_[order_ == kRgba ? 2 : 0]);
   whitening_ = whitening;
+  curvesOrder_ = order_;
 }
 
 /// Without whitening the table is the picture alone: the curves of no whitening would take some green away.
@@ -43,9 +45,7 @@ bool ColorStep::prepare(int whitening, const unsigned char* picture, bool pictur
 }
 
 void ColorStep::applyCurves(const std::uint8_t* pixels, std::uint8_t* changed, int columns, AlphaRule alpha) const {
-  const std::uint8_t* first = curves_[order_ == kRgba ? 0 : 2];
-  const std::uint8_t* third = curves_[order_ == kRgba ? 2 : 0];
-  rowLoops().applyCurves[alpha](pixels, changed, columns, {first, curves_[1], third});
+  rowLoops().applyCurves[alpha](pixels, changed, columns, preparedCurves_);
 }
 
 void ColorStep::applyTable(std::uint8_t* pixels, int columns, AlphaRule alpha) const {

@@ -7,6 +7,7 @@
 #include "filter/color_table.h"
 #include "filter/tone_curves.h"
 #include "rows/pixel_orders.h"
+#include "simd/channel_curves.h"
 
 namespace vlvk {
 
@@ -47,7 +48,9 @@ class ColorStep {
   void applyTable(std::uint8_t* pixels, int columns, AlphaRule alpha) const;
 
   unsigned char curves_[3][kToneCurveSize] = {};  // red, green, blue
+  ChannelCurves preparedCurves_ = {};             // in the order of the pixels
   int whitening_ = -1;                            // of the curves
+  PixelOrder curvesOrder_ = kRgba;                // of the prepared ones
   Memory table_;
   int tableWhitening_ = -1;  // in the table; below 0: not built
   PixelOrder order_ = kRgba;

@@ -72,8 +72,8 @@ void mapThroughTable(const PixelRows& band, const unsigned char* table) {
 template <vlvk::PixelOrder kOrder>
 void mapThroughCurves(const PixelRows& band, const CFastEdgePreserved& filter) {
   const bool rgba = kOrder == vlvk::kRgba;
-  const vlvk::ChannelCurves curves{rgba ? filter.toneCurve0 : filter.toneCurve2, filter.toneCurve1,
-                                   rgba ? filter.toneCurve2 : filter.toneCurve0};
+  const vlvk::ChannelCurves curves = vlvk::prepareCurves(
+      rgba ? filter.toneCurve0 : filter.toneCurve2, filter.toneCurve1, rgba ? filter.toneCurve2 : filter.toneCurve0);
   band.forEachRow([&](const unsigned char* source, unsigned char* destination) {
     vlvk::rowLoops().applyCurves[vlvk::kOpaque](source, destination, band.width, curves);
   });

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "rows/channel_curves.h"
 #include "rows/pixel_orders.h"
+#include "simd/channel_curves.h"
 
 namespace vlvk::VLVK_TARGET {
 
@@ -28,21 +28,19 @@ inline void lookUpColors(const std::uint8_t* source, std::uint8_t* destination, 
   }
 }
 
-/// See RowLoops::applyCurves. A pixel is one load and one store, as a little-endian word: its first byte is the lowest.
+/// See RowLoops::applyCurves. The last pixels of a row that are fewer than an operation takes go through a block of
+/// their own.
 template <AlphaRule kAlpha>
 inline void applyCurves(const std::uint8_t* source, std::uint8_t* destination, int columns,
                         const ChannelCurves& curves) {
-  const std::uint8_t* first = curves.first;
-  const std::uint8_t* second = curves.second;
-  const std::uint8_t* third = curves.third;
-  for (int i = 0; i < columns; ++i, source += 4, destination += 4) {
-    std::uint32_t pixel = 0;
-    std::memcpy(&pixel, source, sizeof pixel);
-    const std::uint32_t alpha = kAlpha == kOpaque ? 0xFF000000U : pixel & 0xFF000000U;
-    pixel = first[pixel & 0xFFU] | std::uint32_t{second[(pixel >> 8U) & 0xFFU]} << 8U |
-            std::uint32_t{third[(pixel >> 16U) & 0xFFU]} << 16U | alpha;
-    std::memcpy(destination, &pixel, sizeof pixel);
-  }
+  constexpr int kBlock = 4 * kCurvedPixels;
+  for (; columns >= kCurvedPixels; columns -= kCurvedPixels, source += kBlock, destination += kBlock)
+    storeCurved<kAlpha == kOpaque>(destination, source, curves);
+  if (columns <= 0) return;
+  std::uint8_t rest[kBlock] = {};
+  std::memcpy(rest, source, 4 * static_cast<std::size_t>(columns));
+  storeCurved<kAlpha == kOpaque>(rest, rest, curves);
+  std::memcpy(destination, rest, 4 * static_cast<std::size_t>(columns));
 }
 
 }  // namespace vlvk::VLVK_TARGET

@@ -9,12 +9,12 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "rows/channel_curves.h"
 #include "rows/colorimetry.h"
 #include "rows/pixel_formula.h"
 #include "rows/pixel_orders.h"
 #include "rows/tone_formula.h"
 #include "rows/yuv_matrix.h"
+#include "simd/channel_curves.h"
 
 namespace vlvk {
 

@@ -65,6 +65,7 @@ show smoothing 16 13
 show nv21_to_rgba 2.5 2
 show rgba_to_nv21 1.5 1.2  # luma and chroma
 show table_lookup 5 4
+show tone_curves - -
 show blend - -
 show frame_in_place - -
 exit "$status"

@@ -430,4 +430,6 @@ VLVK_INLINE Pixels8 averagedBlocks(const Pixels16& upper, const Pixels16& lower)
 
 }  // namespace vlvk::VLVK_TARGET
 
+#include "simd/avx2/curves.h"  // IWYU pragma: export
+
 #endif

@@ -503,4 +503,6 @@ VLVK_INLINE U8x8 oddBytes(U8x16 v) {
 
 }  // namespace vlvk::VLVK_TARGET
 
+#include "simd/neon/curves.h"  // IWYU pragma: export
+
 #endif

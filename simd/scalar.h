@@ -457,4 +457,6 @@ inline U8x8 oddBytes(U8x16 v) {
 
 }  // namespace vlvk::VLVK_TARGET
 
+#include "simd/scalar/curves.h"  // IWYU pragma: export
+
 #endif

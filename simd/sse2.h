@@ -63,4 +63,6 @@ VLVK_INLINE U8x16 lookup(const Table64& table, U8x16 index) {
 
 }  // namespace vlvk::VLVK_TARGET
 
+#include "simd/scalar/curves.h"  // IWYU pragma: export
+
 #endif

@@ -61,18 +61,22 @@ struct Scene {
   void fromPixels() {
     VKRGBAToNV21_NeonCall(rgba.data(), 4 * kWidth, luma.data(), kWidth, chroma.data(), kWidth, kWidth, kHeight);
   }
-  void lookUp() {
+  void lookUp() { adjustColors(100, 0); }
+  void mapThroughCurves() { adjustColors(0, 50); }
+  void frame() { filter.processVideo(luma.data(), kWidth, chroma.data(), kWidth, kWidth, kHeight, nullptr, 0, true); }
+
+ private:
+  void adjustColors(int colorAdjustIntensity, int whitenIntensity) {
     CFastEdgePreserved::MakeupParam band{};
     band.outPlane = rgba.data();
     band.outStride = 4 * kWidth;
     band.width = kWidth;
     band.rows = kHeight;
-    band.colorAdjustIntensity = 100;
+    band.colorAdjustIntensity = colorAdjustIntensity;
+    band.whitenIntensity = whitenIntensity;
     filter.colorAdjustRGBA(&band);
   }
-  void frame() { filter.processVideo(luma.data(), kWidth, chroma.data(), kWidth, kWidth, kHeight, nullptr, 0, true); }
 
- private:
   template <class T>
   static unsigned char* bytes(T* elements) {
     return static_cast<unsigned char*>(static_cast<void*>(elements));
@@ -90,6 +94,7 @@ const std::map<std::string, Unit> kUnits = {
     {"nv21_to_rgba", {&Scene::toPixels, kPixels}},
     {"rgba_to_nv21", {&Scene::fromPixels, kPixels}},
     {"table_lookup", {&Scene::lookUp, kPixels}},
+    {"tone_curves", {&Scene::mapThroughCurves, kPixels}},
     {"frame_in_place", {&Scene::frame, kPixels}},
 };
 

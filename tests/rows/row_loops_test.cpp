@@ -4,14 +4,21 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "rows/pixel_formula.h"
 #include "simd/reciprocal_estimate.h"
 #include "tests/naive/naive.h"
+#include "tests/support/guarded_buffer.h"
+#include "tests/support/random_content.h"
+#include "tests/support/target_test.h"
 
 namespace {
 
@@ -133,5 +140,65 @@ TEST(Targets, EachSetIsCodeOfItsOwnAndCanBeForced) {
   EXPECT_TRUE(vlvk::forceRowLoops(nullptr));
   EXPECT_EQ(&vlvk::rowLoops(), sets[0]);
 }
+
+class Curves : public testing_support::TargetTest {
+ protected:
+  using Curve = std::vector<std::uint8_t>;
+
+  Curve randomCurve() {
+    Curve curve(256);
+    std::generate(curve.begin(), curve.end(), [&] { return random_.byte(); });
+    return curve;
+  }
+
+  /// Each sixteenth lies anywhere, and rises evenly but for random residues, of which 0 and the highest occur.
+  Curve curveInSteps(int highest = 15) {
+    Curve curve;
+    for (int start = 0; start < 256; start += 16) {
+      const int level = random_.between(0, 224);
+      for (int i = 0; i < 16; ++i)
+        curve.push_back(static_cast<std::uint8_t>(level + i + random_.pick({0, highest, random_.between(0, highest)})));
+      curve[curve.size() - 16] = static_cast<std::uint8_t>(level);
+      curve.back() = static_cast<std::uint8_t>(level + 15 + highest);
+    }
+    return curve;
+  }
+
+  /// Every width, each channel with every value at another place of a block for each channel and width.
+  static void expectEntries(const Curve (&curves)[3], bool inSteps) {
+    const vlvk::ChannelCurves prepared = vlvk::prepareCurves(curves[0].data(), curves[1].data(), curves[2].data());
+    EXPECT_EQ(prepared.inSteps, inSteps);
+    for (int width = 0; width <= 300; ++width) {
+      const std::size_t bytes = 4 * static_cast<std::size_t>(width);
+      for (const vlvk::AlphaRule alpha : {vlvk::kKeepAlpha, vlvk::kOpaque}) {
+        std::vector<std::uint8_t> source, expected;
+        for (std::size_t i = 0; i < bytes; ++i) {
+          source.push_back(static_cast<std::uint8_t>(i / 4 * 83 + i % 4 * 31 + bytes));
+          expected.push_back(i % 4 < 3 ? curves[i % 4][source[i]] : alpha == vlvk::kOpaque ? 255 : source[i]);
+        }
+        testing_support::GuardedBuffer apart(bytes, testing_support::Guard::kBehind, 7);
+        vlvk::rowLoops().applyCurves[alpha](source.data(), apart.data(), width, prepared);
+        ASSERT_TRUE(std::equal(expected.begin(), expected.end(), apart.data())) << width << " pixels, alpha " << alpha;
+        testing_support::GuardedBuffer inPlace(bytes, testing_support::Guard::kBefore, 7);
+        std::copy(source.begin(), source.end(), inPlace.data());
+        vlvk::rowLoops().applyCurves[alpha](inPlace.data(), inPlace.data(), width, prepared);
+        ASSERT_TRUE(std::equal(expected.begin(), expected.end(), inPlace.data())) << width << " pixels in place";
+      }
+    }
+  }
+
+  testing_support::Random random_{18};
+};
+
+TEST_P(Curves, GiveTheirEntriesForEveryValueWhetherInStepsOrNot) {
+  const Curve outer = curveInSteps();
+  const Curve middle = curveInSteps();
+  expectEntries({outer, middle, outer}, true);
+  expectEntries({outer, middle, curveInSteps()}, false);
+  expectEntries({outer, curveInSteps(16), outer}, false);
+  expectEntries({randomCurve(), middle, randomCurve()}, false);
+}
+
+VLVK_TEST_ALL_TARGETS(Curves);
 
 }  // namespace
