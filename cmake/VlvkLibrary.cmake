@@ -134,6 +134,7 @@ set(VLVK_LIBRARY_SOURCES
   simd/channel_weights.h
   simd/curve_loads.h
   simd/inline.h
+  simd/inside_columns.h
   simd/reciprocal_estimate.h
   simd/scalar.h
   simd/scalar/curves.h
@@ -166,6 +167,7 @@ elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
   list(APPEND VLVK_LIBRARY_SOURCES
     simd/neon.h
     simd/neon/curves.h
+    simd/neon/pairs.h
     rows/row_loops_neon.cpp)
 elseif(VLVK_PROCESSOR_WASM128)
   list(APPEND VLVK_LIBRARY_SOURCES

@@ -50,10 +50,17 @@ struct PairedSums {
   U32x8 odd;
 };
 
-inline PairedSums sumsOfPairs(U32x8 carried, const PairSteps& steps) {
-  const U32x8 odd = add(carried, prefixSum(steps.pair));
+template <class Steps>
+inline PairedSums sumsOfPairs(U32x8 carried, const Steps& steps) {
+  const U32x8 odd = prefixSum(carried, steps.pair);
   return {sub(odd, steps.odd), odd};
 }
+
+/// Both box sums of 16 columns.
+struct PairedBoxes {
+  PairedSums sums;
+  PairedSums squares;
+};
 
 /// Box sums of a run of columns, even and odd ones apart: 8 even columns, the 8 odd ones among them, 8 even ones ...
 struct BoxRun {
@@ -95,8 +102,8 @@ struct BoxScan {
 
   template <class Use8>
   VLVK_INLINE void step8(std::ptrdiff_t j, U32x8 sumSteps, U32x8 squareSteps, const Use8& use8) {
-    const U32x8 boxSums = add(boxSum, prefixSum(sumSteps));
-    const U32x8 boxSquares = add(boxSquare, prefixSum(squareSteps));
+    const U32x8 boxSums = prefixSum(boxSum, sumSteps);
+    const U32x8 boxSquares = prefixSum(boxSquare, squareSteps);
     boxSum = splatLast(boxSums);
     boxSquare = splatLast(boxSquares);
     use8(j, boxSums, boxSquares);
@@ -124,6 +131,35 @@ struct BoxScan {
       enteringSquares += 8;
       leavingSquares += 8;
     }
+    return j;
+  }
+  /// The box sums of 16 inside columns from column j on.
+  VLVK_INLINE PairedBoxes step16(std::ptrdiff_t j) {
+    const PairedSums boxSums = sumsOfPairs(boxSum, pairSteps(sums + j + toEntering, sums + j + toLeaving));
+    const PairedSums boxSquares = sumsOfPairs(boxSquare, pairSteps(squares + j + toEntering, squares + j + toLeaving));
+    boxSum = splatLast(boxSums.odd);
+    boxSquare = splatLast(boxSquares.odd);
+    return {boxSums, boxSquares};
+  }
+  /// As groups, but of 16: `use16(j, boxes)` gets columns j .. j + 15.
+  template <class Use16>
+  VLVK_INLINE std::ptrdiff_t pairs(std::ptrdiff_t j, const Use16& use16) {
+    for (const std::ptrdiff_t end = lastInside(16); j <= end; j += 16)
+      use16(j, step16(j));
+    return j;
+  }
+  /// The same, using box sums when the next ones are formed.
+  template <class Use16>
+  VLVK_INLINE std::ptrdiff_t pairsOneStepLate(std::ptrdiff_t j, const Use16& use16) {
+    const std::ptrdiff_t end = lastInside(16);
+    if (j > end) return j;
+    PairedBoxes boxes = step16(j);
+    for (j += 16; j <= end; j += 16) {
+      const PairedBoxes next = step16(j);
+      use16(j - 16, boxes);
+      boxes = next;
+    }
+    use16(j - 16, boxes);
     return j;
   }
   /// The same in runs: `useRun(j, count, run)` gets columns j .. j + count - 1, a multiple of 16, at once.
@@ -155,8 +191,8 @@ struct BoxScan {
 /// columns whose boxes lie wholly in 0 .. last, and columns at its right end whose boxes reach past `last`. Only the
 /// ends pay for clamping. A caller may take inside columns another way than 8 at a time: after the left end,
 /// `useInside(scan, j)` is called once with the scan standing at column j, the first inside column. It moves the scan
-/// over as many inside columns as it likes (none, or what BoxScan::runs takes) and returns the first column that it has
-/// not done, where the scan goes on with `use8`.
+/// over as many inside columns as it likes (none, or what BoxScan's functions take) and returns the first column that
+/// it has not done, where the scan goes on with `use8`.
 template <BoxShift kShift, class Sum, class Use8, class UseInside>
 VLVK_INLINE void scanBoxSums(const Sum* sums, const std::uint32_t* squares, std::ptrdiff_t columns, std::ptrdiff_t last,
                              int halfSize, const Use8& use8, const UseInside& useInside) {

@@ -89,10 +89,13 @@ inline LitConstants litConstants(F32x8 mean, F32x8 meanSquare, const FormulaLane
 template <ContrastRule kRule>
 inline Quotient smoothed(F32x8 samples, F32x8 sums, F32x8 squares, const FormulaLanes& k) {
   const F32x8 mean = mul(sums, k.inverseArea);
-  const F32x8 meanSquare = mul(mean, mean);
-  const F32x8 variance = sub(mul(squares, k.inverseArea), meanSquare);
-  const LitConstants lit = litConstants<kRule>(mean, meanSquare, k);
-  return pulledToMean(samples, mean, add(variance, lit.bias), lit.strength);
+  const F32x8 variance = subProduct(mul(squares, k.inverseArea), mean, mean);
+  if constexpr (kRule == kAbsoluteContrast) {
+    return pulledToMean(samples, mean, add(variance, k.bias), k.strength);  // copies of both would go through memory
+  } else {
+    const LitConstants lit = litConstants<kRule>(mean, mul(mean, mean), k);
+    return pulledToMean(samples, mean, add(variance, lit.bias), lit.strength);
+  }
 }
 
 template <Denominator kDenominator = kNormalRange>
@@ -151,6 +154,34 @@ inline void smoothRun(const BoxRun& run, const std::uint8_t* source, std::uint8_
     store(destination + i, truncToLowBytes(pixelsAt(i), pixelsAt(i + 8)));
 }
 
+/// Smooths 16 columns.
+template <ContrastRule kRule>
+VLVK_INLINE U8x16 smoothedPixels(U8x16 samples, const PairedBoxes& boxes, const FormulaLanes& k) {
+  const auto pixels = [&](F32x8 x, U32x8 sums, U32x8 squares) __attribute__((always_inline)) {
+    return divided(smoothed<kRule>(x, toFloatBelow2To31(sums), toFloatBelow2To31(squares), k));
+  };
+  return truncToLowBytes(pixels(toFloatEven(samples), boxes.sums.even, boxes.squares.even),
+                         pixels(toFloatOdd(samples), boxes.sums.odd, boxes.squares.odd));
+}
+
+/// Smooths inside columns from the first one on, in the target's way. Returns the first column that is not done.
+template <ContrastRule kRule, class Scan>
+VLVK_INLINE std::ptrdiff_t smoothInside(Scan& scan, std::ptrdiff_t first, const std::uint8_t* source,
+                                        std::uint8_t* destination, const FormulaLanes& k) {
+  const auto use16 = [&](std::ptrdiff_t j, const PairedBoxes& boxes) __attribute__((always_inline)) {
+    store(destination + j, smoothedPixels<kRule>(loadU8x16(source + j), boxes, k));
+  };
+  if constexpr (kInsideColumns == kInPairsOneStepLate) {
+    return scan.pairsOneStepLate(first, use16);
+  } else if constexpr (kInsideColumns == kInPairs) {
+    return scan.pairs(first, use16);
+  } else {
+    return scan.runs(first, [&](std::ptrdiff_t j, int count, const BoxRun& run) {
+      smoothRun<kRule>(run, source + j, destination + j, count, k);
+    });
+  }
+}
+
 /// See RowLoops::smoothRow.
 template <ContrastRule kRule>
 inline void smoothRow(const std::uint16_t* sums, const std::uint32_t* squares, int columns, const std::uint8_t* source,
@@ -162,12 +193,8 @@ inline void smoothRow(const std::uint16_t* sums, const std::uint32_t* squares, i
         store(destination + j, smoothedPixels<kRule>(loadU8x8(source + j), toFloatBelow2To31(boxSums),
                                                      toFloatBelow2To31(boxSquares), k));
       },
-      [&](auto& scan, std::ptrdiff_t first) __attribute__((always_inline)) {
-        const auto useRun = [&](std::ptrdiff_t j, int count, const BoxRun& run) {
-          smoothRun<kRule>(run, source + j, destination + j, count, k);
-        };
-        return kSplitRowsIntoRuns ? scan.runs(first, useRun) : first;
-      });
+      [&](auto& scan, std::ptrdiff_t first)
+          __attribute__((always_inline)) { return smoothInside<kRule>(scan, first, source, destination, k); });
 }
 
 }  // namespace vlvk::VLVK_TARGET

@@ -103,18 +103,18 @@ VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
 VLVK_INLINE U32x8 joinHalves(U32x8 a, U32x8 b) {
   return {_mm256_blend_epi32(a.v, b.v, 0xF0)};
 }
-VLVK_INLINE U32x8 prefixSum(U32x8 v) {
+VLVK_INLINE U32x8 prefixSum(U32x8 before, U32x8 v) {
   __m256i sum = _mm256_add_epi32(v.v, _mm256_slli_si256(v.v, 4));
   sum = _mm256_add_epi32(sum, _mm256_slli_si256(sum, 8));
   // The lower half's total goes to every lane of the upper half, zero to the lower half.
   const __m256i lowerSums = _mm256_permute2x128_si256(sum, sum, 0x08);
-  return {_mm256_add_epi32(sum, _mm256_shuffle_epi32(lowerSums, 0xFF))};
+  return add(before, {_mm256_add_epi32(sum, _mm256_shuffle_epi32(lowerSums, 0xFF))});
 }
 VLVK_INLINE U32x8 splatLast(U32x8 v) {
   return {_mm256_permutevar8x32_epi32(v.v, _mm256_set1_epi32(7))};
 }
 
-inline constexpr bool kSplitRowsIntoRuns = true;
+inline constexpr InsideColumns kInsideColumns = kInRuns;
 
 struct PairSteps {
   U32x8 pair;

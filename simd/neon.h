@@ -132,36 +132,13 @@ VLVK_INLINE uint32x4_t prefixSum4(uint32x4_t v) {
 VLVK_INLINE uint32x4_t splatLast4(uint32x4_t v) {
   return vdupq_lane_u32(vget_high_u32(v), 1);
 }
-VLVK_INLINE U32x8 prefixSum(U32x8 v) {
-  const uint32x4_t low = prefixSum4(v.low);
+VLVK_INLINE U32x8 prefixSum(U32x8 before, U32x8 v) {
+  const uint32x4_t low = vaddq_u32(before.low, prefixSum4(v.low));
   return {low, vaddq_u32(prefixSum4(v.high), splatLast4(low))};
 }
 VLVK_INLINE U32x8 splatLast(U32x8 v) {
   const uint32x4_t last = splatLast4(v.high);
   return {last, last};
-}
-
-/// Counted in instructions, runs cost a third more; small cores do not reorder enough to win that back.
-inline constexpr bool kSplitRowsIntoRuns = false;
-
-struct PairSteps {
-  U32x8 pair;
-  U32x8 odd;
-};
-VLVK_INLINE PairSteps pairSteps(const std::uint16_t* entering, const std::uint16_t* leaving) {
-  const int16x8_t low = vreinterpretq_s16_u16(vsubq_u16(vld1q_u16(entering), vld1q_u16(leaving)));
-  const int16x8_t high = vreinterpretq_s16_u16(vsubq_u16(vld1q_u16(entering + 8), vld1q_u16(leaving + 8)));
-  return {{vreinterpretq_u32_s32(vpaddlq_s16(low)), vreinterpretq_u32_s32(vpaddlq_s16(high))},
-          {vreinterpretq_u32_s32(vshrq_n_s32(vreinterpretq_s32_s16(low), 16)),
-           vreinterpretq_u32_s32(vshrq_n_s32(vreinterpretq_s32_s16(high), 16))}};
-}
-VLVK_INLINE PairSteps pairSteps(const std::uint32_t* entering, const std::uint32_t* leaving) {
-  const U32x8 low = sub(load8(entering), load8(leaving));
-  const U32x8 high = sub(load8(entering + 8), load8(leaving + 8));
-  const uint32x4x2_t lowSplit = vuzpq_u32(low.low, low.high);
-  const uint32x4x2_t highSplit = vuzpq_u32(high.low, high.high);
-  const U32x8 odd = {lowSplit.val[1], highSplit.val[1]};
-  return {add({lowSplit.val[0], highSplit.val[0]}, odd), odd};
 }
 
 // Single precision. ARMv7 flushes denormals to zero here.
@@ -177,12 +154,6 @@ VLVK_INLINE F32x8 toFloat(uint16x8_t v) {
 }
 VLVK_INLINE F32x8 toFloat(U8x8 v) {
   return toFloat(vmovl_u8(v.v));
-}
-VLVK_INLINE F32x8 toFloatEven(U8x16 v) {
-  return toFloat(vandq_u16(vreinterpretq_u16_u8(v.v), vdupq_n_u16(0xFF)));
-}
-VLVK_INLINE F32x8 toFloatOdd(U8x16 v) {
-  return toFloat(vshrq_n_u16(vreinterpretq_u16_u8(v.v), 8));
 }
 VLVK_INLINE F32x8 add(F32x8 a, F32x8 b) {
   return {vaddq_f32(a.low, b.low), vaddq_f32(a.high, b.high)};
@@ -504,5 +475,6 @@ VLVK_INLINE U8x8 oddBytes(U8x16 v) {
 }  // namespace vlvk::VLVK_TARGET
 
 #include "simd/neon/curves.h"  // IWYU pragma: export
+#include "simd/neon/pairs.h"  // IWYU pragma: export
 
 #endif

@@ -15,6 +15,7 @@
 
 #include "base/arm_math.h"
 #include "simd/channel_weights.h"
+#include "simd/inside_columns.h"
 #include "simd/reciprocal_estimate.h"
 
 #ifndef VLVK_TARGET
@@ -143,11 +144,11 @@ inline U32x8 sub(U32x8 a, U32x8 b) {
 inline U32x8 joinHalves(U32x8 a, U32x8 b) {
   return forLanes<U32x8>([&](int i) { return i < 4 ? a.lane[i] : b.lane[i]; });
 }
-/// Lane i becomes the sum of lanes 0 .. i.
-inline U32x8 prefixSum(U32x8 v) {
+/// Lane i becomes the sum of lanes 0 .. i and of `before`, whose lanes are all the same.
+inline U32x8 prefixSum(U32x8 before, U32x8 v) {
   for (int i = 1; i < 8; ++i)
     v.lane[i] += v.lane[i - 1];
-  return v;
+  return add(before, v);
 }
 /// The last lane, in every lane.
 inline U32x8 splatLast(U32x8 v) {
@@ -159,7 +160,8 @@ struct PairSteps {
   U32x8 pair;  ///< both columns together
   U32x8 odd;   ///< the second (odd) column alone
 };
-/// entering - leaving of 16 columns. The differences of 16-bit sums must fit 16 bits with their sign.
+/// entering - leaving of 16 columns. The differences must fit the sums' width with their sign, those of a pair together
+/// 32 bits.
 template <class Sum>
 inline PairSteps pairSteps(const Sum* entering, const Sum* leaving) {
   using Difference = std::make_signed_t<Sum>;
@@ -168,9 +170,7 @@ inline PairSteps pairSteps(const Sum* entering, const Sum* leaving) {
           forLanes<U32x8>([&](int i) { return step(2 * i + 1); })};
 }
 
-/// Whether smoothRow cuts a row into runs of columns and works each off in several short loops, which hand over in
-/// memory, instead of one long loop. Processors that reorder much gain from the short chains of operations.
-inline constexpr bool kSplitRowsIntoRuns = true;
+inline constexpr InsideColumns kInsideColumns = kInRuns;
 
 // Single precision. Every operation rounds by itself.
 

@@ -3,11 +3,12 @@
 #ifndef VLVK_SIMD_SSE2_H
 #define VLVK_SIMD_SSE2_H
 
+#include "simd/inside_columns.h"
 #include "simd/x86_128.h"
 
 namespace vlvk::VLVK_TARGET {
 
-inline constexpr bool kSplitRowsIntoRuns = true;
+inline constexpr InsideColumns kInsideColumns = kInRuns;
 
 /// Both 16-bit halves convert exactly, so only the last addition rounds.
 VLVK_INLINE F128 floatsOfUnsigned(V128 v) {

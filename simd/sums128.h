@@ -73,9 +73,9 @@ VLVK_INLINE V128 prefixSum4(V128 v) {
   v = add32(v, moveUp32<1>(v));
   return add32(v, moveUp32<2>(v));
 }
-VLVK_INLINE U32x8 prefixSum(U32x8 v) {
+VLVK_INLINE U32x8 prefixSum(U32x8 before, U32x8 v) {
   const V128 low = prefixSum4(v.low);
-  return {low, add32(prefixSum4(v.high), splatLast32(low))};
+  return add(before, {low, add32(prefixSum4(v.high), splatLast32(low))});
 }
 VLVK_INLINE U32x8 splatLast(U32x8 v) {
   const V128 last = splatLast32(v.high);

@@ -11,13 +11,14 @@
 #include <cstdint>
 
 #include "simd/inline.h"
+#include "simd/inside_columns.h"
 
 namespace vlvk::VLVK_TARGET {
 
 using V128 = v128_t;
 using F128 = v128_t;
 
-inline constexpr bool kSplitRowsIntoRuns = true;
+inline constexpr InsideColumns kInsideColumns = kInRuns;
 
 // Memory.
 

@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "simd/inline.h"
+#include "simd/inside_columns.h"
 
 namespace vlvk::VLVK_TARGET {
 
