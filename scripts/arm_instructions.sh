@@ -61,7 +61,7 @@ show() {
 }
 
 printf '%-16s %8s %6s %5s %10s\n' unit ARMv7 must aim AArch64
-show smoothing 16 13
+show smoothing 12 11
 show nv21_to_rgba 2.5 2
 show rgba_to_nv21 1.5 1.2  # luma and chroma
 show table_lookup 5 4

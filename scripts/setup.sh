@@ -4,9 +4,9 @@
 #   bash scripts/setup.sh [PURPOSE...]
 #
 # Purposes, without any of them program: program, test, java, check (layout and lint), bench (with the
-# libraries compared with), plot, cross (tests for ARM in an emulator), android (compiling for it, and its package,
-# without an NDK), web (the module for pages), browsers (to try it in), fuzz, valgrind, docs, video, plugins (to try
-# them in their hosts).
+# libraries compared with), plot, cross (tests for ARM in an emulator), cycles (models of ARM cores), android (compiling
+# for it, and its package, without an NDK), web (the module for pages), browsers (to try it in), fuzz, valgrind, docs,
+# video, plugins (to try them in their hosts).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/quietly.sh
@@ -28,6 +28,7 @@ for purpose in "${@:-program}"; do
     cross)
       packages+=(default-jdk-headless g++-aarch64-linux-gnu g++-arm-linux-gnueabihf googletest qemu-user)
       ;;
+    cycles) packages+=(g++-aarch64-linux-gnu llvm-19) ;;
     android)
       packages+=(clang lld llvm libclang-rt-14-dev libc++-14-dev libc6-dev-arm64-cross libc6-dev-armhf-cross)
       packages+=(android-libnativehelper-dev android-platform-frameworks-native-headers)
