@@ -1,4 +1,5 @@
-/// Time of a whole frame by the composition of other libraries; counterpart of frame/in_place.
+/// Time of a whole frame, and of its smoothing, by the composition of other libraries; counterparts of frame/in_place
+/// and reference_filter/smooth.
 #include "bench/measure.h"
 #include "bench/peers/composition.h"
 #include "bench/scene.h"
@@ -29,10 +30,21 @@ void steadyFrame(benchmark::State& state, Size size, const Scene& scene, int thr
   countPixels(state, size.pixels());
 }
 
+/// Box sums with one fused loop for the formula.
+void addSmoothing(Size size, const Variant& variant) {
+  add(std::string("reference_filter/smooth/") + variant.name + "/" + size.name(), [=](benchmark::State& state) {
+    std::vector<std::uint8_t> luma = lumaPlane(size, 0);
+    Composition composition(size, 1, variant.boxStripRows);
+    measure(state, size.pixels(), [&] { composition.smooth(luma.data()); });
+  });
+}
+
 }  // namespace
 
 void addCompositionBenchmarks(const std::vector<Size>& sizes) {
   for (const Size size : sizes) {
+    for (const Variant& variant : kVariants)
+      addSmoothing(size, variant);
     for (const Scene& scene : scenes()) {
       for (const int threads : {1, 2}) {
         for (const Variant& variant : kVariants) {

@@ -1,4 +1,5 @@
-/// Time of the textbook smoother. Counterpart of the sums: box_sums/opencv.
+/// Time of the textbook smoother. Counterparts: of the sums box_sums/opencv, of both together
+/// reference_filter/smooth/composition.
 #include <vlvk/reference_filter.h>
 
 #include "bench/smoothers_bench.h"
@@ -15,6 +16,10 @@ void addReferenceFilterBenchmarks(const std::vector<Size>& sizes) {
   for (const Size size : sizes) {
     addSmoother("reference_filter/sums", size, sums);
     addSmoother("reference_filter/blend", size, blend, sums);
+    addSmoother("reference_filter/smooth", size, [=](SmootherPlanes& p, Size s, int radius) {
+      sums(p, s, radius);
+      blend(p, s, radius);
+    });
   }
 }
 

@@ -33,7 +33,7 @@ struct Rows {
     curves = vlvk::prepareCurves(whitening[0], whitening[1], whitening[2]);
     for (std::size_t i = 0; i < longSquares.size(); ++i)
       longSquares[i] = i * 22500;
-    for (int i = 0; i < 64; ++i)
+    for (int i = 0; i < 48; ++i)
       weights[i] = static_cast<std::uint8_t>(64 - i);
   }
 
@@ -53,7 +53,7 @@ struct Rows {
   std::vector<std::uint32_t> outSquares;
   std::vector<std::uint8_t> colors;
   vlvk::ChannelCurves curves;
-  std::uint8_t weights[64];
+  std::uint8_t weights[64] = {};
 };
 
 /// One call of a row loop.
@@ -102,6 +102,10 @@ const Loop kLoops[] = {
      [](const auto& l, Rows& r) {
        l.blendStatistics(r.row(0), r.out.data(), r.wideSums.data(), r.wideSquares.data(), r.columns,
                          vlvk::makePixelFormula(kHalfSize, kLevel));
+     }},
+    {"divideStatistics", 1,
+     [](const auto& l, Rows& r) {
+       l.divideStatistics(r.out.data(), r.wideSums.data(), r.wideSquares.data(), r.columns, 47 * 47, 600);
      }},
     {"blendRowPair", 2,
      [](const auto& l, Rows& r) {

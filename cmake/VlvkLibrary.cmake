@@ -129,10 +129,12 @@ set(VLVK_LIBRARY_SOURCES
   rows/yuv_matrix.cpp
   rows/yuv_matrix.h
   rows/yuv_to_rgb_rows.h
+  simd/blend_by_16.h
   simd/channel_curves.cpp
   simd/channel_curves.h
   simd/channel_weights.h
   simd/curve_loads.h
+  simd/half_up.h
   simd/inline.h
   simd/inside_columns.h
   simd/reciprocal_estimate.h
@@ -153,7 +155,10 @@ unset(CMAKE_TRY_COMPILE_TARGET_TYPE)
 if(VLVK_PROCESSOR_X86_64)
   list(APPEND VLVK_LIBRARY_SOURCES
     simd/avx2.h
+    simd/avx2/blend.h
+    simd/avx2/columns.h
     simd/avx2/curves.h
+    simd/avx2/quotients.h
     simd/bytes128.h
     simd/pixels128.h
     simd/sse2.h
@@ -166,8 +171,10 @@ if(VLVK_PROCESSOR_X86_64)
 elseif(VLVK_PROCESSOR_AARCH64 OR VLVK_PROCESSOR_ARM)
   list(APPEND VLVK_LIBRARY_SOURCES
     simd/neon.h
+    simd/neon/columns.h
     simd/neon/curves.h
     simd/neon/pairs.h
+    simd/neon/quotients.h
     rows/row_loops_neon.cpp)
 elseif(VLVK_PROCESSOR_WASM128)
   list(APPEND VLVK_LIBRARY_SOURCES

@@ -45,6 +45,7 @@ const RowLoops kRowLoops = {
     .integralSmooth = integralSmooth,
     .integralSmooth8 = integralSmooth8,
     .blendStatistics = blendStatistics,
+    .divideStatistics = divideStatistics,
     .blendRowPair = blendRowPair,
     .skinWeights = skinWeights,
     .maskWeights = maskWeights,

@@ -3,13 +3,54 @@
 #include <cstdint>
 #include <cstring>
 
+#include "simd/inline.h"
+
 namespace vlvk::VLVK_TARGET {
 
-/// Blends one row pair of 8 columns: the last ones of a row whose width is an odd multiple of 8.
-inline void blendLast8(const std::uint8_t* unsmoothed, const std::uint8_t* smoothed, std::uint8_t* out,
-                       const std::uint8_t* weights) {
-  for (int i = 0; i < 8; ++i) {
-    out[i] = static_cast<std::uint8_t>((unsmoothed[i] * (64 - weights[i]) + smoothed[i] * weights[i]) >> 6);
+/// A row pair before and after smoothing, where its blend goes, and its chroma.
+struct BlendedPair {
+  const std::uint8_t* unsmoothed[2];
+  const std::uint8_t* smoothed[2];
+  std::uint8_t* out[2];
+  const std::uint8_t* chroma;
+};
+
+/// Blends `columns` columns, kBlendColumns or more.
+inline void blendColumns(const BlendedPair& pair, int columns, const std::uint8_t* weights,
+                         const std::uint8_t* centre) {
+  const BlendedPair rows = pair;  // what is written cannot change these pointers
+  const BlendBytes centres = splatBlendPair(centre[0], centre[1]);
+  withBlendTable(
+      weights, [&](const auto& table) __attribute__((always_inline)) {
+        const auto blended = [&](int c) __attribute__((always_inline)) {
+          const BlendBytes distances = absDifference(loadBlendBytes(rows.chroma + c), centres);
+          return mixBy64ths(loadBlendRows(rows.unsmoothed[0] + c, rows.unsmoothed[1] + c),
+                            loadBlendRows(rows.smoothed[0] + c, rows.smoothed[1] + c),
+                            mulPairsShift6(lookup(table, distances)));
+        };
+        const int last = columns - kBlendColumns;
+        // These may overlap the columns before them, and what they are made of may be overwritten with those.
+        const BlendRows lastOnes = blended(last);
+        for (int c = 0; c < last; c += kBlendColumns)
+          storeBlendRows(rows.out[0] + c, rows.out[1] + c, blended(c));
+        storeBlendRows(rows.out[0] + last, rows.out[1] + last, lastOnes);
+      });
+}
+
+/// Blends fewer columns, in rows that have kBlendColumns.
+inline void blendFewColumns(const BlendedPair& rows, int columns, const std::uint8_t* weights,
+                            const std::uint8_t* centre) {
+  std::uint8_t few[5][kBlendColumns] = {};
+  const std::uint8_t* sources[5] = {rows.unsmoothed[0], rows.unsmoothed[1], rows.smoothed[0], rows.smoothed[1],
+                                    rows.chroma};
+  for (int i = 0; i < 5; ++i) {
+    for (int c = 0; c < columns; ++c)
+      few[i][c] = sources[i][c];
+  }
+  blendColumns({{few[0], few[1]}, {few[2], few[3]}, {few[2], few[3]}, few[4]}, kBlendColumns, weights, centre);
+  for (int i = 0; i < 2; ++i) {
+    for (int c = 0; c < columns; ++c)
+      rows.out[i][c] = few[2 + i][c];
   }
 }
 
@@ -18,25 +59,9 @@ inline void blendRowPair(const std::uint8_t* unsmoothed0, const std::uint8_t* un
                          const std::uint8_t* smoothed0, const std::uint8_t* smoothed1, std::uint8_t* out0,
                          std::uint8_t* out1, const std::uint8_t* chroma, int columns, const std::uint8_t* weights,
                          const std::uint8_t* centre) {
-  const Table64 table = loadTable64(weights);
-  const U8x16 centres = splatPair16(centre[0], centre[1]);
-  const auto weightsOf = [&](U8x16 pairs) { return mulPairsShift6(lookup(table, absDifference(pairs, centres))); };
-
-  int c = 0;
-  for (; c + 16 <= columns; c += 16) {
-    storeRows(out0 + c, out1 + c,
-              mixBy64ths(loadRows(unsmoothed0 + c, unsmoothed1 + c), loadRows(smoothed0 + c, smoothed1 + c),
-                         weightsOf(loadU8x16(chroma + c))));
-  }
-  if (c < columns) {
-    std::uint8_t pairs[16] = {};
-    for (int i = 0; i < 8; ++i)
-      pairs[i] = chroma[c + i];
-    std::uint8_t pixelWeights[16];
-    store(pixelWeights, weightsOf(loadU8x16(pairs)));
-    blendLast8(unsmoothed0 + c, smoothed0 + c, out0 + c, pixelWeights);
-    blendLast8(unsmoothed1 + c, smoothed1 + c, out1 + c, pixelWeights);
-  }
+  const BlendedPair rows = {{unsmoothed0, unsmoothed1}, {smoothed0, smoothed1}, {out0, out1}, chroma};
+  const auto blend = columns >= kBlendColumns ? blendColumns : blendFewColumns;
+  blend(rows, columns, weights, centre);
 }
 
 /// See RowLoops::skinWeights.

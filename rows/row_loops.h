@@ -88,6 +88,11 @@ struct RowLoops {
   void (*blendStatistics)(const std::uint8_t* source, std::uint8_t* destination, const std::uint32_t* sums,
                           const std::uint32_t* squares, int columns, const PixelFormula& formula);
 
+  /// Smooths one row in place from ready box statistics, with divisions and rounding half up, as MeanBlendImage does;
+  /// any number of columns. `area` is that of the box.
+  void (*divideStatistics)(std::uint8_t* image, const std::uint32_t* sums, const std::uint32_t* squares, int columns,
+                           float area, float strength);
+
   /// Mixes two luma rows by the skin weight of the chroma row between them. out0, out1 may be the smoothed or the
   /// unsmoothed rows. `columns` is a multiple of 8; weights has 64 entries of 0 .. 64, indexed by distance.
   void (*blendRowPair)(const std::uint8_t* unsmoothed0, const std::uint8_t* unsmoothed1, const std::uint8_t* smoothed0,

@@ -21,16 +21,21 @@ inline void addRow(std::uint16_t* __restrict sums, std::uint32_t* __restrict squ
 /// See RowLoops::slideColumnSums.
 inline void slideColumnSums(std::uint16_t* sums, std::uint32_t* squares, const std::uint8_t* entering,
                             const std::uint8_t* leaving, int columns) {
-  for (; columns > 0; columns -= 8) {
-    const U8x8 in = loadU8x8(entering);
-    entering += 8;
-    const U8x8 out = loadU8x8(leaving);
-    leaving += 8;
-    store(sums, addDifference(load8(sums), in, out));
-    sums += 8;
-    store(squares, addSquareDifference(load8(squares), in, out));
-    squares += 8;
+  for (; columns >= 16; columns -= 16) {
+    const U8x16 in = loadU8x16(entering);
+    entering += 16;
+    const U8x16 out = loadU8x16(leaving);
+    leaving += 16;
+    slideSums16(sums, in, out);
+    sums += 16;
+    slideSquares16(squares, in, out);
+    squares += 16;
   }
+  if (columns == 0) return;
+  const U8x8 in = loadU8x8(entering);
+  const U8x8 out = loadU8x8(leaving);
+  store(sums, addDifference(load8(sums), in, out));
+  store(squares, addSquareDifference(load8(squares), in, out));
 }
 
 /// Constants of the pixel formula, one vector each.

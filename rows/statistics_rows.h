@@ -111,4 +111,35 @@ inline void blendStatistics(const std::uint8_t* source, std::uint8_t* destinatio
   }
 }
 
+/// 8 pixels of RowLoops::divideStatistics.
+inline U8x8 dividedPixels(U8x8 samples, U32x8 sums, U32x8 squares, F32x8 area, F32x8 strength) {
+  const F32x8 mean = div(toFloat(sums), area);
+  const F32x8 variance = max(sub(div(toFloat(squares), area), mul(mean, mean)), splat8(0.0F));
+  const Quotient quotient = pulledToMean(toFloat(samples), mean, variance, strength);
+  return roundHalfUpToLowBytes(div(quotient.numerator, quotient.denominator));
+}
+
+/// See RowLoops::divideStatistics.
+inline void divideStatistics(std::uint8_t* image, const std::uint32_t* sums, const std::uint32_t* squares, int columns,
+                             float area, float strength) {
+  const F32x8 areas = splat8(area);
+  const F32x8 strengths = splat8(strength);
+  int x = 0;
+  for (; x + 8 <= columns; x += 8) {
+    store(image + x, dividedPixels(loadU8x8(image + x), load8(sums + x), load8(squares + x), areas, strengths));
+  }
+  if (x == columns) return;
+  std::uint8_t samples[8] = {};
+  std::uint32_t lastSums[8] = {};
+  std::uint32_t lastSquares[8] = {};
+  for (int i = 0; x + i < columns; ++i) {
+    samples[i] = image[x + i];
+    lastSums[i] = sums[x + i];
+    lastSquares[i] = squares[x + i];
+  }
+  store(samples, dividedPixels(loadU8x8(samples), load8(lastSums), load8(lastSquares), areas, strengths));
+  for (int i = 0; x + i < columns; ++i)
+    image[x + i] = samples[i];
+}
+
 }  // namespace vlvk::VLVK_TARGET

@@ -62,7 +62,7 @@ printf '   cycles  least%.0s' "${cores[@]}"
 echo
 loops=_ZN4vlvk4neon
 orders=ELNS_11ChromaOrderE0ELNS_10PixelOrderE0E
-show slideColumnSums "${loops}15slideColumnSumsE" 8
+show slideColumnSums "${loops}15slideColumnSumsE" 16
 show smoothRow "${loops}9smoothRowILNS_12ContrastRuleE0E" 16
 show blendRowPair "${loops}12blendRowPairE" 32
 show yuvToPixels "${loops}11yuvToPixelsILNS_11ColorimetryE0$orders" 32

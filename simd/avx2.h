@@ -201,15 +201,17 @@ VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
   return {_mm256_castsi256_ps(_mm256_blendv_epi8(result, _mm256_set1_epi32(0x7FC00000), notANumber))};
 }
 
+/// The low byte of each lane to the start of its half, then both halves side by side.
+VLVK_INLINE U8x8 lowBytes(__m256i v) {
+  const __m256i low = _mm256_shuffle_epi8(v, _mm256_set1_epi32(0x0C080400));
+  return {_mm_unpacklo_epi32(_mm256_castsi256_si128(low), _mm256_extracti128_si256(low, 1))};
+}
 /// From 2^31 on a float is a multiple of 256, and the conversion's overflow value has the same low bits; what saturates
 /// has them all set.
 VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
   const __m256 positive = _mm256_max_ps(v.v, _mm256_setzero_ps());  // the second operand where v is NaN
   const __m256i saturated = _mm256_castps_si256(_mm256_cmp_ps(positive, _mm256_set1_ps(4294967296.0F), _CMP_GE_OQ));
-  const __m256i integers = _mm256_or_si256(_mm256_cvttps_epi32(positive), saturated);
-  // The low byte of each lane to the start of its half, then both halves side by side.
-  const __m256i lowBytes = _mm256_shuffle_epi8(integers, _mm256_set1_epi32(0x0C080400));
-  return {_mm_unpacklo_epi32(_mm256_castsi256_si128(lowBytes), _mm256_extracti128_si256(lowBytes, 1))};
+  return lowBytes(_mm256_or_si256(_mm256_cvttps_epi32(positive), saturated));
 }
 VLVK_INLINE U8x16 truncToLowBytes(F32x8 even, F32x8 odd) {
   const __m256i low = _mm256_and_si256(_mm256_cvttps_epi32(even.v), _mm256_set1_epi32(0xFF));
@@ -237,15 +239,6 @@ VLVK_INLINE U8x16 lookup(const Table64& table, U8x16 index) {
     result = _mm_or_si128(result, _mm_shuffle_epi8(table.quarter[q], _mm_adds_epu8(local, top)));
   }
   return {result};
-}
-
-VLVK_INLINE U8x16x2 mixBy64ths(U8x16x2 a, U8x16x2 b, U8x16 weight) {
-  const __m128i rest = _mm_sub_epi8(_mm_set1_epi8(64), weight.v);
-  const __m256i weightsLow = _mm256_broadcastsi128_si256(_mm_unpacklo_epi8(rest, weight.v));
-  const __m256i weightsHigh = _mm256_broadcastsi128_si256(_mm_unpackhi_epi8(rest, weight.v));
-  const __m256i low = _mm256_maddubs_epi16(_mm256_unpacklo_epi8(a.v, b.v), weightsLow);
-  const __m256i high = _mm256_maddubs_epi16(_mm256_unpackhi_epi8(a.v, b.v), weightsHigh);
-  return {_mm256_packus_epi16(_mm256_srli_epi16(low, 6), _mm256_srli_epi16(high, 6))};
 }
 
 // Row pairs.
@@ -430,6 +423,9 @@ VLVK_INLINE Pixels8 averagedBlocks(const Pixels16& upper, const Pixels16& lower)
 
 }  // namespace vlvk::VLVK_TARGET
 
-#include "simd/avx2/curves.h"  // IWYU pragma: export
+#include "simd/avx2/blend.h"      // IWYU pragma: export
+#include "simd/avx2/columns.h"    // IWYU pragma: export
+#include "simd/avx2/curves.h"     // IWYU pragma: export
+#include "simd/avx2/quotients.h"  // IWYU pragma: export
 
 #endif

@@ -104,12 +104,15 @@ VLVK_INLINE U16x8 addDifference(U16x8 sums, U8x8 a, U8x8 b) {
   return {vaddq_u16(sums.v, vsubl_u8(a.v, b.v))};
 }
 /// As (a + b) * (a - b), whose factors fit signed 16 bits.
-VLVK_INLINE U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
-  const int16x8_t plus = vreinterpretq_s16_u16(vaddl_u8(a.v, b.v));
-  const int16x8_t minus = vreinterpretq_s16_u16(vsubl_u8(a.v, b.v));
-  const int32x4_t low = vmlal_s16(vreinterpretq_s32_u32(sums.low), vget_low_s16(plus), vget_low_s16(minus));
-  const int32x4_t high = vmlal_s16(vreinterpretq_s32_u32(sums.high), vget_high_s16(plus), vget_high_s16(minus));
+VLVK_INLINE U32x8 addProducts(U32x8 sums, uint16x8_t plus, uint16x8_t minus) {
+  const int16x8_t a = vreinterpretq_s16_u16(plus);
+  const int16x8_t b = vreinterpretq_s16_u16(minus);
+  const int32x4_t low = vmlal_s16(vreinterpretq_s32_u32(sums.low), vget_low_s16(a), vget_low_s16(b));
+  const int32x4_t high = vmlal_s16(vreinterpretq_s32_u32(sums.high), vget_high_s16(a), vget_high_s16(b));
   return {vreinterpretq_u32_s32(low), vreinterpretq_u32_s32(high)};
+}
+VLVK_INLINE U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
+  return addProducts(sums, vaddl_u8(a.v, b.v), vsubl_u8(a.v, b.v));
 }
 VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
   return {vsubl_u16(vget_low_u16(a.v), vget_low_u16(b.v)), vsubl_u16(vget_high_u16(a.v), vget_high_u16(b.v))};
@@ -202,8 +205,11 @@ VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
 }
 #endif
 
+VLVK_INLINE uint16x8_t lowHalves(uint32x4_t low, uint32x4_t high) {
+  return vuzpq_u16(vreinterpretq_u16_u32(low), vreinterpretq_u16_u32(high)).val[0];
+}
 VLVK_INLINE uint16x8_t trunc8(F32x8 v) {
-  return vuzpq_u16(vreinterpretq_u16_u32(vcvtq_u32_f32(v.low)), vreinterpretq_u16_u32(vcvtq_u32_f32(v.high))).val[0];
+  return lowHalves(vcvtq_u32_f32(v.low), vcvtq_u32_f32(v.high));
 }
 VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
   return {vmovn_u16(trunc8(v))};
@@ -474,7 +480,10 @@ VLVK_INLINE U8x8 oddBytes(U8x16 v) {
 
 }  // namespace vlvk::VLVK_TARGET
 
-#include "simd/neon/curves.h"  // IWYU pragma: export
-#include "simd/neon/pairs.h"  // IWYU pragma: export
+#include "simd/blend_by_16.h"     // IWYU pragma: export
+#include "simd/neon/columns.h"    // IWYU pragma: export
+#include "simd/neon/curves.h"     // IWYU pragma: export
+#include "simd/neon/pairs.h"      // IWYU pragma: export
+#include "simd/neon/quotients.h"  // IWYU pragma: export
 
 #endif

@@ -130,6 +130,16 @@ inline U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
   });
 }
 
+/// Adds a - b, and a * a - b * b, to the sums of 16 columns in memory.
+inline void slideSums16(std::uint16_t* sums, U8x16 a, U8x16 b) {
+  for (int i = 0; i < 16; ++i)
+    sums[i] = static_cast<std::uint16_t>(sums[i] + a.lane[i] - b.lane[i]);
+}
+inline void slideSquares16(std::uint32_t* squares, U8x16 a, U8x16 b) {
+  for (int i = 0; i < 16; ++i)
+    squares[i] += static_cast<std::uint32_t>(a.lane[i] * a.lane[i] - b.lane[i] * b.lane[i]);
+}
+
 /// a - b, sign-extended to 32 bits.
 inline U32x8 differenceWiden(U16x8 a, U16x8 b) {
   return forLanes<U32x8>([&](int i) { return a.lane[i] - b.lane[i]; });
@@ -200,6 +210,9 @@ inline F32x8 sub(F32x8 a, F32x8 b) {
 inline F32x8 mul(F32x8 a, F32x8 b) {
   return forLanes<F32x8>([&](int i) { return a.lane[i] * b.lane[i]; });
 }
+inline F32x8 div(F32x8 a, F32x8 b) {
+  return forLanes<F32x8>([&](int i) { return a.lane[i] / b.lane[i]; });
+}
 /// The smaller and the larger of numbers.
 inline F32x8 min(F32x8 a, F32x8 b) {
   return forLanes<F32x8>([&](int i) { return a.lane[i] < b.lane[i] ? a.lane[i] : b.lane[i]; });
@@ -226,7 +239,12 @@ inline F32x8 reciprocalEstimateOfNormal(F32x8 v) {
 inline U8x8 truncToLowBytes(F32x8 v) {
   return forLanes<U8x8>([&](int i) { return truncSaturate<std::uint32_t>(v.lane[i]); });
 }
-/// The same for even and odd columns, 0 or more and below 2^15.
+/// Adds 1/2 exactly, truncates to signed 32-bit integers (too small: -2^31, too large: 2^31 - 1, NaN: 0) and keeps
+/// their low 8 bits.
+inline U8x8 roundHalfUpToLowBytes(F32x8 v) {
+  return forLanes<U8x8>([&](int i) { return truncSaturate<std::int32_t>(static_cast<double>(v.lane[i]) + 0.5); });
+}
+/// truncToLowBytes for even and odd columns, 0 or more and below 2^15.
 inline U8x16 truncToLowBytes(F32x8 even, F32x8 odd) {
   return forLanes<U8x16>(
       [&](int i) { return static_cast<std::int32_t>(i % 2 == 0 ? even.lane[i / 2] : odd.lane[i / 2]); });
@@ -457,6 +475,7 @@ inline U8x8 oddBytes(U8x16 v) {
 
 }  // namespace vlvk::VLVK_TARGET
 
+#include "simd/blend_by_16.h"    // IWYU pragma: export
 #include "simd/scalar/curves.h"  // IWYU pragma: export
 
 #endif

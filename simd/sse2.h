@@ -3,6 +3,7 @@
 #ifndef VLVK_SIMD_SSE2_H
 #define VLVK_SIMD_SSE2_H
 
+#include "simd/half_up.h"
 #include "simd/inside_columns.h"
 #include "simd/x86_128.h"
 
@@ -24,21 +25,31 @@ VLVK_INLINE F128 floatsOfUnsigned(V128 v) {
 
 namespace vlvk::VLVK_TARGET {
 
-/// The low 8 bits of the conversion, in 32-bit lanes. From 2^31 on a float is a multiple of 256, and the conversion's
-/// overflow value has the same low bits; what saturates has them all set.
+/// What has the low 8 bits of the conversion, in 32-bit lanes. From 2^31 on a float is a multiple of 256, and the
+/// conversion's overflow value has the same low bits; what saturates has them all set.
 VLVK_INLINE V128 truncLow4(F128 v) {
   const F128 positive = maxFloats(v, allFloats(0));  // the second operand where v is NaN
   const V128 saturated = bitsOf(_mm_cmpge_ps(positive, allFloats(4294967296.0F)));
-  return and128(or128(_mm_cvttps_epi32(positive), saturated), all32(0xFF));
+  return or128(_mm_cvttps_epi32(positive), saturated);
 }
 VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
-  const V128 words = narrowSat32(truncLow4(v.low), truncLow4(v.high));
-  return {narrowSat16(words, words)};
+  return lowBytes(truncLow4(v.low), truncLow4(v.high));
 }
 VLVK_INLINE U8x16 truncToLowBytes(F32x8 even, F32x8 odd) {
   const V128 low = narrowSat32(_mm_cvttps_epi32(even.low), _mm_cvttps_epi32(even.high));
   const V128 high = narrowSat32(_mm_cvttps_epi32(odd.low), _mm_cvttps_epi32(odd.high));
   return {or128(evenBytes16(low), shiftLeft16<8>(high))};
+}
+
+VLVK_INLINE V128 roundHalfUp4(F128 v) {
+  const F128 whole = _mm_and_ps(_mm_cmplt_ps(v, allFloats(kWholeBelow)), _mm_cmpge_ps(v, allFloats(kSmallest)));
+  const F128 tooLarge = _mm_cmpge_ps(v, allFloats(kTooLarge));
+  // What overflows becomes -2^31, which is right at the lower end alone.
+  const V128 truncated = _mm_cvttps_epi32(addFloats(v, allFloats(kAlmostHalf)));
+  return sub32(or128(truncated, bitsOf(tooLarge)), bitsOf(whole));
+}
+VLVK_INLINE U8x8 roundHalfUpToLowBytes(F32x8 v) {
+  return lowBytes(roundHalfUp4(v.low), roundHalfUp4(v.high));
 }
 
 /// Without a byte shuffle in the baseline, lookups are loads. The last entry serves every larger index.
@@ -64,6 +75,7 @@ VLVK_INLINE U8x16 lookup(const Table64& table, U8x16 index) {
 
 }  // namespace vlvk::VLVK_TARGET
 
+#include "simd/blend_by_16.h"    // IWYU pragma: export
 #include "simd/scalar/curves.h"  // IWYU pragma: export
 
 #endif

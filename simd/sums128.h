@@ -56,12 +56,24 @@ VLVK_INLINE U32x8 add(U32x8 a, U32x8 b) {
 VLVK_INLINE U32x8 sub(U32x8 a, U32x8 b) {
   return {sub32(a.low, b.low), sub32(a.high, b.high)};
 }
-/// As (a + b) * (a - b), whose factors fit signed 16 bits.
-VLVK_INLINE U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
-  const V128 wideA = widenLow8(a.v);
-  const V128 wideB = widenLow8(b.v);
-  const TwoV128 products = products32(add16(wideA, wideB), sub16(wideA, wideB));
+/// Words: as (a + b) * (a - b), whose factors fit signed 16 bits.
+VLVK_INLINE U32x8 addSquareSteps(U32x8 sums, V128 a, V128 b) {
+  const TwoV128 products = products32(add16(a, b), sub16(a, b));
   return {add32(sums.low, products.low), add32(sums.high, products.high)};
+}
+VLVK_INLINE U32x8 addSquareDifference(U32x8 sums, U8x8 a, U8x8 b) {
+  return addSquareSteps(sums, widenLow8(a.v), widenLow8(b.v));
+}
+VLVK_INLINE void slideSums8(std::uint16_t* sums, V128 a, V128 b) {
+  store128(sums, sub16(add16(load128(sums), a), b));
+}
+VLVK_INLINE void slideSums16(std::uint16_t* sums, U8x16 a, U8x16 b) {
+  slideSums8(sums, widenLow8(a.v), widenLow8(b.v));
+  slideSums8(sums + 8, widenHigh8(a.v), widenHigh8(b.v));
+}
+VLVK_INLINE void slideSquares16(std::uint32_t* squares, U8x16 a, U8x16 b) {
+  store(squares, addSquareSteps(load8(squares), widenLow8(a.v), widenLow8(b.v)));
+  store(squares + 8, addSquareSteps(load8(squares + 8), widenHigh8(a.v), widenHigh8(b.v)));
 }
 VLVK_INLINE U32x8 differenceWiden(U16x8 a, U16x8 b) {
   return sub(widen(a), widen(b));
@@ -108,6 +120,9 @@ VLVK_INLINE F32x8 sub(F32x8 a, F32x8 b) {
 }
 VLVK_INLINE F32x8 mul(F32x8 a, F32x8 b) {
   return {mulFloats(a.low, b.low), mulFloats(a.high, b.high)};
+}
+VLVK_INLINE F32x8 div(F32x8 a, F32x8 b) {
+  return {divFloats(a.low, b.low), divFloats(a.high, b.high)};
 }
 VLVK_INLINE F32x8 min(F32x8 a, F32x8 b) {
   return {minFloats(a.low, b.low), minFloats(a.high, b.high)};
@@ -164,6 +179,12 @@ VLVK_INLINE F128 estimate4(F128 v) {
 }
 VLVK_INLINE F32x8 reciprocalEstimate(F32x8 v) {
   return {estimate4(v.low), estimate4(v.high)};
+}
+
+/// The low bytes of 32-bit lanes.
+VLVK_INLINE U8x8 lowBytes(V128 low, V128 high) {
+  const V128 words = narrowSat32(and128(low, all32(0xFF)), and128(high, all32(0xFF)));
+  return {narrowSat16(words, words)};
 }
 
 }  // namespace vlvk::VLVK_TARGET

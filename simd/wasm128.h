@@ -10,6 +10,7 @@
 
 #include <cstdint>
 
+#include "simd/half_up.h"
 #include "simd/inline.h"
 #include "simd/inside_columns.h"
 
@@ -247,10 +248,14 @@ VLVK_INLINE F128 floatsOf(V128 bits) {
 namespace vlvk::VLVK_TARGET {
 
 VLVK_INLINE U8x8 truncToLowBytes(F32x8 v) {
-  const v128_t byte = wasm_i32x4_const_splat(0xFF);
-  const v128_t words = wasm_i16x8_narrow_i32x4(wasm_v128_and(wasm_u32x4_trunc_sat_f32x4(v.low), byte),
-                                               wasm_v128_and(wasm_u32x4_trunc_sat_f32x4(v.high), byte));
-  return {wasm_u8x16_narrow_i16x8(words, words)};
+  return lowBytes(wasm_u32x4_trunc_sat_f32x4(v.low), wasm_u32x4_trunc_sat_f32x4(v.high));
+}
+VLVK_INLINE V128 roundHalfUp4(F128 v) {
+  const V128 whole = and128(wasm_f32x4_lt(v, allFloats(kWholeBelow)), wasm_f32x4_ge(v, allFloats(kSmallest)));
+  return sub32(wasm_i32x4_trunc_sat_f32x4(addFloats(v, allFloats(kAlmostHalf))), whole);
+}
+VLVK_INLINE U8x8 roundHalfUpToLowBytes(F32x8 v) {
+  return lowBytes(roundHalfUp4(v.low), roundHalfUp4(v.high));
 }
 /// v rounded down, in the low bits: beyond 2^23 a float's last bit is 1. Conversions saturate, which takes long.
 VLVK_INLINE v128_t floorBits(v128_t v) {
@@ -283,6 +288,7 @@ VLVK_INLINE U8x16 lookup(const Table64& table, U8x16 index) {
 
 }  // namespace vlvk::VLVK_TARGET
 
+#include "simd/blend_by_16.h"    // IWYU pragma: export
 #include "simd/scalar/curves.h"  // IWYU pragma: export
 
 #endif

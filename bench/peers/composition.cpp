@@ -113,17 +113,23 @@ void Composition::finish(Band& band, std::uint8_t* luma, std::uint8_t* chroma) {
   }
 }
 
-void Composition::process(std::uint8_t* luma, std::uint8_t* chroma) {
+template <class Work>
+void Composition::onAllBands(Work work) {
+  std::vector<std::thread> threads;
+  for (std::size_t i = 1; i < bands_.size(); ++i)
+    threads.emplace_back([&, i] { work(bands_[i]); });
+  work(bands_[0]);
+  for (std::thread& thread : threads)
+    thread.join();
+}
+
+void Composition::smooth(std::uint8_t* luma) {
   cv::Mat plane(size_.height, size_.width, CV_8UC1, luma);
-  const auto onAllBands = [&](auto work) {
-    std::vector<std::thread> threads;
-    for (std::size_t i = 1; i < bands_.size(); ++i)
-      threads.emplace_back([&, i] { work(bands_[i]); });
-    work(bands_[0]);
-    for (std::thread& thread : threads)
-      thread.join();
-  };
   onAllBands([&](Band& band) { smooth(band, plane); });
+}
+
+void Composition::process(std::uint8_t* luma, std::uint8_t* chroma) {
+  smooth(luma);
   onAllBands([&](Band& band) { finish(band, luma, chroma); });
 }
 

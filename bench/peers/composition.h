@@ -21,6 +21,8 @@ class Composition {
   Composition(Size size, int threads, int boxStripRows);
 
   void process(std::uint8_t* luma, std::uint8_t* chroma);
+  /// The first step alone. The result stays inside.
+  void smooth(std::uint8_t* luma);
 
  private:
   static constexpr int kBoxHalf = 23;   ///< the engine's box at its default radius
@@ -36,6 +38,9 @@ class Composition {
     std::vector<std::uint8_t> rgba;
   };
 
+  /// Calls `work` with every band, each on its thread.
+  template <class Work>
+  void onAllBands(Work work);
   void smooth(Band& band, cv::Mat& luma);
   void finish(Band& band, std::uint8_t* luma, std::uint8_t* chroma);
 

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "base/arm_math.h"
 #include "base/scratch_memory.h"
 #include "kernels/box_rows.h"
 #include "kernels/sliding_box.h"
@@ -23,14 +22,6 @@ void writeBoxSums(const vlvk::BoxRows& rows, int width, int rowCount, unsigned i
   vlvk::slideBox(columns, rows, radius, rowCount, [&](std::ptrdiff_t y) {
     MeanLine(columns.sums, columns.squares, width, sums + y * rows.stride, squares + y * rows.stride, radius);
   });
-}
-
-unsigned char blended(unsigned char sample, unsigned int sum, unsigned int square, float area, float strength) {
-  const float mean = static_cast<float>(sum) / area;
-  float variance = static_cast<float>(square) / area - mean * mean;
-  if (variance < 0) variance = 0;
-  const float value = (static_cast<float>(sample) * variance + mean * strength) / (variance + strength);
-  return static_cast<unsigned char>(vlvk::truncSaturate<std::int32_t>(static_cast<double>(value) + 0.5));
 }
 
 }  // namespace
@@ -68,8 +59,7 @@ void MeanBlendImage(unsigned char* image, const unsigned int* sums, const unsign
   const auto area = static_cast<float>(side * side);
   for (std::ptrdiff_t y = 0; y < height; ++y) {
     const std::ptrdiff_t row = y * stride;
-    for (std::ptrdiff_t x = row; x < row + width; ++x) {
-      image[x] = blended(image[x], sums[x], squares[x], area, static_cast<float>(strength));
-    }
+    vlvk::rowLoops().divideStatistics(image + row, sums + row, squares + row, width, area,
+                                      static_cast<float>(strength));
   }
 }

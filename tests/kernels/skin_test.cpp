@@ -7,6 +7,7 @@
 #include <climits>
 #include <vector>
 
+#include "rows/row_loops.h"
 #include "tests/naive/naive.h"
 #include "tests/support/plane.h"
 #include "tests/support/target_test.h"
@@ -202,6 +203,30 @@ TEST_P(SkinBlend, EveryWeightAndLumaPair) {
     curve[1] = static_cast<std::uint8_t>(weight);
     checkBlends(unsmoothed, smoothed, chroma, Guard::kBehind, curve, 0, 1);
     ASSERT_FALSE(HasFatalFailure()) << "weight " << weight;
+  }
+}
+
+// Pairs at every distance from the centre; the library's own tables may end anywhere below 64.
+TEST_P(SkinBlend, WeightsOfAnyDistanceCount) {
+  constexpr int kColumns = 160;
+  constexpr std::uint8_t kCentre[2] = {90, 130};
+  for (const int end : {47, 48, 49, 64}) {
+    std::uint8_t weights[64] = {};
+    for (int d = 0; d < end; ++d)
+      weights[d] = static_cast<std::uint8_t>(64 - d);
+    std::vector<std::uint8_t> chroma;
+    for (int pair = 0; pair < kColumns / 2; ++pair)
+      chroma.insert(chroma.end(), {static_cast<std::uint8_t>(90 + pair), 130});
+    const std::vector<std::uint8_t> unsmoothed(kColumns, 0);
+    std::vector<std::uint8_t> rows[2] = {std::vector<std::uint8_t>(kColumns, 64),
+                                         std::vector<std::uint8_t>(kColumns, 128)};
+    vlvk::rowLoops().blendRowPair(unsmoothed.data(), unsmoothed.data(), rows[0].data(), rows[1].data(), rows[0].data(),
+                                  rows[1].data(), chroma.data(), kColumns, weights, kCentre);
+    for (int c = 0; c < kColumns; ++c) {
+      const int weight = c / 2 < end ? 64 - c / 2 : 0;
+      ASSERT_EQ(rows[0][static_cast<std::size_t>(c)], weight) << "column " << c << " of " << end;
+      ASSERT_EQ(rows[1][static_cast<std::size_t>(c)], 2 * weight) << "column " << c << " of " << end;
+    }
   }
 }
 

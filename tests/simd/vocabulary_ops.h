@@ -31,12 +31,14 @@ struct Operation {
   X(toFloatBelow2To31, toFloatBelow2To31, Floats, Dwords)                   \
   X(addProduct, addProduct, Floats, Floats, Floats, Floats)                 \
   X(subProduct, subProduct, Floats, Floats, Floats, Floats)                 \
+  X(div, div, Floats, Floats, Floats)                                       \
   X(min, min, Floats, Floats, Floats)                                       \
   X(max, max, Floats, Floats, Floats)                                       \
   X(reciprocalEstimate, reciprocalEstimate, Floats, Floats)                 \
   X(reciprocalEstimateOfNormal, reciprocalEstimateOfNormal, Floats, Floats) \
   X(truncToLowBytes, truncToLowBytes, Bytes8, Floats)                       \
-  X(truncPairsToLowBytes, truncToLowBytes, Bytes16, Floats, Floats)
+  X(truncPairsToLowBytes, truncToLowBytes, Bytes16, Floats, Floats)         \
+  X(roundHalfUpToLowBytes, roundHalfUpToLowBytes, Bytes8, Floats)
 
 struct VocabularyOps {
   const char* target;

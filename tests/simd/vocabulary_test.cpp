@@ -117,6 +117,12 @@ TEST_P(Vocabulary, ProductsAreRoundedBeforeTheyAreAdded) {
   expectLanes(ops_->subProduct, 20000, minus, anyFloat(), anyFloat(), anyFloat());
 }
 
+TEST_P(Vocabulary, QuotientsAreRoundedOnce) {
+  const auto whole = [this](int) { return static_cast<float>(random_.bits() >> random_.bits() % 32U | 1U); };
+  const auto quotient = [](int i, auto* a, auto* b) { return a[i] / b[i]; };
+  expectLanes(ops_->div, 20000, quotient, anyFloat(), whole);
+}
+
 TEST_P(Vocabulary, SmallerAndGreater) {
   const auto half = [&](int) { return static_cast<float>(random_.between(-9, 8)) + 0.5f; };
   expectLanes(
@@ -159,6 +165,11 @@ TEST_P(Vocabulary, FloatToLowByte) {
   ASSERT_EQ(inputs.size() % 2, 1U);
   const auto low8 = [](int i, auto* v) { return naive::toUnsigned(v[i]) & 0xFFU; };
   expectLanes(ops_->truncToLowBytes, static_cast<int>(inputs.size()), low8, cycle(inputs));
+  const auto halfUp = [](int i, auto* v) {
+    const double sum = static_cast<double>(v[i]) + 0.5;
+    return std::isnan(sum) ? 0 : static_cast<std::int64_t>(std::clamp(sum, -0x1p31, 0x1p31 - 1)) & 0xFF;
+  };
+  expectLanes(ops_->roundHalfUpToLowBytes, static_cast<int>(inputs.size()), halfUp, cycle(inputs));
   // Not (c ? even : odd)[i / 2], which GCC 12 gets wrong under -fsanitize=undefined.
   const auto low8OfPair = [](int i, auto* even, auto* odd) {
     return static_cast<int>(i % 2 == 0 ? even[i / 2] : odd[i / 2]) & 0xFF;
