@@ -138,7 +138,8 @@ add_executable(vlvk_tests
 target_link_libraries(vlvk_tests PRIVATE vlvk_objects ${VLVK_VOCABULARY_OBJECTS} GTest::gtest GTest::gtest_main)
 vlvk_set_test_flags(vlvk_tests)
 
-vlvk_discover_tests(vlvk_tests 8)
+# Children of an emulator that forked may have no threads of their own.
+vlvk_discover_tests(vlvk_tests 8 -MakeupThreads.AreTheirOwnInAProcessThatForked)
 
 # The Java bindings, with a virtual machine and bitmaps that the executable provides.
 if(VLVK_JNI_BINDINGS)

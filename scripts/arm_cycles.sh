@@ -64,7 +64,7 @@ loops=_ZN4vlvk4neon
 orders=ELNS_11ChromaOrderE0ELNS_10PixelOrderE0E
 show slideColumnSums "${loops}15slideColumnSumsE" 16
 show smoothRow "${loops}9smoothRowILNS_12ContrastRuleE0E" 16
-show blendRowPair "${loops}12blendRowPairE" 32
+show blendRowPair "${loops}12blendColumnsE" 32
 show yuvToPixels "${loops}11yuvToPixelsILNS_11ColorimetryE0$orders" 32
 show lookUpColors "${loops}12lookUpColorsILNS_9AlphaRuleE1ELNS_10PixelOrderE0E" 16
 show pixelsToYuv "${loops}11pixelsToYuvILNS_11ColorimetryE0$orders" 32

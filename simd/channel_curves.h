@@ -2,6 +2,7 @@
 #ifndef VLVK_SIMD_CHANNEL_CURVES_H
 #define VLVK_SIMD_CHANNEL_CURVES_H
 
+#include <cstddef>
 #include <cstdint>
 
 namespace vlvk {
@@ -18,8 +19,9 @@ struct PreparedCurve {
   std::uint8_t offset[16];
 };
 
-/// One curve for each of the first three channels, in the order of the pixels.
-struct alignas(16) ChannelCurves {
+/// One curve for each of the first three channels, in the order of the pixels. Aligned as malloc aligns, so that few
+/// loads cross a cache line.
+struct alignas(alignof(std::max_align_t)) ChannelCurves {
   PreparedCurve channel[3];
   /// Whether steps and offsets hold the curves, and the first serves the third channel too. Whitening's curves are such
   /// from 0 to 100 percent; others have to be looked up by entry.
