@@ -61,6 +61,8 @@ set(VLVK_LIBRARY_SOURCES
   engine/pixel_pair.cpp
   engine/pixel_pair.h
   engine/plane_extent.h
+  engine/processors.cpp
+  engine/processors.h
   engine/row_pair.cpp
   engine/row_pair.h
   engine/settings.cpp

@@ -8,6 +8,7 @@
 #include <new>
 
 #include "base/mutex_lock.h"
+#include "engine/processors.h"
 
 namespace vlvk {
 
@@ -62,6 +63,15 @@ void BandTeam::startWorkers(int wanted) {
     ++workers_;
 }
 
+/// Called with the mutex held. After a pause schedulers tend to wake a thread where its waker runs, and to leave it
+/// waiting there, beside a processor that is idle, until the waker sleeps.
+void BandTeam::spread(Shared& shared) {
+  const int own = shared.firstWorker != 0 ? ownProcessor() : -1;
+  if (own < 0 || own == shared.avoided) return;
+  keepOff(shared.firstWorker, own);
+  shared.avoided = own;
+}
+
 /// Called with the mutex held; tasks run without it.
 void BandTeam::takeBands(Shared& shared) {
   while (shared.next < shared.bands) {
@@ -76,6 +86,7 @@ void BandTeam::takeBands(Shared& shared) {
 void* BandTeam::work(void* argument) {
   auto& shared = *static_cast<Shared*>(argument);
   const MutexLock lock(shared.mutex);
+  if (shared.firstWorker == 0) shared.firstWorker = ownThreadNumber();
   while (!shared.ended) {
     takeBands(shared);
     if (!shared.ended) pthread_cond_wait(&shared.work, &shared.mutex);
@@ -92,6 +103,7 @@ void BandTeam::run(int bands, Task task, const void* context) {
   shared_.next = 0;
   shared_.bands = bands;
   shared_.unfinished = bands;
+  if (bands > 1) spread(shared_);
   for (int i = 0; i < std::min(bands - 1, workers_); ++i)
     pthread_cond_signal(&shared_.work);
   takeBands(shared_);

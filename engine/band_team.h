@@ -16,9 +16,9 @@ int defaultBands();
 /// small frame, and lands where the scheduler puts new threads.
 ///
 /// Whichever thread is free takes the next band, the calling one included, so a thread that waits for a processor
-/// holds up no more than the band it has. A child of a process that forked has none of its parent's threads: it gets
-/// its own with its first frame. All signals that are sent to the process, rather than caused by a thread, stay with
-/// the host's threads.
+/// holds up no more than the band it has. One is kept off the processor of the calling thread. A child of a process
+/// that forked has none of its parent's threads: it gets its own with its first frame. All signals that are sent to the
+/// process, rather than caused by a thread, stay with the host's threads.
 class BandTeam {
  public:
   using Task = void (*)(const void* context, int band);
@@ -48,9 +48,12 @@ class BandTeam {
     int bands = 0;
     int unfinished = 0;
     bool ended = false;
+    int firstWorker = 0;  ///< number of the thread that is kept off the processor of the calling one; 0: none yet
+    int avoided = -1;     ///< that processor, as of the last run
   };
 
   static void* work(void* argument);
+  static void spread(Shared& shared);
   static void takeBands(Shared& shared);
   void forgetThreadsOfParent();
   void startWorkers(int wanted);
