@@ -15,14 +15,14 @@ namespace vlvk {
 namespace {
 
 /// Starts a thread that leaves the process's signals to other threads: a host may have blocked them in its own to wait
-/// for them. Those that a thread causes itself must find their handler.
+/// for them. Those that a thread may cause itself find it as its starter is.
 bool startQuietly(pthread_t& thread, void* (*body)(void*), void* argument) {
   sigset_t others;
   sigset_t before;
   sigfillset(&others);
   for (const int own : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS, SIGPROF})
     sigdelset(&others, own);
-  pthread_sigmask(SIG_SETMASK, &others, &before);
+  pthread_sigmask(SIG_BLOCK, &others, &before);
   const bool started = pthread_create(&thread, nullptr, body, argument) == 0;
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
   return started;
@@ -36,6 +36,17 @@ int defaultBands() {
 }
 
 BandTeam::~BandTeam() {
+  endWorkers();
+  pthread_cond_destroy(&shared_.work);
+  pthread_cond_destroy(&shared_.done);
+  pthread_mutex_destroy(&shared_.mutex);
+}
+
+void BandTeam::limit(int threads) {
+  if (workers_ >= threads) endWorkers();
+}
+
+void BandTeam::endWorkers() {
   forgetThreadsOfParent();
   {
     const MutexLock lock(shared_.mutex);
@@ -44,9 +55,10 @@ BandTeam::~BandTeam() {
   }
   for (int i = 0; i < workers_; ++i)
     pthread_join(threads_[i], nullptr);
-  pthread_cond_destroy(&shared_.work);
-  pthread_cond_destroy(&shared_.done);
-  pthread_mutex_destroy(&shared_.mutex);
+  workers_ = 0;
+  shared_.ended = false;
+  shared_.firstWorker = 0;
+  shared_.avoided = -1;
 }
 
 /// The parent's threads may have held the mutex or waited at the moment of the fork, so what they shared starts anew

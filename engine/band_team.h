@@ -17,8 +17,8 @@ int defaultBands();
 ///
 /// Whichever thread is free takes the next band, the calling one included, so a thread that waits for a processor
 /// holds up no more than the band it has. One is kept off the processor of the calling thread. A child of a process
-/// that forked has none of its parent's threads: it gets its own with its first frame. All signals that are sent to the
-/// process, rather than caused by a thread, stay with the host's threads.
+/// that forked has none of its parent's threads: it gets its own with its first frame. Signals that are sent to the
+/// process stay with the host's threads, but for those that a thread may cause itself.
 class BandTeam {
  public:
   using Task = void (*)(const void* context, int band);
@@ -29,6 +29,9 @@ class BandTeam {
   /// Ends the threads. No run may be on its way.
   ~BandTeam();
 
+  /// Ends the threads where there are more, with the calling one, than `threads`: the next run starts those it needs.
+  void limit(int threads);
+
   /// Runs `task(context, band)` for band = 0 .. bands - 1, in any order, and returns when all are done. One run at a
   /// time. Starts threads where fewer are there than bands besides the calling one's; it takes over what no thread can
   /// be had for.
@@ -37,7 +40,8 @@ class BandTeam {
   void run(int bands, Task task, const void* context);
 
  private:
-  /// What the threads share, guarded by `mutex` as it is itself.
+  /// What the threads share, guarded by `mutex`. Task and context change only while no band is unfinished, so a thread
+  /// that has taken a band uses them without it.
   struct Shared {
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
     pthread_cond_t work = PTHREAD_COND_INITIALIZER;  ///< there are bands to take, or the end has come
@@ -55,6 +59,7 @@ class BandTeam {
   static void* work(void* argument);
   static void spread(Shared& shared);
   static void takeBands(Shared& shared);
+  void endWorkers();
   void forgetThreadsOfParent();
   void startWorkers(int wanted);
 

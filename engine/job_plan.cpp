@@ -56,8 +56,7 @@ bool wastesSavedRows(const FrameJob& job, int columns) {
 
 /// Bands begin at multiples of 8 rows: more of them than there are eights would be empty.
 int bandsFor(const VlvkSettings& settings, int height) {
-  const int wanted = settings.threads > 0 ? settings.threads : defaultBands();
-  return std::min({wanted, kMostBands, (height + 7) / 8});
+  return std::min(threadsFor(settings), (height + 7) / 8);
 }
 
 /// Luma, its smoothing and the cut into bands.
@@ -94,6 +93,10 @@ void planSkin(FrameJob& job, const VlvkSettings& settings, KeptSkinWeights& skin
 }
 
 }  // namespace
+
+int threadsFor(const VlvkSettings& settings) {
+  return std::min(settings.threads > 0 ? settings.threads : defaultBands(), kMostBands);
+}
 
 FrameJob planJob(const FrameView& source, const FrameView& target, const MaskView& mask, const VlvkSettings& settings,
                  KeptSkinWeights& skin, const ColorStep* colors) {

@@ -7,6 +7,9 @@
 
 namespace vlvk {
 
+/// How many threads a frame may take, the calling one included.
+int threadsFor(const VlvkSettings& settings);
+
 /// All of a job but its memory.
 ///
 /// @param skin    lives as long as the job

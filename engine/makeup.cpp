@@ -81,6 +81,7 @@ struct VlvkMakeup {
 VlvkResult VlvkMakeup::process(const FrameView& source, const FrameView& target, const vlvk::MaskView& mask) {
   const vlvk::MutexLock lock(frames);
   const VlvkSettings now = takeChanges();
+  team.limit(vlvk::threadsFor(now));
   const bool changesColors = vlvk::ColorStep::isNeeded(now.whitening, picture.get());
   FrameJob job = vlvk::planJob(source, target, mask, now, skin, changesColors ? &colors : nullptr);
   if (vlvk::leavesFrame(job)) return VLVK_OK;

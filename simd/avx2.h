@@ -250,9 +250,6 @@ VLVK_INLINE void storeHalves(std::uint8_t* to0, std::uint8_t* to1, __m256i v) {
   store128(to0, _mm256_castsi256_si128(v));
   store128(to1, _mm256_extracti128_si256(v, 1));
 }
-VLVK_INLINE void storeRows(std::uint8_t* to0, std::uint8_t* to1, U8x16x2 v) {
-  storeHalves(to0, to1, v.v);
-}
 VLVK_INLINE U8x16x2 splatRows(std::uint8_t value) {
   return {_mm256_set1_epi8(static_cast<char>(value))};
 }

@@ -4,8 +4,8 @@
 
 namespace vlvk {
 
-/// The largest float below 1/2. Whatever float above kWholeBelow it is added to, the rounded sum lies on the same side
-/// of every integer, or on it, as the exact sum with 1/2.
+/// The largest float below 1/2. Whatever float above kWholeBelow it is added to, the rounded sum truncates to the same
+/// integer as the exact sum with 1/2.
 inline constexpr float kAlmostHalf = 0x1.FFFFFEp-2F;
 /// Below this floats are whole, and 1/2 cannot be added to them. Truncating the exact sum, which is negative,
 /// gives the next integer above.

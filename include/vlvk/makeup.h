@@ -9,8 +9,9 @@
 ///     vlvkMakeupDestroy(makeup);
 ///
 /// **Threads.** Any function may be called on any thread. Frames given to one handle take turns; handles are
-/// independent. A handle must not be destroyed while another call uses it. It has threads of its own, which sleep
-/// between frames and end when it is destroyed; with one thread in the settings there are none.
+/// independent. A handle must not be destroyed while another call uses it. It has threads of its own, which the first
+/// frame starts, with the priority and the processors of the calling thread. They sleep between frames and end when the
+/// handle is destroyed; with one thread in the settings there are none.
 ///
 /// **Memory.** The caller owns every frame, and the engine keeps no pointer to one after the call. A handle keeps its
 /// buffers from frame to frame: a frame of the size, format and settings of the one before allocates none.

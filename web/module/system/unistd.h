@@ -4,6 +4,9 @@
 
 #include_next <unistd.h>
 
-#define getpid() 1  // a function of this name is declared, and warned of
+static inline pid_t vlvkModuleProcess(void) {
+  return 1;
+}
+#define getpid vlvkModuleProcess  // the function of this name is declared, and warned of
 
 #endif
