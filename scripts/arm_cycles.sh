@@ -14,11 +14,17 @@ cd "$(dirname "$0")/.."
 mca=/usr/lib/llvm-19/bin/llvm-mca # models of these cores came after the Debian 12 default
 assembly=out/arm_cycles.s
 
-bash scripts/setup.sh cycles
+for tool in aarch64-linux-gnu-g++ "$mca"; do
+  command -v "$tool" >/dev/null || {
+    echo "arm_cycles.sh: $tool is missing; 'bash scripts/setup.sh cycles' installs what is needed" >&2
+    exit 1
+  }
+done
+
 mkdir -p out
 quietly aarch64-linux-gnu-g++ -std=c++20 -O3 -DNDEBUG -ffp-contract=off -fno-fast-math -fPIC -I. -Iinclude -S \
   rows/row_loops_neon.cpp -o "$assembly"
-sed -i 's/0xffffffffffffff/0x/' "$assembly" # byte constants, which llvm-mca takes without the sign
+sed -E -i '/\.(8|16)b,/ s/\b0xf{14}([0-9a-f]{2})\b/0x\1/g' "$assembly" # llvm-mca takes bytes without the sign
 
 # Prints the longest loop of one basic block in a function. Argument: how its symbol begins.
 longest_loop() {
@@ -35,12 +41,31 @@ longest_loop() {
     END { printf "%s", loop }' "$assembly"
 }
 
-# Arguments: name, how the symbol begins, pixels of one turn of the loop.
+# Prints how many bytes the loop on standard input stores in a turn, apart from registers put by on the stack.
+stored_bytes() {
+  awk '
+    function number(text) { gsub(/\..*|[^0-9]/, "", text); return text }
+    BEGIN { width["s"] = width["w"] = 4; width["d"] = width["x"] = 8; width["q"] = 16 }
+    $1 ~ /^st[1-4]$/ { # {v0.16b - v3.16b}
+      registers = number($3 == "-" ? $4 : $2) - number($2) + 1
+      bytes += registers * ($2 ~ /\.(16b|8h|4s|2d)/ ? 16 : 8)
+    }
+    $1 ~ /^(str|stur|stp)$/ && !/\[sp/ { bytes += width[substr($2, 1, 1)] * ($1 == "stp" ? 2 : 1) }
+    END { print bytes + 0 }'
+}
+
+# Arguments: name, how the symbol begins, pixels of one turn of the loop, bytes that it stores in a turn. The last
+# is checked, as another compiler may unroll the loop.
 show() {
-  local loop core report
+  local loop bytes core report
   loop=$(longest_loop "$2")
   [ -n "$loop" ] || {
     echo "arm_cycles.sh: no loop is found in $2" >&2
+    return 1
+  }
+  bytes=$(stored_bytes <<<"$loop")
+  [ "$bytes" = "$4" ] || {
+    echo "arm_cycles.sh: a turn of $1 stores $bytes bytes, not the $4 of $3 pixels" >&2
     return 1
   }
   printf '%-18s %12.2f' "$1" "$(awk -v count="$(wc -l <<<"$loop")" -v pixels="$3" 'BEGIN { print count / pixels }')"
@@ -62,9 +87,10 @@ printf '   cycles  least%.0s' "${cores[@]}"
 echo
 loops=_ZN4vlvk4neon
 orders=ELNS_11ChromaOrderE0ELNS_10PixelOrderE0E
-show slideColumnSums "${loops}15slideColumnSumsE" 16
-show smoothRow "${loops}9smoothRowILNS_12ContrastRuleE0E" 16
-show blendRowPair "${loops}12blendColumnsE" 32
-show yuvToPixels "${loops}11yuvToPixelsILNS_11ColorimetryE0$orders" 32
-show lookUpColors "${loops}12lookUpColorsILNS_9AlphaRuleE1ELNS_10PixelOrderE0E" 16
-show pixelsToYuv "${loops}11pixelsToYuvILNS_11ColorimetryE0$orders" 32
+show slideColumnSums "${loops}15slideColumnSumsE" 16 $((16 * (2 + 4))) # sums, sums of squares
+show smoothRow "${loops}9smoothRowILNS_12ContrastRuleE0E" 16 16
+show blendRowPair "${loops}12blendColumnsE" 32 32
+show yuvToPixels "${loops}11yuvToPixelsILNS_11ColorimetryE0$orders" 32 $((32 * 4))
+show lookUpColors "${loops}12lookUpColorsILNS_9AlphaRuleE1ELNS_10PixelOrderE0E" 16 $((16 * (4 + 4))) # indices, pixels
+show applyCurves "${loops}11applyCurvesILNS_9AlphaRuleE1E" 16 $((16 * 4))
+show pixelsToYuv "${loops}11pixelsToYuvILNS_11ColorimetryE0$orders" 32 $((32 * 3 / 2))
