@@ -58,7 +58,7 @@ class VLVK_API CFastEdgePreserved {
   /// A smoothing stage: smooths the band of `p` into `mean`, which has the stride of the luma plane.
   using Stage = void (CFastEdgePreserved::*)(MakeupParam* p, unsigned char* mean);
 
-  /// What a worker thread is started with.
+  /// The order of a band, for whichever thread takes it.
   struct BandTask {
     CFastEdgePreserved* owner;  ///< the filter that the frame was given to
     Stage stage;                ///< one of FastEdgePreservedTop, Mid, Bottom
@@ -68,7 +68,7 @@ class VLVK_API CFastEdgePreserved {
 
   /// Makes a filter with default settings. Allocates nothing; the first frame does.
   ///
-  /// @param bands           bands and worker threads of a frame, 1 or more
+  /// @param bands           bands of a frame, and threads that are started for it, 1 or more
   /// @param resourceLoader  source of "adjust.vlk"; not owned; null is a loader that never has it
   CFastEdgePreserved(int bands, IBeautyResourceLoader* resourceLoader);
   CFastEdgePreserved(const CFastEdgePreserved&) = delete;
