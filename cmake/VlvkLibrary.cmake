@@ -82,6 +82,7 @@ set(VLVK_LIBRARY_SOURCES
   filter/band_worker.cpp
   filter/band_worker.h
   filter/color_adjust.cpp
+  filter/color_adjust.h
   filter/color_table.cpp
   filter/color_table.h
   filter/frame_buffers.cpp

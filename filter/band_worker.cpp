@@ -11,6 +11,7 @@
 #include <vlvk/yuv_to_rgb.h>
 #include "base/arm_math.h"
 #include "filter/band_rows.h"
+#include "filter/color_adjust.h"
 #include "kernels/smooth_plane.h"
 #include "rows/pixel_formula.h"
 
@@ -52,14 +53,15 @@ unsigned char* blend(const CFastEdgePreserved& filter, const MakeupParam& p) {
 }
 
 /// All steps after the smoothing.
-void finishRows(CFastEdgePreserved& filter, MakeupParam& p, bool smoothed) {
+void finishRows(const CFastEdgePreserved& filter, const MakeupParam& p, bool smoothed,
+                const std::optional<ChannelCurves>& curves) {
   const unsigned char* luma = smoothed ? blend(filter, p) : p.yPlane;
   if (p.rgbOrder) {
     VKNV21ToRGBA_NeonCall(luma, p.yStride, p.uvPlane, p.uvStride, p.outPlane, p.outStride, p.width, p.rows);
-    filter.colorAdjustRGBA(&p);
+    adjustColors(filter, p, kRgba, curves);
   } else {
     VKNV12ToBGRA_NeonCall(luma, p.yStride, p.uvPlane, p.uvStride, p.outPlane, p.outStride, p.width, p.rows);
-    filter.colorAdjustBGRA(&p);
+    adjustColors(filter, p, kBgra, curves);
   }
   if (goesBackIntoFrame(p)) {
     const auto convertBack = p.rgbOrder ? VKRGBAToNV21_NeonCall : VKBGRAToNV12_NeonCall;
@@ -94,13 +96,12 @@ MakeupParam stripOf(const MakeupParam& band, std::ptrdiff_t y, int rows) {
 
 }  // namespace
 
-void runBand(const FramePlan& plan, BandTask& task) {
+void runBand(const FramePlan& plan, BandTask& task, const std::optional<ChannelCurves>& curves) {
   const MakeupParam& p = task.param;
   const bool smooth = wantsSmoothing(p);
   if (smooth) smoothBand(plan, task);
   for (int y = 0; y < p.rows; y += kStripRows) {
-    MakeupParam strip = stripOf(p, y, std::min(kStripRows, p.rows - y));
-    finishRows(*task.owner, strip, smooth);
+    finishRows(*task.owner, stripOf(p, y, std::min(kStripRows, p.rows - y)), smooth, curves);
   }
 }
 
@@ -110,7 +111,8 @@ void* CFastEdgePreserved::thread_softskin_call(void* task) {
   auto& order = *static_cast<BandTask*>(task);
   const bool smooth = vlvk::wantsSmoothing(order.param);
   if (smooth) (order.owner->*order.stage)(&order.param, order.param.meanPlane);
-  vlvk::finishRows(*order.owner, order.param, smooth);
+  const vlvk::PixelOrder pixels = order.param.rgbOrder ? vlvk::kRgba : vlvk::kBgra;
+  vlvk::finishRows(*order.owner, order.param, smooth, vlvk::curvesFor(*order.owner, order.param, pixels));
   return nullptr;
 }
 

@@ -1,10 +1,10 @@
-/// Colour adjustment of a band: colour table, tone curves, or the green curve alone.
+/// See color_adjust.h.
+#include "filter/color_adjust.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
-#include <vlvk/CFastEdgePreserved.h>
-#include "rows/pixel_orders.h"
 #include "rows/row_loops.h"
 
 namespace {
@@ -52,10 +52,9 @@ void mapGreen(const PixelRows& band, const unsigned char* curve) {
   });
 }
 
-template <vlvk::PixelOrder kOrder>
-void mapThroughTable(const PixelRows& band, const unsigned char* table) {
+void mapThroughTable(const PixelRows& band, vlvk::PixelOrder order, const unsigned char* table) {
   if (band.width <= 0) return;
-  const auto lookUpColors = vlvk::rowLoops().lookUpColors[vlvk::kOpaque][kOrder];
+  const auto lookUpColors = vlvk::rowLoops().lookUpColors[vlvk::kOpaque][order];
   const int blocks = band.width & ~15;
   const std::ptrdiff_t blockBytes = 4 * static_cast<std::ptrdiff_t>(blocks);
   const auto restBytes = 4 * static_cast<std::size_t>(band.width - blocks);
@@ -69,11 +68,7 @@ void mapThroughTable(const PixelRows& band, const unsigned char* table) {
   });
 }
 
-template <vlvk::PixelOrder kOrder>
-void mapThroughCurves(const PixelRows& band, const CFastEdgePreserved& filter) {
-  const bool rgba = kOrder == vlvk::kRgba;
-  const vlvk::ChannelCurves curves = vlvk::prepareCurves(
-      rgba ? filter.toneCurve0 : filter.toneCurve2, filter.toneCurve1, rgba ? filter.toneCurve2 : filter.toneCurve0);
+void mapThroughCurves(const PixelRows& band, const vlvk::ChannelCurves& curves) {
   band.forEachRow([&](const unsigned char* source, unsigned char* destination) {
     vlvk::rowLoops().applyCurves[vlvk::kOpaque](source, destination, band.width, curves);
   });
@@ -90,16 +85,26 @@ void mapGreenApart(const PixelRows& band, const unsigned char* curve) {
   });
 }
 
-template <vlvk::PixelOrder kOrder>
-void adjustBand(const CFastEdgePreserved& filter, const MakeupParam& p) {
+}  // namespace
+
+std::optional<vlvk::ChannelCurves> vlvk::curvesFor(const CFastEdgePreserved& filter, const MakeupParam& p,
+                                                   PixelOrder order) {
+  if (filter.colorTable == nullptr || p.colorAdjustIntensity > 0 || p.whitenIntensity <= 0) return std::nullopt;
+  const bool rgba = order == kRgba;
+  return prepareCurves(rgba ? filter.toneCurve0 : filter.toneCurve2, filter.toneCurve1,
+                       rgba ? filter.toneCurve2 : filter.toneCurve0);
+}
+
+void vlvk::adjustColors(const CFastEdgePreserved& filter, const MakeupParam& p, PixelOrder order,
+                        const std::optional<ChannelCurves>& curves) {
   if (filter.colorTable == nullptr) return;
   const bool apart = p.inPlace && p.variant == 1;
   const PixelRows band{p.outPlane, p.outStride, apart ? p.dstPlane : p.outPlane, apart ? p.dstStride : p.outStride,
                        p.width,    p.rows};
   if (p.colorAdjustIntensity > 0) {
-    mapThroughTable<kOrder>(band, filter.colorTable);
-  } else if (p.whitenIntensity > 0) {
-    mapThroughCurves<kOrder>(band, filter);
+    mapThroughTable(band, order, filter.colorTable);
+  } else if (curves.has_value()) {
+    mapThroughCurves(band, *curves);
   } else if (apart) {
     mapGreenApart(band, filter.toneCurve1);
   } else {
@@ -107,12 +112,10 @@ void adjustBand(const CFastEdgePreserved& filter, const MakeupParam& p) {
   }
 }
 
-}  // namespace
-
 void CFastEdgePreserved::colorAdjustRGBA(MakeupParam* p) {
-  adjustBand<vlvk::kRgba>(*this, *p);
+  vlvk::adjustColors(*this, *p, vlvk::kRgba, vlvk::curvesFor(*this, *p, vlvk::kRgba));
 }
 
 void CFastEdgePreserved::colorAdjustBGRA(MakeupParam* p) {
-  adjustBand<vlvk::kBgra>(*this, *p);
+  vlvk::adjustColors(*this, *p, vlvk::kBgra, vlvk::curvesFor(*this, *p, vlvk::kBgra));
 }

@@ -5,12 +5,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
+#include <optional>
 
 #include <vlvk/rgb_to_yuv.h>
 #include "convert/odd_edge.h"
 #include "filter/band_rows.h"
 #include "filter/band_threads.h"
 #include "filter/band_worker.h"
+#include "filter/color_adjust.h"
 #include "filter/frame_buffers.h"
 
 namespace vlvk {
@@ -68,6 +70,7 @@ struct FrameTasks {
   const FramePlan& plan;
   const Frame& frame;
   BandTask* bands;  ///< those that have rows
+  std::optional<ChannelCurves> curves;
 };
 
 /// Strips of pixels that are to be converted; an odd last row belongs to the last one.
@@ -76,7 +79,7 @@ int stripCount(int height) {
 }
 
 void convertStrip(const void* tasks, int strip) {
-  const auto& [plan, frame, bands] = *static_cast<const FrameTasks*>(tasks);
+  const auto& [plan, frame, bands, curves] = *static_cast<const FrameTasks*>(tasks);
   const std::ptrdiff_t begin = static_cast<std::ptrdiff_t>(strip) * kStripOfPixels;
   const auto rows = static_cast<int>(strip == stripCount(plan.height) - 1 ? plan.height - begin : kStripOfPixels);
   unsigned char* luma = frame.luma + begin * plan.stride;
@@ -87,13 +90,13 @@ void convertStrip(const void* tasks, int strip) {
 }
 
 void saveRows(const void* tasks, int i) {
-  const auto& [plan, frame, bands] = *static_cast<const FrameTasks*>(tasks);
+  const auto& [plan, frame, bands, curves] = *static_cast<const FrameTasks*>(tasks);
   saveNeighbourRows(plan, frame.luma, bands[i].bandIndex, bands[i].param.edgeRows);
 }
 
 void finishBand(const void* tasks, int i) {
-  const auto& [plan, frame, bands] = *static_cast<const FrameTasks*>(tasks);
-  runBand(plan, bands[i]);
+  const auto& [plan, frame, bands, curves] = *static_cast<const FrameTasks*>(tasks);
+  runBand(plan, bands[i], curves);
 }
 
 /// Writes the orders of all bands that have rows. Returns how many there are.
@@ -119,7 +122,8 @@ void runFrame(CFastEdgePreserved& filter, const FramePlan& plan, const Frame& fr
   if (frame.source.pixels != nullptr) phases[count++] = {convertStrip, stripCount(plan.height)};
   if (plan.inPlace && plan.reach > 0 && settings.softenLevel > 0) phases[count++] = {saveRows, bands};
   phases[count++] = {finishBand, bands};
-  const FrameTasks tasks{plan, frame, memory.bands};
+  const PixelOrder order = frame.rgbOrder ? kRgba : kBgra;
+  const FrameTasks tasks{plan, frame, memory.bands, curvesFor(filter, memory.bands->param, order)};
   runPhases(phases, count, &tasks, memory.threads, bands);
 }
 
