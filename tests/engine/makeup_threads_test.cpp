@@ -13,6 +13,12 @@
 
 #include "tests/engine/makeup_rig.h"
 
+#if defined(__SANITIZE_THREAD__)
+#define VLVK_TESTS_THREAD_SANITIZER 1
+#elif defined(__has_feature)  // clang
+#define VLVK_TESTS_THREAD_SANITIZER __has_feature(thread_sanitizer)
+#endif
+
 namespace makeup_rig {
 namespace {
 
@@ -62,7 +68,7 @@ TEST(MakeupThreads, FollowTheSettingsAndServeEveryCaller) {
 // A child has the handle and none of its threads; the parent keeps them. A sanitizer of threads ends a child that
 // starts threads.
 TEST(MakeupThreads, AreTheirOwnInAProcessThatForked) {
-#if defined(__SANITIZE_THREAD__)
+#if VLVK_TESTS_THREAD_SANITIZER
   GTEST_SKIP();
 #endif
   Random random(314);
