@@ -14,7 +14,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <functional>
 #include <memory>
 #include <new>
@@ -28,10 +27,13 @@
 #include <vlvk/yuv_to_rgb.h>
 #include "bench/allocation_counter.h"
 #include "bench/options.h"
+#include "tools/engine/frame_times.h"
 #include "tools/engine/skin_frame.h"
 
 namespace {
 
+using vlvk::tool::processorTime;
+using vlvk::tool::quantile;
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
@@ -129,13 +131,6 @@ std::vector<std::uint8_t> pictureOf(const std::vector<std::uint8_t>& frame, vlvk
   return picture;
 }
 
-/// Milliseconds that all threads of the process have had a processor.
-double processorTime() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
-
 struct Contender {
   std::string name;
   std::size_t base;  ///< whose median is divided by this one's
@@ -143,12 +138,6 @@ struct Contender {
   Beautify beautify;
   std::vector<double> times{};
   double processor = 0;  ///< of all frames
-
-  double quantile(double share) {
-    const auto at = times.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(times.size() - 1));
-    std::nth_element(times.begin(), at, times.end());
-    return *at;
-  }
 };
 
 /// How long one contender goes on: for a number of frames, or for a time.
@@ -176,11 +165,11 @@ void takeTurn(Contender& contender, std::vector<std::uint8_t>& frame, Turn turn)
 }
 
 void printTimes(std::vector<Contender>& contenders) {
-  const double classicMedian = contenders[0].quantile(0.5);
+  const double classicMedian = quantile(contenders[0].times, 50);
   for (Contender& contender : contenders) {
-    const double median = contender.quantile(0.5);
+    const double median = quantile(contender.times, 50);
     std::printf("%-14s%8zu%12.3f%10.3f%10.2f%14.3f%8.2f\n", contender.name.c_str(), contender.times.size(), median,
-                contender.quantile(0.99), contenders[contender.base].quantile(0.5) / median,
+                quantile(contender.times, 99), quantile(contenders[contender.base].times, 50) / median,
                 contender.processor / static_cast<double>(contender.times.size()), classicMedian / median);
   }
 }

@@ -18,6 +18,7 @@ add_executable(vlvk_paced_bench
   bench/options.cpp
   bench/options.h
   bench/paced_frames.cpp
+  tools/engine/frame_times.h
   tools/engine/skin_frame.h
 )
 target_include_directories(vlvk_paced_bench PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/include)

@@ -68,6 +68,7 @@ add_library(vlvk_tool STATIC
   tools/engine/beautify.h
   tools/engine/engine.cpp
   tools/engine/engine.h
+  tools/engine/frame_times.h
   tools/engine/mask.cpp
   tools/engine/mask.h
   tools/engine/skin_frame.h

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <ctime>
 #include <string>
 #include <thread>
 #include <utility>
@@ -12,6 +11,7 @@
 
 #include "tools/commands/commands.h"
 #include "tools/engine/engine.h"
+#include "tools/engine/frame_times.h"
 #include "tools/engine/skin_frame.h"
 #include "tools/io/messages.h"
 #include "tools/options/values.h"
@@ -31,18 +31,6 @@ struct FrameTimes {
   double slowest;    // but one in a hundred
   double processor;  // of all threads, what they do on their way to sleep included
 };
-
-double quantile(std::vector<double>& times, std::size_t percent) {
-  const auto at = times.begin() + static_cast<std::ptrdiff_t>((times.size() - 1) * percent / 100);
-  std::nth_element(times.begin(), at, times.end());
-  return *at;
-}
-
-double processorTime() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
 
 // With a neutral table all colours go through the table.
 FrameTimes timeFrames(FrameSize size, const std::vector<std::uint8_t>& scene, const BenchOptions& options) {

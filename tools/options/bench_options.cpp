@@ -18,8 +18,11 @@ void addBench(Command program, CommandLine* line) {
   addTarget(command, line);
   command.addNotes(
       "There is a row for each size and each set of vector instructions that the processor has, fastest first: the\n"
-      "one that is used without --target. The time is the median over the frames; 99 of 100 take no longer than the\n"
-      "next one says. Processor time is that of all threads for a frame, a measure of the energy that it takes.");
+      "one that is used without --target. The time is the median over the frames, and frames/s that time's rate,\n"
+      "without pauses; 99 of 100 frames take no longer than the next time says, which for fewer than 100 frames is "
+      "the\n"
+      "slowest: with --pace take --seconds 10. Processor time is that of all threads for a frame, a measure of the\n"
+      "energy that it takes.");
   command.whenRead([=] {
     if (!line->target.empty()) options->targets = {line->target};
     line->command = *options;
