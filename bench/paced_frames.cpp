@@ -4,9 +4,10 @@
 ///
 /// Frames back to back keep threads on the processors where they are. After a pause the scheduler places them anew, so
 /// times differ, and so does what is won by changes to the running of bands. All libraries take turns within one run:
-/// class and handle with an NV21 frame, and the class with a BGRA picture. The first library is the base: ratios are
-/// its median by the other's, so above 1 is faster. With a number of frames, memory that grows from the first of them
-/// to the last is printed as well.
+/// class and handle with an NV21 frame, and the class with a BGRA picture. The first library is the base: the column
+/// "ratio" is its median by the other's of the same kind, the column "class" the median of its class by that of the
+/// row, so above 1 is faster. With a number of frames, of which whole tens are taken, memory that grows from the first
+/// of them to the last is printed as well. Libraries named without a folder are those in the working directory.
 #include <dlfcn.h>
 
 #include <algorithm>
@@ -20,6 +21,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include <vlvk/CFastEdgePreserved.h>
@@ -69,7 +71,8 @@ Beautify handleOf(void* library, const Options& options) {
   settings.radius = 20;  // this and contrast as the class
   settings.contrast = VLVK_CONTRAST_ABSOLUTE;
   VlvkMakeup* made = nullptr;
-  find<decltype(&vlvkMakeupCreate)>(library, "vlvkMakeupCreate")(&made, &settings);
+  const int result = find<decltype(&vlvkMakeupCreate)>(library, "vlvkMakeupCreate")(&made, &settings);
+  if (result != VLVK_OK) throw std::runtime_error("vlvkMakeupCreate: result " + std::to_string(result));
   const std::shared_ptr<VlvkMakeup> makeup(made, find<decltype(&vlvkMakeupDestroy)>(library, "vlvkMakeupDestroy"));
   const auto process = find<decltype(&vlvkMakeupProcess)>(library, "vlvkMakeupProcess");
   return [=](std::uint8_t* pixels) {
@@ -89,9 +92,11 @@ Beautify handleOf(void* library, const Options& options) {
 std::shared_ptr<CFastEdgePreserved> filterOf(void* library, const Options& options) {
   using Construct = void (*)(void*, int, IBeautyResourceLoader*);
   using Destroy = void (*)(CFastEdgePreserved*);
-  void* memory = std::malloc(sizeof(CFastEdgePreserved));
-  find<Construct>(library, "_ZN18CFastEdgePreservedC1EiP21IBeautyResourceLoader")(memory, options.threads, nullptr);
+  const auto construct = find<Construct>(library, "_ZN18CFastEdgePreservedC1EiP21IBeautyResourceLoader");
   const auto destroy = find<Destroy>(library, "_ZN18CFastEdgePreservedD1Ev");
+  void* memory = std::malloc(sizeof(CFastEdgePreserved));
+  if (memory == nullptr) throw std::bad_alloc();
+  construct(memory, options.threads, nullptr);
   return {static_cast<CFastEdgePreserved*>(memory), [=](CFastEdgePreserved* made) {
             std::free(made->nv12Scratch);
             destroy(made);
@@ -216,23 +221,43 @@ const char* valueOf(const std::string& argument, const char* name) {
   return argument.rfind(start, 0) == 0 ? argument.c_str() + start.size() : nullptr;
 }
 
+/// The number that an option has, `int` or `double`.
+template <typename Number>
+Number numberOf(const std::string& argument, const char* value, Number low, Number high) {
+  char* end = nullptr;
+  const double number = std::strtod(value, &end);
+  if (end != value && *end == 0 && number >= low && number <= high) {
+    const auto read = static_cast<Number>(number);
+    if (read == number) return read;
+  }
+  char range[80];
+  std::snprintf(range, sizeof range, ": not a%s number from %.10g to %.10g", std::is_integral_v<Number> ? " whole" : "",
+                static_cast<double>(low), static_cast<double>(high));
+  throw std::runtime_error(argument + range);
+}
+
+/// A name for dlopen, which looks for one without a slash among the system's libraries.
+std::string inWorkingDirectory(const std::string& file) {
+  return file.find('/') == std::string::npos ? "./" + file : file;
+}
+
 Options readOptions(int argc, char** argv) {
   Options options;
   options.sizes = vlvk_bench::takeSizes(&argc, argv);
   for (int i = 1; i < argc; ++i) {
     const std::string argument = argv[i];
     if (const char* pace = valueOf(argument, "pace")) {
-      options.paces.push_back(std::clamp(std::atof(pace), 0.0, 1000.0));
+      options.paces.push_back(numberOf(argument, pace, 0.0, 1000.0));
     } else if (const char* threads = valueOf(argument, "threads")) {
-      options.threads = std::clamp(std::atoi(threads), 1, 64);
+      options.threads = numberOf(argument, threads, 1, 64);
     } else if (const char* seconds = valueOf(argument, "seconds")) {
-      options.seconds = std::clamp(std::atof(seconds), 0.01, 600.0);
+      options.seconds = numberOf(argument, seconds, 0.01, 600.0);
     } else if (const char* frames = valueOf(argument, "frames")) {
-      options.frames = std::clamp(std::atoi(frames), kRounds, 1'000'000) / kRounds * kRounds;
+      options.frames = numberOf(argument, frames, kRounds, 1'000'000) / kRounds * kRounds;
     } else if (argument.rfind("--", 0) == 0) {
       throw std::runtime_error("unknown option " + argument);
     } else {
-      options.libraries.push_back(argument);
+      options.libraries.push_back(inWorkingDirectory(argument));
     }
   }
   if (options.libraries.empty()) throw std::runtime_error("name a shared library, or the base and others");
