@@ -57,8 +57,7 @@ void BandTeam::endWorkers() {
     pthread_join(threads_[i], nullptr);
   workers_ = 0;
   shared_.ended = false;
-  shared_.firstWorker = 0;
-  shared_.avoided = -1;
+  shared_.placed = {};
 }
 
 /// The parent's threads may have held the mutex or waited at the moment of the fork, so what they shared starts anew
@@ -75,15 +74,6 @@ void BandTeam::startWorkers(int wanted) {
     ++workers_;
 }
 
-/// Called with the mutex held. After a pause schedulers tend to wake a thread where its waker runs, and to leave it
-/// waiting there, beside a processor that is idle, until the waker sleeps.
-void BandTeam::spread(Shared& shared) {
-  const int own = shared.firstWorker != 0 ? ownProcessor() : -1;
-  if (own < 0 || own == shared.avoided) return;
-  keepOff(shared.firstWorker, own);
-  shared.avoided = own;
-}
-
 /// Called with the mutex held; tasks run without it.
 void BandTeam::takeBands(Shared& shared) {
   while (shared.next < shared.bands) {
@@ -98,7 +88,7 @@ void BandTeam::takeBands(Shared& shared) {
 void* BandTeam::work(void* argument) {
   auto& shared = *static_cast<Shared*>(argument);
   const MutexLock lock(shared.mutex);
-  if (shared.firstWorker == 0) shared.firstWorker = ownThreadNumber();
+  shared.placed.takeCallingThread();
   while (!shared.ended) {
     takeBands(shared);
     if (!shared.ended) pthread_cond_wait(&shared.work, &shared.mutex);
@@ -115,7 +105,7 @@ void BandTeam::run(int bands, Task task, const void* context) {
   shared_.next = 0;
   shared_.bands = bands;
   shared_.unfinished = bands;
-  if (bands > 1) spread(shared_);
+  if (bands > 1) shared_.placed.keepOffCallingThread();
   for (int i = 0; i < std::min(bands - 1, workers_); ++i)
     pthread_cond_signal(&shared_.work);
   takeBands(shared_);

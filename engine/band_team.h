@@ -5,6 +5,8 @@
 #include <pthread.h>
 #include <sys/types.h>
 
+#include "engine/processors.h"
+
 namespace vlvk {
 
 inline constexpr int kMostBands = 64;
@@ -52,12 +54,12 @@ class BandTeam {
     int bands = 0;
     int unfinished = 0;
     bool ended = false;
-    int firstWorker = 0;  ///< number of the thread that is kept off the processor of the calling one; 0: none yet
-    int avoided = -1;     ///< that processor, as of the last run
+    /// One of the threads. After a pause schedulers tend to wake a thread where its waker runs, and to leave it waiting
+    /// there, beside a processor that is idle, until the waker sleeps.
+    PlacedThread placed;
   };
 
   static void* work(void* argument);
-  static void spread(Shared& shared);
   static void takeBands(Shared& shared);
   void endWorkers();
   void forgetThreadsOfParent();

@@ -2,7 +2,6 @@
 #include "engine/processors.h"
 
 #if defined(__linux__)
-#include <sched.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 #endif
@@ -11,32 +10,30 @@ namespace vlvk {
 
 #if defined(__linux__)
 
-int ownProcessor() {
-  return sched_getcpu();
+void PlacedThread::takeCallingThread() {
+  if (number_ != 0 || sched_getaffinity(0, sizeof own_, &own_) != 0) return;
+  given_ = own_;
+  number_ = static_cast<pid_t>(syscall(SYS_gettid));
 }
 
-int ownThreadNumber() {
-  return static_cast<int>(syscall(SYS_gettid));
-}
-
-void keepOff(int threadNumber, int processor) {
-  cpu_set_t processors;
-  if (processor >= CPU_SETSIZE || sched_getaffinity(0, sizeof processors, &processors) != 0) return;
-  CPU_CLR(static_cast<unsigned>(processor), &processors);
-  if (CPU_COUNT(&processors) > 0) sched_setaffinity(threadNumber, sizeof processors, &processors);
+void PlacedThread::keepOffCallingThread() {
+  const int processor = number_ != 0 ? sched_getcpu() : -1;
+  if (processor < 0 || processor >= CPU_SETSIZE || processor == avoided_) return;
+  cpu_set_t now;
+  if (sched_getaffinity(number_, sizeof now, &now) != 0) return;
+  if (!CPU_EQUAL(&now, &given_)) own_ = now;
+  given_ = own_;
+  CPU_CLR(static_cast<unsigned>(processor), &given_);
+  if (CPU_COUNT(&given_) == 0) given_ = own_;
+  if (sched_setaffinity(number_, sizeof given_, &given_) != 0) given_ = now;
+  avoided_ = processor;
 }
 
 #else
 
-int ownProcessor() {
-  return -1;
-}
+void PlacedThread::takeCallingThread() {}
 
-int ownThreadNumber() {
-  return 0;
-}
-
-void keepOff(int /*threadNumber*/, int /*processor*/) {}
+void PlacedThread::keepOffCallingThread() {}
 
 #endif
 

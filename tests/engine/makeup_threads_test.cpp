@@ -2,12 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <pthread.h>
+#include <sched.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -92,6 +95,48 @@ TEST(MakeupThreads, AreTheirOwnInAProcessThatForked) {
   }
   delete engine;
 }
+
+#if defined(__linux__)
+/// Whether a thread of the process, other than the calling one, may run on just these processors.
+bool aThreadHas(const cpu_set_t& processors) {
+  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    const int thread = std::stoi(task.path().filename());
+    cpu_set_t its;
+    if (thread != getpid() && sched_getaffinity(thread, sizeof its, &its) == 0 && CPU_EQUAL(&its, &processors))
+      return true;
+  }
+  return false;
+}
+
+// A caller that is bound to a processor must not find the threads bound to the same one.
+TEST(MakeupThreads, LeaveTheCallersProcessor) {
+  cpu_set_t all;
+  ASSERT_EQ(sched_getaffinity(0, sizeof all, &all), 0);
+  if (CPU_COUNT(&all) < 2) GTEST_SKIP();
+  Random random(316);
+  const Engine engine(settingsOf(50, 1000, 16, 2));
+  const Picture picture(VLVK_NV21, 0, 50, 91, random);
+  EXPECT_EQ(engine.check(picture, picture), "");
+  int tried = 0;
+  for (int processor = 0; processor < CPU_SETSIZE && tried < 3; ++processor) {
+    if (!CPU_ISSET(processor, &all)) continue;
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    CPU_SET(processor, &one);
+    ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
+    cpu_set_t others = all;
+    CPU_CLR(processor, &others);
+    bool left = false;
+    for (int i = 0; i < 200 && !left; ++i) {  // the thread may not have started yet
+      EXPECT_EQ(engine.check(picture, picture), "");
+      left = aThreadHas(others);
+    }
+    EXPECT_TRUE(left) << processor;
+    sched_setaffinity(0, sizeof all, &all);
+    ++tried;
+  }
+}
+#endif
 
 // A host may block a signal in its threads to wait for it: no other thread may take it then. One that a thread may
 // cause itself has to be blocked before there are threads.

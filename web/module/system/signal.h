@@ -5,7 +5,7 @@
 #include <sys/types.h>
 
 enum { SIGILL = 4, SIGTRAP, SIGABRT, SIGBUS, SIGFPE, SIGSEGV = 11, SIGPROF = 27, SIGSYS = 31 };
-enum { SIG_SETMASK = 2 };
+enum { SIG_BLOCK = 0, SIG_SETMASK = 2 };
 
 static inline int sigfillset(sigset_t* set) {
   *set = 0;
