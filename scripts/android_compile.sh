@@ -13,7 +13,7 @@ export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"
 # What the library takes from Android's libc, libm and libjnigraphics: all of it is there at API level 21. Look up the
 # level of a function before it is added here; the headers of another C library know functions that Android's lacks.
 platform=(AndroidBitmap_getInfo AndroidBitmap_lockPixels AndroidBitmap_unlockPixels __sched_cpucount calloc
-  clock_gettime exp floor free getpid malloc memcpy memmove memset mmap munmap nextafterf pthread_cond_broadcast
+  clock_gettime exp floor free getpid malloc memcmp memcpy memmove memset mmap munmap nextafterf pthread_cond_broadcast
   pthread_cond_destroy pthread_cond_signal pthread_cond_wait pthread_create pthread_join pthread_mutex_destroy
   pthread_mutex_lock pthread_mutex_unlock pthread_sigmask sched_getaffinity sched_getcpu sched_setaffinity sigdelset
   sigfillset strcmp syscall sysconf vsnprintf)
